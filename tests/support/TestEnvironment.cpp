@@ -1,0 +1,62 @@
+#include "TestEnvironment.h"
+#include "app/frmSplash.h"
+#include "app/mdiMain.h"
+#include "app/modDeclarations.h"
+#include "app/modMain.h"
+#include "base/App.h"
+#include "widgets/DefaultInstance.h"
+
+#include <QApplication>
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+
+TestEnvironment::TestEnvironment()
+{
+    App::setPath(m_dir.path());
+    QDir().mkpath(m_dir.path() + QStringLiteral("/Dat"));
+    ResetDeclarations();
+    gstrINIFile = iniFile();
+}
+
+TestEnvironment::~TestEnvironment() { stopProgram(); }
+
+void TestEnvironment::writeFile(const QString &relativeName, const QByteArray &bytes) const
+{
+    const QString path = m_dir.path() + u'/' + relativeName;
+    QDir().mkpath(QFileInfo(path).path());
+    QFile f(path);
+    if (f.open(QIODevice::WriteOnly))
+        f.write(bytes);
+}
+
+bool TestEnvironment::startProgram()
+{
+    modMain::Main();
+    if (!modMain::Started())
+        return false;
+    frmSplash *splash = DefaultInstance<frmSplash>::peek();
+    for (int i = 0; splash && i < 50 && DefaultInstance<frmSplash>::exists(); ++i)
+        splash->tmrWait_Timer();
+    QCoreApplication::processEvents();
+    return DefaultInstance<mdiMain>::exists();
+}
+
+void TestEnvironment::stopProgram()
+{
+    const bool closeWindows = gblnCloseWindows;
+    gblnCloseWindows = true;
+    DefaultInstance<mdiMain>::unload();
+    DefaultInstance<frmSplash>::unload();
+    gblnCloseWindows = closeWindows;
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    modMain::ReleaseInstance();
+}
+
+QString TestEnvironment::programPath()
+{
+    const QString fromEnv = qEnvironmentVariable("TESSALY_BINARY");
+    if (!fromEnv.isEmpty())
+        return fromEnv;
+    return QCoreApplication::applicationDirPath() + QStringLiteral("/tessaly");
+}
