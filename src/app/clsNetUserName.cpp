@@ -4,8 +4,7 @@
 clsNetUserName::clsNetUserName()
     : msNetworkUserName(DoGetUserName())
     , msComputerName(DoGetComputerName())
-{
-}
+{}
 
 QString clsNetUserName::DoGetUserName()
 {

@@ -21,12 +21,12 @@ mdiMain::mdiMain()
 
 void mdiMain::MDIForm_Load()
 {
-    setWindowTitle(App::ProductName() + QStringLiteral(" - [FreeWare] Version ")
-                   + App::versionText());
+    setWindowTitle(App::ProductName() + QStringLiteral(" - [FreeWare] Version ") +
+                   App::versionText());
     move(0, 0);
     const QString resolution = ScreenResolution();
-    if (resolution == QLatin1String("640 X 480") || resolution == QLatin1String("800 X 600")
-        || resolution == QLatin1String("848 X 480")) {
+    if (resolution == QLatin1String("640 X 480") || resolution == QLatin1String("800 X 600") ||
+        resolution == QLatin1String("848 X 480")) {
         setWindowState(Qt::WindowMaximized);
     } else {
         const qint16 state = CInt(sGetINI(gstrINIFile, QStringLiteral("General"),
@@ -38,7 +38,10 @@ void mdiMain::MDIForm_Load()
     }
 }
 
-void mdiMain::ToolMenuExit() { close(); }
+void mdiMain::ToolMenuExit()
+{
+    close();
+}
 
 void mdiMain::closeEvent(QCloseEvent *event)
 {
@@ -56,8 +59,7 @@ void mdiMain::MDIForm_QueryUnload(int &Cancel, int UnloadMode)
     Q_UNUSED(UnloadMode);
     if (gblnCloseWindows)
         return;
-    if (MsgBox(QStringLiteral("Tessaly Pro will shut down, really want to quit?"), vbYesNo | vbQuestion,
-               App::ProductName() + QStringLiteral(" - Message"))
-        == vbNo)
+    if (MsgBox(QStringLiteral("Tessaly Pro will shut down, really want to quit?"),
+               vbYesNo | vbQuestion, App::ProductName() + QStringLiteral(" - Message")) == vbNo)
         Cancel = 1;
 }

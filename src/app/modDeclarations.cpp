@@ -15,8 +15,8 @@ void ResetDeclarations()
     gintCurrentTrackCaching = 0;
     glngTrackBlocksToWrite = 0;
     glngCurrentTrackBlocksToCache = 0;
-    for (QString *s : {&gstrVolumeIdentifier, &gstrVolumeApplicationIdentifier, &gstrVolumePublisher,
-                       &gstrVolumeSystemIdentifier, &gstrVolumeSetIdentifier,
+    for (QString *s : {&gstrVolumeIdentifier, &gstrVolumeApplicationIdentifier,
+                       &gstrVolumePublisher, &gstrVolumeSystemIdentifier, &gstrVolumeSetIdentifier,
                        &gstrVolumeDataPreparerIdentifier, &gstrVolumeCopyrightFileIdentifier,
                        &gstrVolumeAbstractFileIdentifier, &gstrVolumeBiblioFileIdentifier})
         s->clear();

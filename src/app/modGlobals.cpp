@@ -8,9 +8,15 @@
 #include <QTextEdit>
 #include <QWidget>
 
-QString TwoDigits(const QString &n) { return (QStringLiteral("00") + n).right(2); }
+QString TwoDigits(const QString &n)
+{
+    return (QStringLiteral("00") + n).right(2);
+}
 
-QString TwoDigits(qint64 n) { return TwoDigits(QString::number(n)); }
+QString TwoDigits(qint64 n)
+{
+    return TwoDigits(QString::number(n));
+}
 
 void SelectText(QWidget *EditControl)
 {
@@ -120,10 +126,18 @@ QString GetTrackFileErrorMessage(qint32 FileError, const QString &FileName)
 {
     QString strErrorMsg;
     switch (FileError) {
-    case 0: strErrorMsg = QStringLiteral("Error Opening File: ") + FileName; break;
-    case 1: strErrorMsg = QStringLiteral("Error Closing File: ") + FileName; break;
-    case 2: strErrorMsg = QStringLiteral("Error Reading file: ") + FileName; break;
-    default: strErrorMsg = QStringLiteral("Unknown file error!:") + FileName; break;
+    case 0:
+        strErrorMsg = QStringLiteral("Error Opening File: ") + FileName;
+        break;
+    case 1:
+        strErrorMsg = QStringLiteral("Error Closing File: ") + FileName;
+        break;
+    case 2:
+        strErrorMsg = QStringLiteral("Error Reading file: ") + FileName;
+        break;
+    default:
+        strErrorMsg = QStringLiteral("Unknown file error!:") + FileName;
+        break;
     }
     return strErrorMsg;
 }

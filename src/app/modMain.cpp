@@ -59,12 +59,24 @@ void Main()
         gblnFormExist(i - 1) = true;
 }
 
-bool Started() { return s_started; }
+bool Started()
+{
+    return s_started;
+}
 
-bool InitCommonControlsVB() { return true; }
+bool InitCommonControlsVB()
+{
+    return true;
+}
 
-QString HelpFile() { return s_helpFile; }
+QString HelpFile()
+{
+    return s_helpFile;
+}
 
-void ReleaseInstance() { instanceLock().reset(); }
+void ReleaseInstance()
+{
+    instanceLock().reset();
+}
 
 } // namespace modMain

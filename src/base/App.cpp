@@ -14,16 +14,22 @@ bool App::initialize(const QStringList &arguments)
     s_arguments = arguments;
     QString folder = argumentValue(QStringLiteral("--app-folder"));
     if (folder.isEmpty()) {
-        folder = QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation)
-                 + QStringLiteral("/tessaly");
+        folder = QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) +
+                 QStringLiteral("/tessaly");
     }
     setPath(QDir(folder).absolutePath());
     return QDir().mkpath(s_path + QStringLiteral("/Dat"));
 }
 
-void App::setPath(const QString &folder) { s_path = QDir::cleanPath(folder); }
+void App::setPath(const QString &folder)
+{
+    s_path = QDir::cleanPath(folder);
+}
 
-QString App::Path() { return s_path; }
+QString App::Path()
+{
+    return s_path;
+}
 
 QString App::pathOf(const QString &relativeName)
 {
@@ -54,19 +60,32 @@ QString App::resourcePath(const QString &relativeName)
 
 QString App::LegalCopyright()
 {
-    return QStringLiteral("Copyright (C) 2026 the Tessaly developers. Free software under the GPL.");
+    return QStringLiteral(
+        "Copyright (C) 2026 the Tessaly developers. Free software under the GPL.");
 }
 
-int App::Major() { return TessalyVersion::Major; }
-int App::Minor() { return TessalyVersion::Minor; }
-int App::Revision() { return TessalyVersion::Revision; }
+int App::Major()
+{
+    return TessalyVersion::Major;
+}
+int App::Minor()
+{
+    return TessalyVersion::Minor;
+}
+int App::Revision()
+{
+    return TessalyVersion::Revision;
+}
 
 QString App::versionText()
 {
     return QStringLiteral("%1.%2.%3").arg(Major()).arg(Minor()).arg(Revision());
 }
 
-QStringList App::arguments() { return s_arguments; }
+QStringList App::arguments()
+{
+    return s_arguments;
+}
 
 QString App::argumentValue(const QString &option)
 {

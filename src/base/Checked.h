@@ -8,14 +8,12 @@
 
 // A signed integer of fixed width whose arithmetic raises Overflow (6) instead of wrapping,
 // so that the limits the program rests on are enforced at run time.
-template<typename T>
-class Checked
+template<typename T> class Checked
 {
 public:
     constexpr Checked(T value = 0) noexcept
         : m_value(value)
-    {
-    }
+    {}
 
     constexpr operator T() const noexcept { return m_value; }
     constexpr T value() const noexcept { return m_value; }
@@ -42,8 +40,7 @@ using Long = Checked<qint32>;
 
 // A fixed array indexed from 0 whose every access is bounds-checked: an index outside raises
 // Subscript out of range (9).
-template<typename T, qsizetype N>
-class CheckedArray
+template<typename T, qsizetype N> class CheckedArray
 {
 public:
     T &operator()(qint64 index) { return m_items[check(index)]; }

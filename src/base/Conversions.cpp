@@ -20,14 +20,13 @@ double RoundHalfEven(double value)
 
 namespace {
 
-template<typename T>
-T toChecked(double value)
+template<typename T> T toChecked(double value)
 {
     if (!std::isfinite(value))
         throw RuntimeError(RuntimeError::Overflow);
     const double rounded = RoundHalfEven(value);
-    if (rounded < double(std::numeric_limits<T>::min())
-        || rounded > double(std::numeric_limits<T>::max()))
+    if (rounded < double(std::numeric_limits<T>::min()) ||
+        rounded > double(std::numeric_limits<T>::max()))
         throw RuntimeError(RuntimeError::Overflow);
     return static_cast<T>(rounded);
 }
@@ -38,8 +37,8 @@ std::optional<double> parseNumber(const QString &text)
     const QString t = text.trimmed();
     if (t.isEmpty())
         return std::nullopt;
-    if (t.startsWith(QLatin1String("&H"), Qt::CaseInsensitive)
-        || t.startsWith(QLatin1String("&O"), Qt::CaseInsensitive)) {
+    if (t.startsWith(QLatin1String("&H"), Qt::CaseInsensitive) ||
+        t.startsWith(QLatin1String("&O"), Qt::CaseInsensitive)) {
         bool ok = false;
         const int base = t.at(1).toUpper() == QLatin1Char('H') ? 16 : 8;
         const qlonglong v = t.mid(2).toLongLong(&ok, base);
@@ -68,11 +67,26 @@ double numberOrMismatch(const QString &text)
 
 } // namespace
 
-qint16 CInt(double value) { return toChecked<qint16>(value); }
-qint16 CInt(const QString &text) { return toChecked<qint16>(numberOrMismatch(text)); }
-qint32 CLng(double value) { return toChecked<qint32>(value); }
-qint32 CLng(const QString &text) { return toChecked<qint32>(numberOrMismatch(text)); }
-double CDbl(const QString &text) { return numberOrMismatch(text); }
+qint16 CInt(double value)
+{
+    return toChecked<qint16>(value);
+}
+qint16 CInt(const QString &text)
+{
+    return toChecked<qint16>(numberOrMismatch(text));
+}
+qint32 CLng(double value)
+{
+    return toChecked<qint32>(value);
+}
+qint32 CLng(const QString &text)
+{
+    return toChecked<qint32>(numberOrMismatch(text));
+}
+double CDbl(const QString &text)
+{
+    return numberOrMismatch(text);
+}
 
 bool CBool(const QString &text)
 {
@@ -84,9 +98,15 @@ bool CBool(const QString &text)
     return numberOrMismatch(t) != 0.0;
 }
 
-QString CStr(bool value) { return value ? QStringLiteral("True") : QStringLiteral("False"); }
+QString CStr(bool value)
+{
+    return value ? QStringLiteral("True") : QStringLiteral("False");
+}
 
-bool IsNumeric(const QString &text) { return parseNumber(text).has_value(); }
+bool IsNumeric(const QString &text)
+{
+    return parseNumber(text).has_value();
+}
 
 double Val(const QString &text)
 {
@@ -97,8 +117,8 @@ double Val(const QString &text)
         if (c != u' ' && c != u'\t' && c != u'\n' && c != u'\r')
             s.append(c);
     }
-    if (s.startsWith(QLatin1String("&H"), Qt::CaseInsensitive)
-        || s.startsWith(QLatin1String("&O"), Qt::CaseInsensitive)) {
+    if (s.startsWith(QLatin1String("&H"), Qt::CaseInsensitive) ||
+        s.startsWith(QLatin1String("&O"), Qt::CaseInsensitive)) {
         const int base = s.at(1).toUpper() == QLatin1Char('H') ? 16 : 8;
         const QLatin1String digits(base == 16 ? "0123456789abcdefABCDEF" : "01234567");
         qsizetype end = 2;
@@ -122,7 +142,8 @@ double Val(const QString &text)
     if (i == digitsStart || (i == digitsStart + 1 && s.at(digitsStart) == u'.'))
         return 0.0;
     qsizetype end = i;
-    if (i < s.size() && (s.at(i) == u'e' || s.at(i) == u'E' || s.at(i) == u'd' || s.at(i) == u'D')) {
+    if (i < s.size() &&
+        (s.at(i) == u'e' || s.at(i) == u'E' || s.at(i) == u'd' || s.at(i) == u'D')) {
         qsizetype j = i + 1;
         if (j < s.size() && (s.at(j) == u'+' || s.at(j) == u'-'))
             ++j;

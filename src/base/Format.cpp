@@ -55,7 +55,10 @@ Decimal toDecimal(double value, int decimals)
     return d;
 }
 
-bool isDigitPlace(QChar c) { return c == u'0' || c == u'#'; }
+bool isDigitPlace(QChar c)
+{
+    return c == u'0' || c == u'#';
+}
 
 QString groupThousands(const QString &digits)
 {

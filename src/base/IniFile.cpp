@@ -35,7 +35,10 @@ QList<Line> splitLines(const QByteArray &text)
     return lines;
 }
 
-QString decode(const QByteArray &bytes) { return QString::fromUtf8(bytes); }
+QString decode(const QByteArray &bytes)
+{
+    return QString::fromUtf8(bytes);
+}
 
 // "[Name]" gives "Name"; a line without the bracket gives an empty name.
 QString sectionName(const QByteArray &content)
@@ -48,7 +51,10 @@ QString sectionName(const QByteArray &content)
     return decode(name.trimmed());
 }
 
-bool isSectionLine(const QByteArray &content) { return content.trimmed().startsWith('['); }
+bool isSectionLine(const QByteArray &content)
+{
+    return content.trimmed().startsWith('[');
+}
 
 bool keyMatches(const QByteArray &content, const QString &key, QString *value)
 {
@@ -74,8 +80,8 @@ bool findSection(const QByteArray &text, const QList<Line> &lines, const QString
         if (sectionName(content).compare(section.trimmed(), Qt::CaseInsensitive) != 0)
             continue;
         qsizetype j = i + 1;
-        while (j < lines.size()
-               && !isSectionLine(text.mid(lines[j].start, lines[j].end - lines[j].start)))
+        while (j < lines.size() &&
+               !isSectionLine(text.mid(lines[j].start, lines[j].end - lines[j].start)))
             ++j;
         *header = i;
         *first = i + 1;

@@ -15,8 +15,8 @@ public:
     static QString value(const QByteArray &text, const QString &section, const QString &key,
                          const QString &defaultValue);
     // The text with the key set to `value` (written as given, line breaks included).
-    static QByteArray withValue(const QByteArray &text, const QString &section,
-                                const QString &key, const QString &value);
+    static QByteArray withValue(const QByteArray &text, const QString &section, const QString &key,
+                                const QString &value);
 
     // The same on a file. A file that can't be read counts as empty; a write goes to a
     // temporary file that replaces the old one only when complete. Returns false on failure.

@@ -29,4 +29,7 @@ QDateTime VbDate::toDateTime() const
     return QDateTime(epoch.addDays(dayCount), QTime::fromMSecsSinceStartOfDay(int(ms)));
 }
 
-VbDate Now() { return VbDate::fromDateTime(QDateTime::currentDateTime()); }
+VbDate Now()
+{
+    return VbDate::fromDateTime(QDateTime::currentDateTime());
+}

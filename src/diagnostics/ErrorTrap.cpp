@@ -15,7 +15,10 @@ std::function<void()> &abortSlot()
 }
 } // namespace
 
-void ErrorTrap::setAbortAction(std::function<void()> action) { abortSlot() = std::move(action); }
+void ErrorTrap::setAbortAction(std::function<void()> action)
+{
+    abortSlot() = std::move(action);
+}
 
 void ErrorTrap::run(const char *procedure, const char *module, const std::function<void()> &body)
 {
@@ -36,8 +39,9 @@ void ErrorTrap::run(const char *procedure, const char *module, const std::functi
             code = vbwHandleError(RuntimeError::SystemException, QString::fromLocal8Bit(e.what()),
                                   0, proc, mod, App::ProductName());
         } catch (...) {
-            code = vbwHandleError(RuntimeError::SystemException, QStringLiteral("Unknown Exception"),
-                                  0, proc, mod, App::ProductName());
+            code =
+                vbwHandleError(RuntimeError::SystemException, QStringLiteral("Unknown Exception"),
+                               0, proc, mod, App::ProductName());
         }
         switch (code) {
         case vbwRetry:

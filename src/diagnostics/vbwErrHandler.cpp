@@ -14,17 +14,16 @@ vbwErrorState &vbwState()
     return state;
 }
 
-QString vbwBuildMessage(int number, const QString &description, int line,
-                        const QString &procedure, const QString &module, const QString &project)
+QString vbwBuildMessage(int number, const QString &description, int line, const QString &procedure,
+                        const QString &module, const QString &project)
 {
     const QString crlf = QStringLiteral("\r\n");
-    return QStringLiteral("An unexpected error has occured in this application: ") + crlf + crlf
-           + QStringLiteral("Error ") + QString::number(number) + crlf
-           + QStringLiteral("Description: ") + description + crlf + QStringLiteral("Project: ")
-           + project + crlf + QStringLiteral("Module: ") + module + crlf
-           + QStringLiteral("Procedure: ") + procedure + crlf + QStringLiteral("Line: ")
-           + QString::number(line) + crlf + QStringLiteral("Version: ") + App::versionText()
-           + crlf;
+    return QStringLiteral("An unexpected error has occured in this application: ") + crlf + crlf +
+           QStringLiteral("Error ") + QString::number(number) + crlf +
+           QStringLiteral("Description: ") + description + crlf + QStringLiteral("Project: ") +
+           project + crlf + QStringLiteral("Module: ") + module + crlf +
+           QStringLiteral("Procedure: ") + procedure + crlf + QStringLiteral("Line: ") +
+           QString::number(line) + crlf + QStringLiteral("Version: ") + App::versionText() + crlf;
 }
 
 namespace {
@@ -55,8 +54,7 @@ void restartTimers(const QList<QPointer<QTimer>> &timers)
 } // namespace
 
 int vbwHandleError(int lngErrNumber, const QString &strDescription, int lngLine,
-                   const QString &strProcedure, const QString &strModule,
-                   const QString &strProject)
+                   const QString &strProcedure, const QString &strModule, const QString &strProject)
 {
     vbwErrorState &s = vbwState();
     s.vbwRetCode = 0;
@@ -69,8 +67,8 @@ int vbwHandleError(int lngErrNumber, const QString &strDescription, int lngLine,
     const QList<QPointer<QTimer>> timers = stopTimers();
     QCoreApplication::processEvents();
 
-    s.vbwMessageString = vbwBuildMessage(lngErrNumber, strDescription, lngLine, strProcedure,
-                                         strModule, strProject);
+    s.vbwMessageString =
+        vbwBuildMessage(lngErrNumber, strDescription, lngLine, strProcedure, strModule, strProject);
     s.vbwRetCode = vbwFrmErrHandler::ask(s.vbwMessageString);
     if (s.vbwRetCode == vbwRetry || s.vbwRetCode == vbwIgnore)
         restartTimers(timers);

@@ -35,5 +35,5 @@ int vbwHandleError(int lngErrNumber, const QString &strDescription, int lngLine,
                    const QString &strProject);
 
 // The text the dialog shows, as step 4 of the first call builds it.
-QString vbwBuildMessage(int number, const QString &description, int line,
-                        const QString &procedure, const QString &module, const QString &project);
+QString vbwBuildMessage(int number, const QString &description, int line, const QString &procedure,
+                        const QString &module, const QString &project);

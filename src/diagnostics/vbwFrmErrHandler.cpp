@@ -33,7 +33,8 @@ vbwFrmErrHandler::vbwFrmErrHandler(const QString &message, QWidget *parent)
     lblReport = new QLabel(QStringLiteral("Please select a continuation below..."), this);
     layout->addWidget(lblReport);
     txtDescribe = new QPlainTextEdit(
-        QStringLiteral("< Please describe here what you were doing exactly when this error occured >"),
+        QStringLiteral(
+            "< Please describe here what you were doing exactly when this error occured >"),
         this);
     txtDescribe->setVisible(false);
     layout->addWidget(txtDescribe);
@@ -74,4 +75,7 @@ int vbwFrmErrHandler::ask(const QString &message)
     return dialog.m_code == 0 ? 5 : dialog.m_code;
 }
 
-void vbwFrmErrHandler::setAnswerer(Answerer answerer) { answererSlot() = std::move(answerer); }
+void vbwFrmErrHandler::setAnswerer(Answerer answerer)
+{
+    answererSlot() = std::move(answerer);
+}

@@ -4,8 +4,7 @@
 
 // The single default instance of a window: made on first use, gone when it unloads (the window
 // deletes itself on close), made anew on the next use.
-template<typename T>
-class DefaultInstance
+template<typename T> class DefaultInstance
 {
 public:
     static T *get()

@@ -28,7 +28,10 @@ QString FileBoxService::askOrThrow(const Request &request)
     return *answer;
 }
 
-void FileBoxService::setAnswerer(Answerer answerer) { answererSlot() = std::move(answerer); }
+void FileBoxService::setAnswerer(Answerer answerer)
+{
+    answererSlot() = std::move(answerer);
+}
 
 QString FileBoxService::toNameFilters(const QString &filter)
 {

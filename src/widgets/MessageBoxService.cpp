@@ -21,19 +21,31 @@ int MessageBoxService::show(const QString &prompt, int buttons, const QString &t
     return showReal(request);
 }
 
-void MessageBoxService::setAnswerer(Answerer answerer) { answererSlot() = std::move(answerer); }
+void MessageBoxService::setAnswerer(Answerer answerer)
+{
+    answererSlot() = std::move(answerer);
+}
 
-bool MessageBoxService::hasAnswerer() { return bool(answererSlot()); }
+bool MessageBoxService::hasAnswerer()
+{
+    return bool(answererSlot());
+}
 
 QList<int> MessageBoxService::buttonsOf(int flags)
 {
     switch (flags & 7) {
-    case vbOKCancel: return {vbOK, vbCancel};
-    case vbAbortRetryIgnore: return {vbAbort, vbRetry, vbIgnore};
-    case vbYesNoCancel: return {vbYes, vbNo, vbCancel};
-    case vbYesNo: return {vbYes, vbNo};
-    case vbRetryCancel: return {vbRetry, vbCancel};
-    default: return {vbOK};
+    case vbOKCancel:
+        return {vbOK, vbCancel};
+    case vbAbortRetryIgnore:
+        return {vbAbort, vbRetry, vbIgnore};
+    case vbYesNoCancel:
+        return {vbYes, vbNo, vbCancel};
+    case vbYesNo:
+        return {vbYes, vbNo};
+    case vbRetryCancel:
+        return {vbRetry, vbCancel};
+    default:
+        return {vbOK};
     }
 }
 
@@ -50,11 +62,21 @@ int MessageBoxService::showReal(const Request &request)
     box.setWindowTitle(request.title);
     box.setText(request.prompt);
     switch (request.buttons & 0x70) {
-    case vbCritical: box.setIcon(QMessageBox::Critical); break;
-    case vbQuestion: box.setIcon(QMessageBox::Question); break;
-    case vbExclamation: box.setIcon(QMessageBox::Warning); break;
-    case vbInformation: box.setIcon(QMessageBox::Information); break;
-    default: box.setIcon(QMessageBox::NoIcon); break;
+    case vbCritical:
+        box.setIcon(QMessageBox::Critical);
+        break;
+    case vbQuestion:
+        box.setIcon(QMessageBox::Question);
+        break;
+    case vbExclamation:
+        box.setIcon(QMessageBox::Warning);
+        break;
+    case vbInformation:
+        box.setIcon(QMessageBox::Information);
+        break;
+    default:
+        box.setIcon(QMessageBox::NoIcon);
+        break;
     }
     if (request.buttons & vbSystemModal)
         box.setWindowFlag(Qt::WindowStaysOnTopHint);
@@ -65,8 +87,8 @@ int MessageBoxService::showReal(const Request &request)
         QMessageBox::StandardButton standard;
     };
     const Entry table[] = {
-        {vbOK, QMessageBox::Ok},       {vbCancel, QMessageBox::Cancel},
-        {vbAbort, QMessageBox::Abort}, {vbRetry, QMessageBox::Retry},
+        {vbOK, QMessageBox::Ok},         {vbCancel, QMessageBox::Cancel},
+        {vbAbort, QMessageBox::Abort},   {vbRetry, QMessageBox::Retry},
         {vbIgnore, QMessageBox::Ignore}, {vbYes, QMessageBox::Yes},
         {vbNo, QMessageBox::No},
     };

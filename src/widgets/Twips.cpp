@@ -10,6 +10,12 @@ double Twips::dotsPerInch()
     return screen ? screen->logicalDotsPerInch() : 96.0;
 }
 
-int Twips::toPixels(int twips) { return int(std::lround(twips * dotsPerInch() / 1440.0)); }
+int Twips::toPixels(int twips)
+{
+    return int(std::lround(twips * dotsPerInch() / 1440.0));
+}
 
-int Twips::fromPixels(int pixels) { return int(std::lround(pixels * 1440.0 / dotsPerInch())); }
+int Twips::fromPixels(int pixels)
+{
+    return int(std::lround(pixels * 1440.0 / dotsPerInch()));
+}

@@ -13,40 +13,67 @@ private slots:
         QTest::addColumn<QString>("pattern");
         QTest::addColumn<QString>("expected");
         // Track and percent numbers.
-        QTest::newRow("0# one digit") << 7.0 << "0#" << "07";
-        QTest::newRow("0# two digits") << 42.0 << "0#" << "42";
-        QTest::newRow("0# three digits") << 100.0 << "0#" << "100";
-        QTest::newRow("0# zero") << 0.0 << "0#" << "00";
+        QTest::newRow("0# one digit") << 7.0 << "0#"
+                                      << "07";
+        QTest::newRow("0# two digits") << 42.0 << "0#"
+                                       << "42";
+        QTest::newRow("0# three digits") << 100.0 << "0#"
+                                         << "100";
+        QTest::newRow("0# zero") << 0.0 << "0#"
+                                 << "00";
         // Whole numbers.
-        QTest::newRow("#0 zero") << 0.0 << "#0" << "0";
-        QTest::newRow("#0 rounds") << 1234.5 << "#0" << "1235";
-        QTest::newRow("# zero is empty") << 0.0 << "#" << "";
-        QTest::newRow("# CD speed 8x") << 1411.0 / 176.0 << "#" << "8";
-        QTest::newRow("# half away from zero") << 2.5 << "#" << "3";
+        QTest::newRow("#0 zero") << 0.0 << "#0"
+                                 << "0";
+        QTest::newRow("#0 rounds") << 1234.5 << "#0"
+                                   << "1235";
+        QTest::newRow("# zero is empty") << 0.0 << "#"
+                                         << "";
+        QTest::newRow("# CD speed 8x") << 1411.0 / 176.0 << "#"
+                                       << "8";
+        QTest::newRow("# half away from zero") << 2.5 << "#"
+                                               << "3";
         // DVD speeds.
-        QTest::newRow("#.0 16x") << 22160.0 / 1380.0 << "#.0" << "16.1";
-        QTest::newRow("#.0 below one") << 0.5 << "#.0" << ".5";
-        QTest::newRow("#.0 whole") << 4.0 << "#.0" << "4.0";
-        QTest::newRow("#0.0 MB") << 702.84 << "#0.0" << "702.8";
-        QTest::newRow("#0.0 zero") << 0.0 << "#0.0" << "0.0";
+        QTest::newRow("#.0 16x") << 22160.0 / 1380.0 << "#.0"
+                                 << "16.1";
+        QTest::newRow("#.0 below one") << 0.5 << "#.0"
+                                       << ".5";
+        QTest::newRow("#.0 whole") << 4.0 << "#.0"
+                                   << "4.0";
+        QTest::newRow("#0.0 MB") << 702.84 << "#0.0"
+                                 << "702.8";
+        QTest::newRow("#0.0 zero") << 0.0 << "#0.0"
+                                   << "0.0";
         // Image size.
-        QTest::newRow("##0.00") << 0.3 << "##0.00" << "0.30";
-        QTest::newRow("##0.00 decimal rounding") << 1.005 << "##0.00" << "1.01";
-        QTest::newRow("##0.00 large") << 4482.123 << "##0.00" << "4482.12";
+        QTest::newRow("##0.00") << 0.3 << "##0.00"
+                                << "0.30";
+        QTest::newRow("##0.00 decimal rounding") << 1.005 << "##0.00"
+                                                 << "1.01";
+        QTest::newRow("##0.00 large") << 4482.123 << "##0.00"
+                                      << "4482.12";
         // File sizes in KB.
-        QTest::newRow("###,###,##0 small") << 12.4 << "###,###,##0" << "12";
-        QTest::newRow("###,###,##0 thousands") << 1205.6 << "###,###,##0" << "1,206";
-        QTest::newRow("###,###,##0 millions") << 1234567.0 << "###,###,##0" << "1,234,567";
+        QTest::newRow("###,###,##0 small") << 12.4 << "###,###,##0"
+                                           << "12";
+        QTest::newRow("###,###,##0 thousands") << 1205.6 << "###,###,##0"
+                                               << "1,206";
+        QTest::newRow("###,###,##0 millions") << 1234567.0 << "###,###,##0"
+                                              << "1,234,567";
         QTest::newRow("###,###,##0 beyond places") << 12345678901.0 << "###,###,##0"
                                                    << "12,345,678,901";
-        QTest::newRow("###,###,##0 zero") << 0.0 << "###,###,##0" << "0";
+        QTest::newRow("###,###,##0 zero") << 0.0 << "###,###,##0"
+                                          << "0";
         // Byte counts with blank separators.
-        QTest::newRow("blanks full") << 737280000.0 << "# ### ### ##0" << "737 280 000";
-        QTest::newRow("blanks ten digits") << 4700000000.0 << "# ### ### ##0" << "4 700 000 000";
-        QTest::newRow("blanks short") << 1234.0 << "# ### ### ##0" << "1 234";
-        QTest::newRow("blanks zero") << 0.0 << "# ### ### ##0" << "0";
-        QTest::newRow("negative") << -3.25 << "#0.0" << "-3.3";
-        QTest::newRow("negative rounds to zero") << -0.01 << "#0.0" << "0.0";
+        QTest::newRow("blanks full") << 737280000.0 << "# ### ### ##0"
+                                     << "737 280 000";
+        QTest::newRow("blanks ten digits") << 4700000000.0 << "# ### ### ##0"
+                                           << "4 700 000 000";
+        QTest::newRow("blanks short") << 1234.0 << "# ### ### ##0"
+                                      << "1 234";
+        QTest::newRow("blanks zero") << 0.0 << "# ### ### ##0"
+                                     << "0";
+        QTest::newRow("negative") << -3.25 << "#0.0"
+                                  << "-3.3";
+        QTest::newRow("negative rounds to zero") << -0.01 << "#0.0"
+                                                 << "0.0";
     }
     void numbers()
     {
@@ -62,11 +89,16 @@ private slots:
         QTest::addColumn<QString>("pattern");
         QTest::addColumn<QString>("expected");
         const QDateTime t(QDate(2026, 3, 7), QTime(9, 5, 4));
-        QTest::newRow("file date") << t << "YYYY/MM/DD hh:mm:ss" << "2026/03/07 09:05:04";
-        QTest::newRow("ISO name date") << t << "YYYYMMDD" << "20260307";
-        QTest::newRow("ISO name time") << t << "hhmm" << "0905";
-        QTest::newRow("lower case") << t << "yyyy-mm-dd" << "2026-03-07";
-        QTest::newRow("literal text") << t << "at hh" << "at 09";
+        QTest::newRow("file date") << t << "YYYY/MM/DD hh:mm:ss"
+                                   << "2026/03/07 09:05:04";
+        QTest::newRow("ISO name date") << t << "YYYYMMDD"
+                                       << "20260307";
+        QTest::newRow("ISO name time") << t << "hhmm"
+                                       << "0905";
+        QTest::newRow("lower case") << t << "yyyy-mm-dd"
+                                    << "2026-03-07";
+        QTest::newRow("literal text") << t << "at hh"
+                                      << "at 09";
     }
     void dates()
     {

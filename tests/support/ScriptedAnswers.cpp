@@ -20,7 +20,22 @@ ScriptedAnswers::ScriptedAnswers()
 
 ScriptedAnswers::~ScriptedAnswers()
 {
-    MessageBoxService::setAnswerer({});
-    FileBoxService::setAnswerer({});
-    vbwFrmErrHandler::setAnswerer({});
+    installFallback();
+}
+
+void ScriptedAnswers::installFallback()
+{
+    // A box nobody scripted is a fault of the test, never a real modal box that would hang it.
+    MessageBoxService::setAnswerer([](const MessageBoxService::Request &r) {
+        qWarning("unscripted message box: [%s] %s", qPrintable(r.title), qPrintable(r.prompt));
+        return MessageBoxService::defaultButton(r.buttons);
+    });
+    FileBoxService::setAnswerer([](const FileBoxService::Request &r) -> std::optional<QString> {
+        qWarning("unscripted file box: %s", qPrintable(r.title));
+        return std::nullopt;
+    });
+    vbwFrmErrHandler::setAnswerer([](const QString &message) {
+        qWarning("unscripted error trap: %s", qPrintable(message));
+        return 5;
+    });
 }

@@ -18,6 +18,9 @@ public:
     ScriptedAnswers(const ScriptedAnswers &) = delete;
     ScriptedAnswers &operator=(const ScriptedAnswers &) = delete;
 
+    // Answers every box by its default button with a warning; no real box ever opens.
+    static void installFallback();
+
     void answerBox(int button) { m_boxAnswers.enqueue(button); }
     void answerFile(std::optional<QString> path) { m_fileAnswers.enqueue(std::move(path)); }
     void answerError(int code) { m_errorAnswers.enqueue(code); }

@@ -1,4 +1,5 @@
 #include "TestEnvironment.h"
+#include "ScriptedAnswers.h"
 #include "app/frmSplash.h"
 #include "app/mdiMain.h"
 #include "app/modDeclarations.h"
@@ -13,13 +14,17 @@
 
 TestEnvironment::TestEnvironment()
 {
+    ScriptedAnswers::installFallback();
     App::setPath(m_dir.path());
     QDir().mkpath(m_dir.path() + QStringLiteral("/Dat"));
     ResetDeclarations();
     gstrINIFile = iniFile();
 }
 
-TestEnvironment::~TestEnvironment() { stopProgram(); }
+TestEnvironment::~TestEnvironment()
+{
+    stopProgram();
+}
 
 void TestEnvironment::writeFile(const QString &relativeName, const QByteArray &bytes) const
 {

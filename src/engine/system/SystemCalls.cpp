@@ -21,8 +21,8 @@ QString SystemCalls::UserName()
     std::vector<char> buffer(size > 0 ? size_t(size) : 16384);
     passwd entry{};
     passwd *result = nullptr;
-    if (getpwuid_r(uid, &entry, buffer.data(), buffer.size(), &result) == 0 && result
-        && result->pw_name)
+    if (getpwuid_r(uid, &entry, buffer.data(), buffer.size(), &result) == 0 && result &&
+        result->pw_name)
         return QString::fromLocal8Bit(result->pw_name);
     return QString();
 }

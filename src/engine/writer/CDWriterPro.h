@@ -39,7 +39,12 @@ public:
         SessionClosed = 3,
     };
     // DiscType codes.
-    enum DiscTypeCode : qint32 { DiscCdDaOrRom = 0, DiscCdI = 16, DiscCdRomXa = 32, DiscTypeUnknown = 255 };
+    enum DiscTypeCode : qint32 {
+        DiscCdDaOrRom = 0,
+        DiscCdI = 16,
+        DiscCdRomXa = 32,
+        DiscTypeUnknown = 255
+    };
     // Capability codes of DriveCapability and CurrentDriveCapability.
     enum CapabilityCode : qint32 {
         CapReadsCDR = 0,
@@ -169,8 +174,8 @@ signals:
     // The handler sets bReplaceFile; the engine reads it when every handler has run.
     void ReplaceImportedISOFile(const QString &sDestPath, const QString &sNewSourcePath,
                                 const QString &sFileName, bool &bReplaceFile);
-    void EnumAudioTrack(const QString &sFileName, qint32 lTotalSizeBlocks,
-                        qint32 lTotalSizeBytes, qint32 lTrackNumber);
+    void EnumAudioTrack(const QString &sFileName, qint32 lTotalSizeBlocks, qint32 lTotalSizeBytes,
+                        qint32 lTrackNumber);
     void PreparingToWrite();
     void CachingStatus(qint16 nPercentComplete);
     void ReadingTrackFile(const QString &sFileName, qint32 lFileIndex, qint32 lTrackNumber);

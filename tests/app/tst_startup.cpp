@@ -1,0 +1,189 @@
+#include "ScriptedAnswers.h"
+#include "TestEnvironment.h"
+#include "app/frmSplash.h"
+#include "app/mdiMain.h"
+#include "app/modDeclarations.h"
+#include "app/modMain.h"
+#include "diagnostics/vbwErrHandler.h"
+#include "widgets/DefaultInstance.h"
+
+#include <QFile>
+#include <QFileInfo>
+#include <QLabel>
+#include <QProcess>
+#include <QProgressBar>
+#include <QSysInfo>
+#include <QTest>
+#include <QTimer>
+
+class tst_Startup : public QObject
+{
+    Q_OBJECT
+private slots:
+    void mainSetsTheGlobalsAndShowsTheSplash()
+    {
+        TestEnvironment env;
+        ScriptedAnswers answers;
+        modMain::Main();
+        QVERIFY(modMain::Started());
+        QCOMPARE(qint16(gblnDisctypeIsData), qint16(99));
+        QVERIFY(!gblnCloseWindows);
+        QVERIFY(!gblnIsTestWrite);
+        QCOMPARE(gstrINIFile, env.appFolder() + "/Dat/tessaly.ini");
+        for (int i = 0; i < 100; ++i)
+            QVERIFY(gblnFormExist(i));
+        QVERIFY(modMain::HelpFile().endsWith("/tessaly.hlp>hWindow"));
+        // Main reads no option and makes no frame: the splash alone stands.
+        QVERIFY(DefaultInstance<frmSplash>::exists());
+        QVERIFY(!DefaultInstance<mdiMain>::exists());
+        QVERIFY(answers.boxes.isEmpty());
+    }
+
+    void splashShowsNamesAndVersion()
+    {
+        TestEnvironment env;
+        modMain::Main();
+        frmSplash *splash = DefaultInstance<frmSplash>::peek();
+        QVERIFY(splash);
+        QVERIFY(splash->lblUser->text().startsWith("User:  "));
+        QVERIFY(splash->lblUser->text().size() > 7);
+        QVERIFY(splash->lblComputer->text().startsWith("Computer Name:  "));
+        QCOMPARE(splash->lblVersion->text(), QStringLiteral("Version  0.1.0"));
+        QCOMPARE(splash->tmrWait->interval(), 55);
+        QVERIFY(splash->tmrWait->isActive());
+    }
+
+    void splashGivesWayToTheFrameAtTheFiftiethTick()
+    {
+        TestEnvironment env;
+        modMain::Main();
+        frmSplash *splash = DefaultInstance<frmSplash>::peek();
+        for (int i = 0; i < 49; ++i)
+            splash->tmrWait_Timer();
+        QCOMPARE(splash->prbWait->value(), 98);
+        QVERIFY(!DefaultInstance<mdiMain>::exists());
+        splash->tmrWait_Timer();
+        QVERIFY(DefaultInstance<mdiMain>::exists());
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        QVERIFY(!DefaultInstance<frmSplash>::exists());
+        QCOMPARE(DefaultInstance<mdiMain>::peek()->windowTitle(),
+                 QStringLiteral("Tessaly - [FreeWare] Version 0.1.0"));
+    }
+
+    void splashRunsByItsOwnTimer()
+    {
+        TestEnvironment env;
+        modMain::Main();
+        QTRY_VERIFY_WITH_TIMEOUT(DefaultInstance<mdiMain>::exists(), 10000);
+    }
+
+    void maximizedValueFromTheOptions()
+    {
+        TestEnvironment env;
+        env.writeFile("Dat/tessaly.ini", "[General]\r\nMaximized Value=2\r\n");
+        QVERIFY(env.startProgram());
+        QVERIFY(DefaultInstance<mdiMain>::peek()->windowState() & Qt::WindowMaximized);
+    }
+
+    void unreadableNumberRaisesTypeMismatchIntoTheTrap()
+    {
+        TestEnvironment env;
+        ScriptedAnswers answers;
+        env.writeFile("Dat/tessaly.ini", "[General]\r\nMaximized Value=abc\r\n");
+        QVERIFY(env.startProgram());
+        QCOMPARE(answers.errors.size(), 1);
+        QCOMPARE(vbwState().lastNumber, 13);
+        QCOMPARE(vbwState().lastProcedure, QStringLiteral("MDIForm_Load"));
+        QCOMPARE(vbwState().lastModule, QStringLiteral("mdiMain"));
+        QVERIFY(answers.errors.first().contains("Description: Type mismatch"));
+        QVERIFY(answers.errors.first().contains("Procedure: MDIForm_Load"));
+        // Ignored: the frame stands all the same.
+        QVERIFY(DefaultInstance<mdiMain>::exists());
+    }
+
+    void quitAsksAndNoKeepsTheFrame()
+    {
+        TestEnvironment env;
+        ScriptedAnswers answers;
+        QVERIFY(env.startProgram());
+        answers.answerBox(7); // No
+        DefaultInstance<mdiMain>::peek()->ToolMenuExit();
+        QCOMPARE(answers.boxes.size(), 1);
+        QCOMPARE(answers.boxes[0].prompt,
+                 QStringLiteral("Tessaly Pro will shut down, really want to quit?"));
+        QCOMPARE(answers.boxes[0].buttons, 36);
+        QCOMPARE(answers.boxes[0].title, QStringLiteral("Tessaly - Message"));
+        QVERIFY(DefaultInstance<mdiMain>::peek()->isVisible());
+        answers.answerBox(6); // Yes
+        DefaultInstance<mdiMain>::peek()->ToolMenuExit();
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        QVERIFY(!DefaultInstance<mdiMain>::exists());
+    }
+
+    void closeWindowsLeavesWithoutAsking()
+    {
+        TestEnvironment env;
+        ScriptedAnswers answers;
+        QVERIFY(env.startProgram());
+        gblnCloseWindows = true;
+        DefaultInstance<mdiMain>::peek()->ToolMenuExit();
+        QVERIFY(answers.boxes.isEmpty());
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        QVERIFY(!DefaultInstance<mdiMain>::exists());
+    }
+
+    void staleLockOfACrashedRunIsHarmless()
+    {
+        TestEnvironment env;
+        // A lock naming a process that is long gone, as a crash leaves it.
+        env.writeFile("tessaly.lock",
+                      "999999\ntessaly\n" + QSysInfo::machineHostName().toLocal8Bit() + "\n");
+        modMain::Main();
+        QVERIFY(modMain::Started());
+    }
+
+    void secondStartWarnsAndLeaves()
+    {
+        TestEnvironment env;
+        const QByteArray options = "[General]\r\nManual=True\r\n";
+        env.writeFile("Dat/tessaly.ini", options);
+        const QDateTime stamp = QFileInfo(env.iniFile()).lastModified();
+
+        QProcess first;
+        first.start(TestEnvironment::programPath(),
+                    {"--app-folder", env.appFolder(), "--unattended"});
+        QVERIFY(first.waitForStarted());
+        QTRY_VERIFY_WITH_TIMEOUT(QFile::exists(env.appFolder() + "/tessaly.lock"), 10000);
+
+        QProcess second;
+        second.start(TestEnvironment::programPath(),
+                     {"--app-folder", env.appFolder(), "--unattended"});
+        QVERIFY(second.waitForFinished(10000));
+        QCOMPARE(second.exitStatus(), QProcess::NormalExit);
+        QCOMPARE(second.exitCode(), 0);
+        const QString said = QString::fromLocal8Bit(second.readAllStandardError());
+        QVERIFY2(said.contains("MsgBox [Tessaly - Warning] Tessaly is already running"),
+                 qPrintable(said));
+        QCOMPARE(said.count("MsgBox"), 1);
+
+        first.kill();
+        first.waitForFinished();
+        QFile f(env.iniFile());
+        QVERIFY(f.open(QIODevice::ReadOnly));
+        QCOMPARE(f.readAll(), options);
+        QCOMPARE(QFileInfo(env.iniFile()).lastModified(), stamp);
+
+        // The killed run left its lock behind; the next start takes it over.
+        QProcess third;
+        third.start(TestEnvironment::programPath(),
+                    {"--app-folder", env.appFolder(), "--unattended"});
+        QVERIFY(third.waitForStarted());
+        QTest::qWait(1500);
+        QCOMPARE(third.state(), QProcess::Running);
+        third.kill();
+        third.waitForFinished();
+    }
+};
+
+QTEST_MAIN(tst_Startup)
+#include "tst_startup.moc"

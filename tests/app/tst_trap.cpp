@@ -1,0 +1,134 @@
+#include "ScriptedAnswers.h"
+#include "base/Checked.h"
+#include "base/RuntimeError.h"
+#include "diagnostics/ErrorTrap.h"
+#include "diagnostics/vbwErrHandler.h"
+#include "diagnostics/vbwFrmErrHandler.h"
+#include "diagnostics/vbwTrace.h"
+
+#include <QTest>
+#include <QTimer>
+#include <QWidget>
+#include <stdexcept>
+
+class tst_Trap : public QObject
+{
+    Q_OBJECT
+private slots:
+    void messageNamesProcedureModuleAndLine()
+    {
+        const QString m = vbwBuildMessage(6, "Overflow", 12, "Form_Load", "frmFiles", "Tessaly");
+        QCOMPARE(m, QStringLiteral("An unexpected error has occured in this application: \r\n\r\n"
+                                   "Error 6\r\nDescription: Overflow\r\nProject: Tessaly\r\n"
+                                   "Module: frmFiles\r\nProcedure: Form_Load\r\nLine: 12\r\n"
+                                   "Version: 0.1.0\r\n"));
+    }
+
+    void choices_data()
+    {
+        QTest::addColumn<QList<int>>("script");
+        QTest::addColumn<int>("runs");
+        QTest::addColumn<bool>("finished");
+        QTest::addColumn<bool>("aborted");
+        QTest::newRow("ignore returns") << QList<int>{5} << 1 << false << false;
+        QTest::newRow("retry runs again") << QList<int>{4, 5} << 2 << false << false;
+        QTest::newRow("retry until it works") << QList<int>{4, 4} << 3 << true << false;
+        QTest::newRow("abort ends") << QList<int>{3} << 1 << false << true;
+    }
+    void choices()
+    {
+        QFETCH(QList<int>, script);
+        QFETCH(int, runs);
+        QFETCH(bool, finished);
+        QFETCH(bool, aborted);
+        ScriptedAnswers answers;
+        for (int code : script)
+            answers.answerError(code);
+        bool abortCalled = false;
+        ErrorTrap::setAbortAction([&] { abortCalled = true; });
+        int count = 0;
+        bool reachedEnd = false;
+        ErrorTrap::run("cmdTest_Click", "frmTest", [&] {
+            ++count;
+            if (count < 3)
+                throw RuntimeError(RuntimeError::Overflow);
+            reachedEnd = true;
+        });
+        ErrorTrap::setAbortAction({});
+        QCOMPARE(count, runs);
+        QCOMPARE(reachedEnd, finished);
+        QCOMPARE(abortCalled, aborted);
+        QCOMPARE(answers.errors.size(), qMin(runs, int(script.size())));
+        QVERIFY(answers.errors.first().contains("Error 6\r\nDescription: Overflow"));
+        QVERIFY(answers.errors.first().contains("Module: frmTest\r\nProcedure: cmdTest_Click"));
+    }
+
+    void boundsErrorReachesTheTrap()
+    {
+        ScriptedAnswers answers;
+        CheckedArray<bool, 100> flags;
+        ErrorTrap::run("ToolMenuAddFiles", "mdiMain", [&] { flags(100) = true; });
+        QCOMPARE(vbwState().lastNumber, 9);
+        QCOMPARE(vbwState().lastDescription, QStringLiteral("Subscript out of range"));
+        QCOMPARE(vbwState().lastProcedure, QStringLiteral("ToolMenuAddFiles"));
+    }
+
+    void otherExceptionsReachTheTrapToo()
+    {
+        ScriptedAnswers answers;
+        ErrorTrap::run("p", "m", [] { throw std::runtime_error("disk on fire"); });
+        QCOMPARE(vbwState().lastNumber, 65535);
+        QCOMPARE(vbwState().lastDescription, QStringLiteral("disk on fire"));
+    }
+
+    void timersStopBehindTheDialog_data()
+    {
+        QTest::addColumn<int>("choice");
+        QTest::addColumn<bool>("runningAfter");
+        QTest::newRow("ignore restarts") << 5 << true;
+        QTest::newRow("abort leaves them off") << 3 << false;
+    }
+    void timersStopBehindTheDialog()
+    {
+        QFETCH(int, choice);
+        QFETCH(bool, runningAfter);
+        QWidget window;
+        window.show();
+        auto *timer = new QTimer(&window);
+        timer->start(1000);
+        bool runningWhileAsked = true;
+        vbwFrmErrHandler::setAnswerer([&](const QString &) {
+            runningWhileAsked = timer->isActive();
+            return choice;
+        });
+        ErrorTrap::setAbortAction([] {});
+        ErrorTrap::run("tmr_Timer", "frmTest", [] { throw RuntimeError(RuntimeError::Overflow); });
+        ErrorTrap::setAbortAction({});
+        vbwFrmErrHandler::setAnswerer({});
+        QVERIFY(!runningWhileAsked);
+        QCOMPARE(timer->isActive(), runningAfter);
+    }
+
+    void traceSwitch_data()
+    {
+        QTest::addColumn<QStringList>("arguments");
+        QTest::addColumn<bool>("trace");
+        QTest::newRow("none") << QStringList{"tessaly"} << false;
+        QTest::newRow("/trace") << QStringList{"tessaly", "/trace"} << true;
+        QTest::newRow("upper case") << QStringList{"tessaly", "/TRACE"} << true;
+        QTest::newRow("among others")
+            << QStringList{"tessaly", "--app-folder", "x", "/trace"} << true;
+    }
+    void traceSwitch()
+    {
+        QFETCH(QStringList, arguments);
+        QFETCH(bool, trace);
+        vbwSetOptions(arguments);
+        QCOMPARE(vbwCurrentOptions().vbwTraceProc, trace);
+        QCOMPARE(vbwCurrentOptions().vbwLog, trace);
+        QCOMPARE(vbwCurrentOptions().vbwDumpStringMaxLength, 128);
+    }
+};
+
+QTEST_MAIN(tst_Trap)
+#include "tst_trap.moc"
