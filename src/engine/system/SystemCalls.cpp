@@ -1,5 +1,7 @@
 #include "SystemCalls.h"
 
+#include <QDBusConnection>
+#include <QDBusMessage>
 #include <QFileInfo>
 
 #include <pwd.h>
@@ -33,4 +35,29 @@ QString SystemCalls::ComputerName()
     if (gethostname(name, sizeof name - 1) != 0)
         return QString();
     return QString::fromLocal8Bit(name);
+}
+
+namespace {
+SystemCalls::PowerOffHandler &powerOffSlot()
+{
+    static SystemCalls::PowerOffHandler handler;
+    return handler;
+}
+} // namespace
+
+void SystemCalls::setPowerOffHandler(PowerOffHandler handler)
+{
+    powerOffSlot() = std::move(handler);
+}
+
+bool SystemCalls::WindowsExit()
+{
+    if (powerOffSlot())
+        return powerOffSlot()();
+    QDBusMessage call = QDBusMessage::createMethodCall(
+        QStringLiteral("org.freedesktop.login1"), QStringLiteral("/org/freedesktop/login1"),
+        QStringLiteral("org.freedesktop.login1.Manager"), QStringLiteral("PowerOff"));
+    call << true; // interactive: let polkit ask for a password where needed
+    const QDBusMessage reply = QDBusConnection::systemBus().call(call, QDBus::Block, 30000);
+    return reply.type() == QDBusMessage::ReplyMessage;
 }

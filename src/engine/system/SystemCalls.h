@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QString>
+#include <functional>
 
 // The small calls into the operating system that the windows use. Lives on any thread; keeps
 // no state.
@@ -12,4 +13,11 @@ public:
     static QString UserName();
     // The machine's host name; empty when it can't be found.
     static QString ComputerName();
+
+    // Ends the session and switches the computer off: a power-off request to logind over the
+    // system bus, which asks the user's polkit agent where a right is missing. Returns whether
+    // the request was accepted. Tests install a replacement so that nothing is ever powered off.
+    static bool WindowsExit();
+    using PowerOffHandler = std::function<bool()>;
+    static void setPowerOffHandler(PowerOffHandler handler);
 };
