@@ -13,8 +13,7 @@ class CDWriterProPrivate;
 // own whose events are posted back, so every signal below is emitted on the UI thread, in
 // order, between messages. Methods report failure by their result or by an event, never by
 // throwing.
-class CDWriterPro : public QObject
-{
+class CDWriterPro : public QObject {
     Q_OBJECT
 public:
     // MediaType codes.
@@ -39,7 +38,12 @@ public:
         SessionClosed = 3,
     };
     // DiscType codes.
-    enum DiscTypeCode : qint32 { DiscCdDaOrRom = 0, DiscCdI = 16, DiscCdRomXa = 32, DiscTypeUnknown = 255 };
+    enum DiscTypeCode : qint32 {
+        DiscCdDaOrRom = 0,
+        DiscCdI = 16,
+        DiscCdRomXa = 32,
+        DiscTypeUnknown = 255
+    };
     // Capability codes of DriveCapability and CurrentDriveCapability.
     enum CapabilityCode : qint32 {
         CapReadsCDR = 0,
@@ -153,6 +157,10 @@ public:
     bool EraseDisc(bool quick);
     bool FinishDisc(bool closeDisc);
 
+    // For CDNotify: a text that changes whenever the medium in a drive changes (a disc put in,
+    // taken out or swapped); empty while the drive holds none.
+    QString mediumIdentity(qint32 index) const;
+
 signals:
     // Destination paths have the form "\dir\sub\name", the root is "\".
     void ISOItemAdded(const QString &sParentDestPath, const QString &sItemDestPath,
@@ -169,8 +177,8 @@ signals:
     // The handler sets bReplaceFile; the engine reads it when every handler has run.
     void ReplaceImportedISOFile(const QString &sDestPath, const QString &sNewSourcePath,
                                 const QString &sFileName, bool &bReplaceFile);
-    void EnumAudioTrack(const QString &sFileName, qint32 lTotalSizeBlocks,
-                        qint32 lTotalSizeBytes, qint32 lTrackNumber);
+    void EnumAudioTrack(const QString &sFileName, qint32 lTotalSizeBlocks, qint32 lTotalSizeBytes,
+                        qint32 lTrackNumber);
     void PreparingToWrite();
     void CachingStatus(qint16 nPercentComplete);
     void ReadingTrackFile(const QString &sFileName, qint32 lFileIndex, qint32 lTrackNumber);
@@ -187,6 +195,8 @@ signals:
                     const QString &sSenseInfo);
     void EraseDiscStart();
     void EraseDiscComplete();
+    // The engine moved a tray: CDNotify looks at once instead of at its next poll.
+    void trayMoved();
 
 private:
     std::unique_ptr<CDWriterProPrivate> d;
