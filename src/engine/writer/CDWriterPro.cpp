@@ -402,7 +402,7 @@ bool CDWriterPro::FinishDisc(bool) {
 
 // --- Jobs -----------------------------------------------------------------------------------
 
-bool CDWriterProPrivate::startJob(EngineJob::Setup setup) {
+bool CDWriterProPrivate::startJob(EngineJob::Setup setup, const ImageMaker &makeImage) {
     setup.plan.testWrite = testWrite;
     setup.plan.closeSession = closeSession;
     setup.plan.finalize = finalizeDisc;
@@ -412,8 +412,7 @@ bool CDWriterProPrivate::startJob(EngineJob::Setup setup) {
     setup.cacheImage = cacheImage;
     setup.cacheFolder = App::pathOf(QStringLiteral("/Cache"));
     setup.logPath = logging ? logPath : QString();
-    emit q->PreparingToWrite();
-    job = std::make_unique<EngineJob>(q, std::move(setup), [this](const JobOutcome &o) {
+    auto made = std::make_unique<EngineJob>(q, std::move(setup), [this](const JobOutcome &o) {
         job->wait();
         job.reset();
         switch (o.kind) {
@@ -428,6 +427,14 @@ bool CDWriterProPrivate::startJob(EngineJob::Setup setup) {
             break;
         }
     });
+    if (makeImage) {
+        IsoLibrary::BurnSourcePtr image = makeImage();
+        if (!image)
+            return false;
+        made->setImage(std::move(image));
+    }
+    job = std::move(made);
+    emit q->PreparingToWrite();
     job->start();
     return true;
 }
@@ -441,15 +448,11 @@ bool CDWriterPro::WriteDisc() {
     IsoImageTree::StreamOptions options;
     options.joliet = d->fileSystem == 1;
     options.startBlock = std::max(0, st.nextWritableAddress);
-    QString error;
     EngineJob::Setup setup;
     setup.kind = EngineJob::Kind::WriteImage;
     setup.recorder = r;
-    setup.image = d->tree->makeStream(options, &error);
     setup.plan.startAddress = options.startBlock;
-    if (!setup.image)
-        return false;
-    return d->startJob(std::move(setup));
+    return d->startJob(std::move(setup), [&] { return d->tree->makeStream(options, nullptr); });
 }
 
 bool CDWriterPro::WriteISOFile(const QString &path) {
@@ -468,7 +471,7 @@ bool CDWriterPro::WriteISOFile(const QString &path) {
     setup.plan.startAddress = 0;
     const bool cache = d->cacheImage;
     d->cacheImage = false; // the file is local already
-    const bool started = d->startJob(std::move(setup));
+    const bool started = d->startJob(std::move(setup), {});
     d->cacheImage = cache;
     return started;
 }
@@ -478,22 +481,23 @@ bool CDWriterPro::CreateISOFile(const QString &path) {
         return false;
     IsoImageTree::StreamOptions options;
     options.joliet = d->fileSystem == 1;
-    QString error;
     EngineJob::Setup setup;
     setup.kind = EngineJob::Kind::CreateIsoFile;
     setup.isoFile = path;
-    setup.image = d->tree->makeStream(options, &error);
-    if (!setup.image)
-        return false;
     setup.logPath = d->logging ? d->logPath : QString();
     bool ok = false;
     QEventLoop loop;
-    d->job = std::make_unique<EngineJob>(this, std::move(setup), [&](const JobOutcome &o) {
+    auto job = std::make_unique<EngineJob>(this, std::move(setup), [&](const JobOutcome &o) {
         d->job->wait();
         d->job.reset();
         ok = o.kind == JobOutcome::Completed;
         loop.quit();
     });
+    IsoLibrary::BurnSourcePtr image = d->tree->makeStream(options, nullptr);
+    if (!image)
+        return false;
+    job->setImage(std::move(image));
+    d->job = std::move(job);
     d->job->start();
     // The window stays alive meanwhile; CachingStatus arrives through this loop.
     loop.exec();

@@ -23,7 +23,8 @@ public:
     IsoImageTree::ReplaceQuestion replaceQuestion();
     // Fires PreparingToWrite and starts the job with the write settings; its end fires the
     // one ending event.
-    bool startJob(EngineJob::Setup setup);
+    using ImageMaker = std::function<IsoLibrary::BurnSourcePtr()>;
+    bool startJob(EngineJob::Setup setup, const ImageMaker &makeImage);
 
     CDWriterPro *q;
     std::vector<std::unique_ptr<Recorder>> drives;

@@ -11,6 +11,7 @@
 
 #include <algorithm>
 #include <dirent.h>
+#include <optional>
 #include <sys/stat.h>
 #include <vector>
 
@@ -100,27 +101,47 @@ struct IsoImageTree::Walk {
         }
         d.reset();
         std::sort(names.begin(), names.end());
-        for (const QByteArray &n : names) {
-            const QByteArray source = sourceDir + '/' + n;
+        // libisofs keeps a directory's members in a sorted list: adding them from the last
+        // name down puts each at the head, so a folder of many files costs no more than a few.
+        struct Entry {
+            IsoNode *node = nullptr;
+            std::optional<Item> item;
+            QByteArray source;
+            QPair<dev_t, ino_t> id;
+        };
+        std::vector<Entry> entries(names.size());
+        for (size_t i = names.size(); i-- > 0;) {
+            Entry &entry = entries[i];
+            entry.source = sourceDir + '/' + names[i];
             struct stat st {};
-            if (stat(source.constData(), &st) != 0)
+            if (stat(entry.source.constData(), &st) != 0)
                 continue; // vanished, or a dangling or looping link
-            const QString name = QFile::decodeName(n);
-            const QString dest = joinDest(destPath, name);
+            const QString name = QFile::decodeName(names[i]);
+            const ItemSink keep = [&entry](const Item &item) { entry.item = item; };
             if (S_ISREG(st.st_mode)) {
-                tree.addFileNode(dir, destPath, name, source, st, useModifiedDate, added, replace);
+                tree.addFileNode(dir, destPath, name, entry.source, st, useModifiedDate, keep,
+                                 replace);
             } else if (S_ISDIR(st.st_mode)) {
-                const QPair<dev_t, ino_t> id(st.st_dev, st.st_ino);
-                if (onPath.contains(id))
+                entry.id = {st.st_dev, st.st_ino};
+                if (onPath.contains(entry.id))
                     continue; // a link back to a directory above
-                IsoDir *sub = tree.dirNode(dir, destPath, name, source, st, useModifiedDate, added);
-                if (!sub)
-                    continue;
-                onPath.insert(id);
-                addChildren(sub, dest, source);
-                onPath.remove(id);
+                entry.node = reinterpret_cast<IsoNode *>(
+                    tree.dirNode(dir, destPath, name, entry.source, st, useModifiedDate, keep));
             }
             // FIFOs, devices and sockets have no contents to record.
+        }
+        // The events in name order, each folder's contents right after the folder.
+        for (Entry &entry : entries) {
+            if (entry.item && added)
+                added(*entry.item);
+            if (!entry.node)
+                continue;
+            onPath.insert(entry.id);
+            addChildren(
+                reinterpret_cast<IsoDir *>(entry.node),
+                joinDest(destPath, QFile::decodeName(entry.source.mid(sourceDir.size() + 1))),
+                entry.source);
+            onPath.remove(entry.id);
         }
     }
 };
@@ -148,10 +169,18 @@ void IsoImageTree::clear() {
 }
 
 void IsoImageTree::setIdentifier(Identifier id, const QString &value) {
-    QString v = value;
-    // The field of the volume descriptor holds so many bytes; a longer text is cut.
-    while (v.toUtf8().size() > FieldLength[id])
-        v.chop(1);
+    // What the primary volume descriptor will hold: upper case, the characters ISO 9660 allows
+    // in the field (others become "_"), cut to the field's length. The volume, the volume set
+    // and the three file names take d-characters only, the others a-characters.
+    const bool dChars = id == Volume || id == VolumeSet || id == CopyrightFile ||
+                        id == AbstractFile || id == BiblioFile;
+    static const QString aExtra = QStringLiteral(" !\"%&'()*+,-./:;<=>?");
+    QString v = value.toUpper().left(FieldLength[id]);
+    for (QChar &c : v) {
+        const bool plain = (c >= u'A' && c <= u'Z') || (c >= u'0' && c <= u'9') || c == u'_';
+        if (!plain && (dChars || !aExtra.contains(c)))
+            c = u'_';
+    }
     m_ids[id] = v;
     applyIdentifiers();
     changed();

@@ -1,12 +1,12 @@
 #include "EngineJob.h"
 
+#include "FileSink.h"
 #include "engine/writer/CDWriterPro.h"
 
 #include <QCoreApplication>
 #include <QDateTime>
 #include <QDir>
 #include <QElapsedTimer>
-#include <QSaveFile>
 #include <QThread>
 
 #include <vector>
@@ -93,6 +93,8 @@ EngineJob::EngineJob(CDWriterPro *engine, Setup setup, Finisher finisher)
     : m_engine(engine)
     , m_setup(std::move(setup))
     , m_finisher(std::move(finisher)) {
+    // From now on, until the job is gone, failures of source files are this job's.
+    SourceFileStream::setObserver(this);
     if (!m_setup.logPath.isEmpty()) {
         m_log.setFileName(m_setup.logPath);
         // A log of this job alone, started afresh at each write.
@@ -104,6 +106,8 @@ EngineJob::EngineJob(CDWriterPro *engine, Setup setup, Finisher finisher)
 EngineJob::~EngineJob() {
     cancel();
     wait();
+    m_setup.image.reset();
+    SourceFileStream::setObserver(nullptr);
 }
 
 void EngineJob::start() {
@@ -133,7 +137,6 @@ void EngineJob::log(const QString &line) {
 }
 
 void EngineJob::run() {
-    SourceFileStream::setObserver(this);
     const char *kinds[] = {"Writing the data image", "Writing an ISO file", "Creating an ISO file"};
     log(QStringLiteral("%1 (Tessaly %2)")
             .arg(QString::fromLatin1(kinds[int(m_setup.kind)]),
@@ -157,7 +160,6 @@ void EngineJob::run() {
             outcome = sourceFailure(m_failurePath);
     }
     m_setup.image.reset(); // stops libisofs's writer thread before the job ends
-    SourceFileStream::setObserver(nullptr);
     switch (outcome.kind) {
     case JobOutcome::Completed:
         log(QStringLiteral("Finished well."));
@@ -180,7 +182,7 @@ JobOutcome EngineJob::sourceFailure(const QString &path) const {
     return JobOutcome::failed(1, QStringLiteral("A source file could not be read: %1").arg(path));
 }
 
-JobOutcome EngineJob::copyImage(QFileDevice &target, bool reportFiles) {
+JobOutcome EngineJob::copyImage(FileSink &target, bool reportFiles) {
     BurnSource *src = m_setup.image.get();
     BurnSourceTrack track(src, 1);
     const qint64 total = track.blockCount();
@@ -194,43 +196,37 @@ JobOutcome EngineJob::copyImage(QFileDevice &target, bool reportFiles) {
             post([percent](CDWriterPro *e) { emit e->CachingStatus(qint16(percent)); });
         }
     };
+    auto finish = [&](JobOutcome outcome) {
+        m_caching = false;
+        return outcome;
+    };
     status(0);
     for (qint64 done = 0; done < total;) {
-        if (cancelRequested()) {
-            m_caching = false;
-            return JobOutcome::cancelled();
-        }
+        if (cancelRequested())
+            return finish(JobOutcome::cancelled());
         const qint64 n = std::min(CopyBlocks, total - done);
-        if (!track.read(buffer.data(), n * Block)) {
-            m_caching = false;
-            return JobOutcome::failed(4, QStringLiteral("The image could not be produced"));
-        }
-        if (target.write(buffer.data(), n * Block) != n * Block) {
-            m_caching = false;
-            return JobOutcome::failed(2, QStringLiteral("Writing %1 failed: %2")
-                                             .arg(target.fileName(), target.errorString()));
-        }
+        if (!track.read(buffer.data(), n * Block))
+            return finish(JobOutcome::failed(4, QStringLiteral("The image could not be produced")));
+        if (!target.write(buffer.data(), n * Block))
+            return finish(JobOutcome::failed(
+                2, QStringLiteral("Writing failed: %1").arg(target.errorString())));
         done += n;
         status(done);
     }
-    m_caching = false;
-    log(QStringLiteral("Image of %1 blocks made in %2.").arg(total).arg(target.fileName()));
-    return JobOutcome::completed();
+    if (!target.commit())
+        return finish(JobOutcome::failed(
+            2, QStringLiteral("Completing the file failed: %1").arg(target.errorString())));
+    log(QStringLiteral("Image of %1 blocks made in %2.").arg(total).arg(target.path()));
+    return finish(JobOutcome::completed());
 }
 
 JobOutcome EngineJob::runCreate() {
-    QSaveFile target(m_setup.isoFile);
-    if (!target.open(QIODevice::WriteOnly))
+    // A failed or cancelled image leaves nothing behind: the sink removes its hidden file.
+    FileSink target;
+    if (!target.open(m_setup.isoFile, true))
         return JobOutcome::failed(
-            2, QStringLiteral("%1 can't be made: %2").arg(m_setup.isoFile, target.errorString()));
-    JobOutcome outcome = copyImage(target, false);
-    if (outcome.kind == JobOutcome::Completed && !target.commit())
-        outcome = JobOutcome::failed(
-            2,
-            QStringLiteral("%1 can't be completed: %2").arg(m_setup.isoFile, target.errorString()));
-    if (outcome.kind != JobOutcome::Completed)
-        target.cancelWriting(); // no partial image is left behind
-    return outcome;
+            2, QStringLiteral("The file can't be made: %1").arg(target.errorString()));
+    return copyImage(target, false);
 }
 
 JobOutcome EngineJob::runWrite() {
@@ -267,13 +263,14 @@ JobOutcome EngineJob::runWrite() {
                               .filePath(QStringLiteral("image-%1-%2.cache")
                                             .arg(QCoreApplication::applicationPid())
                                             .arg(QDateTime::currentMSecsSinceEpoch())));
-        if (!cache.open(QIODevice::ReadWrite | QIODevice::Truncate))
-            return JobOutcome::failed(2, QStringLiteral("The cache %1 can't be made: %2")
-                                             .arg(cache.fileName(), cache.errorString()));
+        FileSink sink;
+        if (!sink.open(cache.fileName(), false))
+            return JobOutcome::failed(
+                2, QStringLiteral("The cache can't be made: %1").arg(sink.errorString()));
         log(QStringLiteral("Caching the image in %1").arg(cache.fileName()));
-        if (JobOutcome cached = copyImage(cache, true); cached.kind != JobOutcome::Completed)
+        if (JobOutcome cached = copyImage(sink, true); cached.kind != JobOutcome::Completed)
             return cached;
-        if (!cache.flush() || !cache.seek(0))
+        if (!cache.open(QIODevice::ReadOnly))
             return JobOutcome::failed(2, QStringLiteral("The cache can't be read back"));
         m_setup.image.reset();
         track = std::make_unique<FileTrack>(cache, m_setup.trackMode, this, this);

@@ -13,6 +13,7 @@
 #include <memory>
 
 class CDWriterPro;
+class FileSink;
 class QThread;
 
 // One write job of the engine: a data image or an ISO file to a recorder, or an image to an ISO
@@ -39,6 +40,9 @@ public:
     EngineJob(CDWriterPro *engine, Setup setup, Finisher finisher);
     ~EngineJob() override;
 
+    // The image stream is made after the job, so that the job already watches the sources that
+    // libisofs's writer thread starts reading at once.
+    void setImage(IsoLibrary::BurnSourcePtr image) { m_setup.image = std::move(image); }
     void start();
     void cancel() { m_cancel.store(true); }
     void wait();
@@ -61,7 +65,7 @@ private:
     JobOutcome runWrite();
     JobOutcome runCreate();
     // Copies the image stream into a file with CachingStatus; false on failure or cancel.
-    JobOutcome copyImage(QFileDevice &target, bool reportFiles);
+    JobOutcome copyImage(FileSink &target, bool reportFiles);
     JobOutcome sourceFailure(const QString &what) const;
     void post(std::function<void(CDWriterPro *)> event);
 

@@ -257,7 +257,7 @@ JobOutcome ImageRecorder::writeTracks(const WritePlan &plan, Loaded &loaded, Job
     const MediumKind *kind = ImageMedium::kindByName(loaded.medium.kindName);
     const qint32 speed = plan.speed > 0 ? std::min(plan.speed, kind->maxSpeed) : kind->maxSpeed;
     QFile data(loaded.dataPath);
-    if (!plan.testWrite && !data.open(QIODevice::ReadWrite))
+    if (!plan.testWrite && !data.open(QIODevice::ReadWrite | QIODevice::Unbuffered))
         return JobOutcome::driveFailure(1002, QStringLiteral("The medium file can't be opened"),
                                         QStringLiteral("2/04/00 LOGICAL UNIT NOT READY"));
     std::vector<char> buffer(ChunkBlocks * Block);
