@@ -1,5 +1,10 @@
 #include "modGlobals.h"
 #include "base/App.h"
+#include "base/Conversions.h"
+#include "base/Format.h"
+#include "engine/system/SystemCalls.h"
+#include "engine/writer/CDWriterPro.h"
+#include "modDeclarations.h"
 
 #include <QGuiApplication>
 #include <QLineEdit>
@@ -126,4 +131,49 @@ QString GetTrackFileErrorMessage(qint32 FileError, const QString &FileName)
     default: strErrorMsg = QStringLiteral("Unknown file error!:") + FileName; break;
     }
     return strErrorMsg;
+}
+
+namespace {
+// Every space figure passes through the format "#0" and back: a whole number, rounded.
+double wholeNumber(double value) { return Val(Format(value, QStringLiteral("#0"))); }
+} // namespace
+
+double GetFreeSpace(CDWriterPro *cdObj, int sizeFormat)
+{
+    if (glngDriveIndex < 0 || !cdObj)
+        return 0;
+    const double bytes = cdObj->BlocksToBytes(cdObj->FreeBlocks(), 1);
+    switch (sizeFormat) {
+    case 1:
+        return wholeNumber(bytes);
+    case 2:
+        return wholeNumber(bytes / 1024);
+    case 3:
+        return wholeNumber(bytes / 1024 / 1024);
+    default:
+        return 0;
+    }
+}
+
+double GetUsedSpace(CDWriterPro *cdObj, int sizeFormat)
+{
+    if (glngDriveIndex < 0 || !cdObj)
+        return 0;
+    const double kb =
+        SystemCalls::DiskSizeKB(cdObj->DriveLetter(glngDriveIndex) + QStringLiteral(":\\"));
+    switch (sizeFormat) {
+    case 1:
+        return wholeNumber(kb * 1024);
+    case 2:
+        return wholeNumber(kb);
+    case 3:
+        return wholeNumber(kb / 1024);
+    default:
+        return 0;
+    }
+}
+
+double GetTotalSpace(CDWriterPro *cdObj, int sizeFormat)
+{
+    return wholeNumber(GetFreeSpace(cdObj, sizeFormat) + GetUsedSpace(cdObj, sizeFormat));
 }

@@ -1,6 +1,7 @@
 #include "SystemCalls.h"
 
 #include <QFileInfo>
+#include <QStorageInfo>
 
 #include <pwd.h>
 #include <unistd.h>
@@ -33,4 +34,27 @@ QString SystemCalls::ComputerName()
     if (gethostname(name, sizeof name - 1) != 0)
         return QString();
     return QString::fromLocal8Bit(name);
+}
+
+double SystemCalls::DiskSizeKB(const QString &rootPath)
+{
+    QString root = rootPath;
+    if (root.endsWith(QStringLiteral(":\\")))
+        root.chop(2);
+    if (root.endsWith(u':'))
+        root.chop(1);
+    auto usedKB = [](const QStorageInfo &v) {
+        return double(v.bytesTotal() - v.bytesFree()) / 1024.0;
+    };
+    if (root.startsWith(u'/')) {
+        const QStorageInfo volume(root);
+        return volume.isValid() && volume.isReady() ? usedKB(volume) : 0.0;
+    }
+    // A drive's device name: the disc counts only when the system mounted it.
+    const QByteArray device = QByteArrayLiteral("/dev/") + root.toLocal8Bit();
+    for (const QStorageInfo &v : QStorageInfo::mountedVolumes()) {
+        if (!root.isEmpty() && v.device() == device && v.isReady())
+            return usedKB(v);
+    }
+    return 0.0;
 }
