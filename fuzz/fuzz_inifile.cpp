@@ -5,8 +5,7 @@
 
 // Any bytes as an options file: reading must find or miss keys without fault, and a write must
 // keep every byte outside the line it changes.
-extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
-{
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size) {
     const QByteArray text(reinterpret_cast<const char *>(data), qsizetype(size));
     const QString section = QStringLiteral("General");
     const QString key = QStringLiteral("Maximized Value");

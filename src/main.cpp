@@ -1,7 +1,6 @@
 #include "app/TessalyApplication.h"
 
-int main(int argc, char **argv)
-{
+int main(int argc, char **argv) {
     TessalyApplication app(argc, argv);
     return app.run();
 }

@@ -10,23 +10,20 @@
 #include <cstdio>
 
 TessalyApplication::TessalyApplication(int &argc, char **argv)
-    : QApplication(argc, argv)
-{
+    : QApplication(argc, argv) {
     setApplicationName(App::ProductName());
     setApplicationVersion(App::versionText());
     setOrganizationName(App::ProductName());
 }
 
-bool TessalyApplication::notify(QObject *receiver, QEvent *event)
-{
+bool TessalyApplication::notify(QObject *receiver, QEvent *event) {
     bool result = false;
     ErrorTrap::run("notify", "TessalyApplication",
                    [&] { result = QApplication::notify(receiver, event); });
     return result;
 }
 
-void TessalyApplication::installUnattendedAnswers()
-{
+void TessalyApplication::installUnattendedAnswers() {
     MessageBoxService::setAnswerer([](const MessageBoxService::Request &r) {
         const int answer = MessageBoxService::defaultButton(r.buttons);
         std::fprintf(stderr, "MsgBox [%s] %s -> %d\n", qPrintable(r.title), qPrintable(r.prompt),
@@ -43,8 +40,7 @@ void TessalyApplication::installUnattendedAnswers()
     });
 }
 
-int TessalyApplication::run()
-{
+int TessalyApplication::run() {
     if (!App::initialize(arguments()))
         std::fprintf(stderr, "tessaly: can't make the application folder %s\n",
                      qPrintable(App::Path()));

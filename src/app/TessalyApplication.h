@@ -4,8 +4,7 @@
 
 // The application object. Every event is delivered inside the error trap, so that an error a
 // handler did not trap itself still reaches the dialog and never crosses the event loop.
-class TessalyApplication : public QApplication
-{
+class TessalyApplication : public QApplication {
     Q_OBJECT
 public:
     TessalyApplication(int &argc, char **argv);

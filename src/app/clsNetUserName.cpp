@@ -3,17 +3,14 @@
 
 clsNetUserName::clsNetUserName()
     : msNetworkUserName(DoGetUserName())
-    , msComputerName(DoGetComputerName())
-{}
+    , msComputerName(DoGetComputerName()) {}
 
-QString clsNetUserName::DoGetUserName()
-{
+QString clsNetUserName::DoGetUserName() {
     const QString name = SystemCalls::UserName();
     return name.isEmpty() ? QStringLiteral("Unknown") : name;
 }
 
-QString clsNetUserName::DoGetComputerName()
-{
+QString clsNetUserName::DoGetComputerName() {
     const QString name = SystemCalls::ComputerName();
     return name.isEmpty() ? QStringLiteral("Unknown") : name;
 }

@@ -4,8 +4,7 @@
 
 // The user's and the computer's names, read once when the object is made; "Unknown" when the
 // system can't tell. Lives on the UI thread.
-class clsNetUserName
-{
+class clsNetUserName {
 public:
     clsNetUserName();
 

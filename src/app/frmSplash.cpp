@@ -12,8 +12,7 @@
 #include <QVBoxLayout>
 
 frmSplash::frmSplash()
-    : QWidget(nullptr, Qt::SplashScreen | Qt::FramelessWindowHint)
-{
+    : QWidget(nullptr, Qt::SplashScreen | Qt::FramelessWindowHint) {
     setAttribute(Qt::WA_DeleteOnClose);
     setWindowTitle(App::ProductName());
     auto *layout = new QVBoxLayout(this);
@@ -43,8 +42,7 @@ frmSplash::frmSplash()
     ErrorTrap::run("Form_Load", "frmSplash", [this] { Form_Load(); });
 }
 
-void frmSplash::Form_Load()
-{
+void frmSplash::Form_Load() {
     const clsNetUserName names;
     mintTime = 0;
     lblUser->setText(QStringLiteral("User:  ") + names.NetworkUserName());
@@ -58,8 +56,7 @@ void frmSplash::Form_Load()
     tmrWait->start();
 }
 
-void frmSplash::tmrWait_Timer()
-{
+void frmSplash::tmrWait_Timer() {
     mintTime += 2;
     prbWait->setValue(mintTime);
     if (mintTime == 100) {

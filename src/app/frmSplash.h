@@ -10,8 +10,7 @@ class QTimer;
 
 // The splash window: names, version and a progress bar for a fixed 50 ticks of 55 ms, after
 // which it unloads itself and shows the main frame. On the UI thread.
-class frmSplash : public QWidget
-{
+class frmSplash : public QWidget {
     Q_OBJECT
 public:
     frmSplash();

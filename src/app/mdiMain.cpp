@@ -11,16 +11,14 @@
 #include <QCloseEvent>
 #include <QMdiArea>
 
-mdiMain::mdiMain()
-{
+mdiMain::mdiMain() {
     setAttribute(Qt::WA_DeleteOnClose);
     m_mdiArea = new QMdiArea(this);
     setCentralWidget(m_mdiArea);
     ErrorTrap::run("MDIForm_Load", "mdiMain", [this] { MDIForm_Load(); });
 }
 
-void mdiMain::MDIForm_Load()
-{
+void mdiMain::MDIForm_Load() {
     setWindowTitle(App::ProductName() + QStringLiteral(" - [FreeWare] Version ") +
                    App::versionText());
     move(0, 0);
@@ -38,13 +36,11 @@ void mdiMain::MDIForm_Load()
     }
 }
 
-void mdiMain::ToolMenuExit()
-{
+void mdiMain::ToolMenuExit() {
     close();
 }
 
-void mdiMain::closeEvent(QCloseEvent *event)
-{
+void mdiMain::closeEvent(QCloseEvent *event) {
     int Cancel = 0;
     ErrorTrap::run("MDIForm_QueryUnload", "mdiMain", [&] { MDIForm_QueryUnload(Cancel, 0); });
     if (Cancel != 0) {
@@ -54,8 +50,7 @@ void mdiMain::closeEvent(QCloseEvent *event)
     event->accept();
 }
 
-void mdiMain::MDIForm_QueryUnload(int &Cancel, int UnloadMode)
-{
+void mdiMain::MDIForm_QueryUnload(int &Cancel, int UnloadMode) {
     Q_UNUSED(UnloadMode);
     if (gblnCloseWindows)
         return;

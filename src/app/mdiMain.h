@@ -6,8 +6,7 @@ class QMdiArea;
 
 // The main frame: the multiple-document area that holds the file browsers and the compilation
 // windows, the menus, the toolbar and the strips. One default instance. On the UI thread.
-class mdiMain : public QMainWindow
-{
+class mdiMain : public QMainWindow {
     Q_OBJECT
 public:
     mdiMain();

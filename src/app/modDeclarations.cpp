@@ -1,7 +1,6 @@
 #include "modDeclarations.h"
 
-void ResetDeclarations()
-{
+void ResetDeclarations() {
     gstrINIFile.clear();
     glngDriveIndex = -1;
     glngCurrentDrive = -1;

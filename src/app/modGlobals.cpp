@@ -1,5 +1,10 @@
 #include "modGlobals.h"
 #include "base/App.h"
+#include "base/Conversions.h"
+#include "base/Format.h"
+#include "engine/system/SystemCalls.h"
+#include "engine/writer/CDWriterPro.h"
+#include "modDeclarations.h"
 
 #include <QGuiApplication>
 #include <QLineEdit>
@@ -8,18 +13,15 @@
 #include <QTextEdit>
 #include <QWidget>
 
-QString TwoDigits(const QString &n)
-{
+QString TwoDigits(const QString &n) {
     return (QStringLiteral("00") + n).right(2);
 }
 
-QString TwoDigits(qint64 n)
-{
+QString TwoDigits(qint64 n) {
     return TwoDigits(QString::number(n));
 }
 
-void SelectText(QWidget *EditControl)
-{
+void SelectText(QWidget *EditControl) {
     if (auto *line = qobject_cast<QLineEdit *>(EditControl)) {
         if (!line->text().isEmpty())
             line->setSelection(0, int(line->text().size()));
@@ -32,30 +34,26 @@ void SelectText(QWidget *EditControl)
     }
 }
 
-QString ScreenResolution()
-{
+QString ScreenResolution() {
     const QScreen *screen = QGuiApplication::primaryScreen();
     const QSize size = screen ? screen->size() : QSize(0, 0);
     return QStringLiteral("%1 X %2").arg(size.width()).arg(size.height());
 }
 
-void RemoveCancelMenuItem(QWidget *frm)
-{
+void RemoveCancelMenuItem(QWidget *frm) {
     if (!frm)
         return;
     frm->setWindowFlag(Qt::CustomizeWindowHint, true);
     frm->setWindowFlag(Qt::WindowCloseButtonHint, false);
 }
 
-QString SetHelpStrings(int intSelHelpFile)
-{
+QString SetHelpStrings(int intSelHelpFile) {
     if (intSelHelpFile == 1)
         return App::pathOf(QStringLiteral("/tessaly.hlp"));
     return QString();
 }
 
-QString GetDriveErrorMessage(qint32 DriveError)
-{
+QString GetDriveErrorMessage(qint32 DriveError) {
     static const char *const texts[] = {
         "No additional error data was reported",
         "Abnormal I/O Termination",
@@ -122,8 +120,7 @@ QString GetDriveErrorMessage(qint32 DriveError)
     return strMsg + QStringLiteral(" (") + QString::number(DriveError) + QStringLiteral(").");
 }
 
-QString GetTrackFileErrorMessage(qint32 FileError, const QString &FileName)
-{
+QString GetTrackFileErrorMessage(qint32 FileError, const QString &FileName) {
     QString strErrorMsg;
     switch (FileError) {
     case 0:
@@ -140,4 +137,48 @@ QString GetTrackFileErrorMessage(qint32 FileError, const QString &FileName)
         break;
     }
     return strErrorMsg;
+}
+
+namespace {
+// Every space figure passes through the format "#0" and back: a whole number, rounded.
+double wholeNumber(double value) {
+    return Val(Format(value, QStringLiteral("#0")));
+}
+} // namespace
+
+double GetFreeSpace(CDWriterPro *cdObj, int sizeFormat) {
+    if (glngDriveIndex < 0 || !cdObj)
+        return 0;
+    const double bytes = cdObj->BlocksToBytes(cdObj->FreeBlocks(), 1);
+    switch (sizeFormat) {
+    case 1:
+        return wholeNumber(bytes);
+    case 2:
+        return wholeNumber(bytes / 1024);
+    case 3:
+        return wholeNumber(bytes / 1024 / 1024);
+    default:
+        return 0;
+    }
+}
+
+double GetUsedSpace(CDWriterPro *cdObj, int sizeFormat) {
+    if (glngDriveIndex < 0 || !cdObj)
+        return 0;
+    const double kb =
+        SystemCalls::DiskSizeKB(cdObj->DriveLetter(glngDriveIndex) + QStringLiteral(":\\"));
+    switch (sizeFormat) {
+    case 1:
+        return wholeNumber(kb * 1024);
+    case 2:
+        return wholeNumber(kb);
+    case 3:
+        return wholeNumber(kb / 1024);
+    default:
+        return 0;
+    }
+}
+
+double GetTotalSpace(CDWriterPro *cdObj, int sizeFormat) {
+    return wholeNumber(GetFreeSpace(cdObj, sizeFormat) + GetUsedSpace(cdObj, sizeFormat));
 }

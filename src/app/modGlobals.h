@@ -2,6 +2,7 @@
 
 #include <QString>
 
+class CDWriterPro;
 class QWidget;
 
 // The small functions shared by the windows.
@@ -28,3 +29,11 @@ QString GetDriveErrorMessage(qint32 DriveError);
 
 // The sentence of a file failure class with the file's path behind it.
 QString GetTrackFileErrorMessage(qint32 FileError, const QString &FileName);
+
+// Space on the medium of the chosen recorder (glngDriveIndex), as a whole number: sizeFormat 1
+// bytes, 2 kilobytes, 3 megabytes, anything else 0; 0 as well with no recorder chosen. Free
+// space comes from the engine's free blocks, used space from the mounted volume of the disc
+// (0 for a disc the system does not mount), total space is the sum.
+double GetFreeSpace(CDWriterPro *cdObj, int sizeFormat);
+double GetUsedSpace(CDWriterPro *cdObj, int sizeFormat);
+double GetTotalSpace(CDWriterPro *cdObj, int sizeFormat);

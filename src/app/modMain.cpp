@@ -15,14 +15,12 @@ QString s_helpFile;
 
 // One instance per application folder: a lock file there. A lock left by a crashed run names
 // a process that no longer exists, and QLockFile takes such a lock over.
-std::unique_ptr<QLockFile> &instanceLock()
-{
+std::unique_ptr<QLockFile> &instanceLock() {
     static std::unique_ptr<QLockFile> lock;
     return lock;
 }
 
-bool AnotherInstanceRunning()
-{
+bool AnotherInstanceRunning() {
     auto lock = std::make_unique<QLockFile>(App::pathOf(QStringLiteral("/tessaly.lock")));
     lock->setStaleLockTime(0);
     if (!lock->tryLock(0)) {
@@ -39,8 +37,7 @@ bool AnotherInstanceRunning()
 
 namespace modMain {
 
-void Main()
-{
+void Main() {
     s_started = false;
     if (AnotherInstanceRunning()) {
         MsgBox(QStringLiteral("Tessaly is already running"), vbExclamation,
@@ -59,23 +56,19 @@ void Main()
         gblnFormExist(i - 1) = true;
 }
 
-bool Started()
-{
+bool Started() {
     return s_started;
 }
 
-bool InitCommonControlsVB()
-{
+bool InitCommonControlsVB() {
     return true;
 }
 
-QString HelpFile()
-{
+QString HelpFile() {
     return s_helpFile;
 }
 
-void ReleaseInstance()
-{
+void ReleaseInstance() {
     instanceLock().reset();
 }
 

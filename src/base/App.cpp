@@ -9,8 +9,7 @@
 QString App::s_path;
 QStringList App::s_arguments;
 
-bool App::initialize(const QStringList &arguments)
-{
+bool App::initialize(const QStringList &arguments) {
     s_arguments = arguments;
     QString folder = argumentValue(QStringLiteral("--app-folder"));
     if (folder.isEmpty()) {
@@ -21,18 +20,15 @@ bool App::initialize(const QStringList &arguments)
     return QDir().mkpath(s_path + QStringLiteral("/Dat"));
 }
 
-void App::setPath(const QString &folder)
-{
+void App::setPath(const QString &folder) {
     s_path = QDir::cleanPath(folder);
 }
 
-QString App::Path()
-{
+QString App::Path() {
     return s_path;
 }
 
-QString App::pathOf(const QString &relativeName)
-{
+QString App::pathOf(const QString &relativeName) {
     QString name = relativeName;
     name.replace(u'\\', u'/');
     if (!name.startsWith(u'/'))
@@ -40,8 +36,7 @@ QString App::pathOf(const QString &relativeName)
     return s_path + name;
 }
 
-QString App::resourcePath(const QString &relativeName)
-{
+QString App::resourcePath(const QString &relativeName) {
     QString name = relativeName;
     name.replace(u'\\', u'/');
     while (name.startsWith(u'/'))
@@ -58,37 +53,30 @@ QString App::resourcePath(const QString &relativeName)
     return QString();
 }
 
-QString App::LegalCopyright()
-{
+QString App::LegalCopyright() {
     return QStringLiteral(
         "Copyright (C) 2026 the Tessaly developers. Free software under the GPL.");
 }
 
-int App::Major()
-{
+int App::Major() {
     return TessalyVersion::Major;
 }
-int App::Minor()
-{
+int App::Minor() {
     return TessalyVersion::Minor;
 }
-int App::Revision()
-{
+int App::Revision() {
     return TessalyVersion::Revision;
 }
 
-QString App::versionText()
-{
+QString App::versionText() {
     return QStringLiteral("%1.%2.%3").arg(Major()).arg(Minor()).arg(Revision());
 }
 
-QStringList App::arguments()
-{
+QStringList App::arguments() {
     return s_arguments;
 }
 
-QString App::argumentValue(const QString &option)
-{
+QString App::argumentValue(const QString &option) {
     for (qsizetype i = 0; i < s_arguments.size(); ++i) {
         const QString &a = s_arguments.at(i);
         if (a == option && i + 1 < s_arguments.size())
@@ -99,8 +87,7 @@ QString App::argumentValue(const QString &option)
     return QString();
 }
 
-bool App::hasArgument(const QString &option)
-{
+bool App::hasArgument(const QString &option) {
     for (const QString &a : s_arguments) {
         if (a.compare(option, Qt::CaseInsensitive) == 0)
             return true;

@@ -5,8 +5,7 @@
 
 // The running program's identity and its application folder: the per-user folder that holds
 // "Dat", the audio folder and the error reports. Lives on the UI thread; set once at start.
-class App
-{
+class App {
 public:
     // Chooses the folder (--app-folder DIR when given, else the XDG data folder) and makes it
     // with its "Dat" folder. Returns false when the folder can't be made.

@@ -8,12 +8,10 @@
 
 // A signed integer of fixed width whose arithmetic raises Overflow (6) instead of wrapping,
 // so that the limits the program rests on are enforced at run time.
-template<typename T> class Checked
-{
+template<typename T> class Checked {
 public:
     constexpr Checked(T value = 0) noexcept
-        : m_value(value)
-    {}
+        : m_value(value) {}
 
     constexpr operator T() const noexcept { return m_value; }
     constexpr T value() const noexcept { return m_value; }
@@ -24,8 +22,7 @@ public:
     Checked &operator++() { return *this += 1; }
     Checked &operator--() { return *this -= 1; }
 
-    static Checked fit(qint64 v)
-    {
+    static Checked fit(qint64 v) {
         if (v < std::numeric_limits<T>::min() || v > std::numeric_limits<T>::max())
             throw RuntimeError(RuntimeError::Overflow);
         return Checked(static_cast<T>(v));
@@ -40,8 +37,7 @@ using Long = Checked<qint32>;
 
 // A fixed array indexed from 0 whose every access is bounds-checked: an index outside raises
 // Subscript out of range (9).
-template<typename T, qsizetype N> class CheckedArray
-{
+template<typename T, qsizetype N> class CheckedArray {
 public:
     T &operator()(qint64 index) { return m_items[check(index)]; }
     const T &operator()(qint64 index) const { return m_items[check(index)]; }
@@ -49,8 +45,7 @@ public:
     void fill(const T &value) { m_items.fill(value); }
 
 private:
-    static qsizetype check(qint64 index)
-    {
+    static qsizetype check(qint64 index) {
         if (index < 0 || index >= N)
             throw RuntimeError(RuntimeError::SubscriptOutOfRange);
         return qsizetype(index);

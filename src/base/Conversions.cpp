@@ -5,8 +5,7 @@
 #include <limits>
 #include <optional>
 
-double RoundHalfEven(double value)
-{
+double RoundHalfEven(double value) {
     if (!std::isfinite(value))
         return value;
     const double floor = std::floor(value);
@@ -20,8 +19,7 @@ double RoundHalfEven(double value)
 
 namespace {
 
-template<typename T> T toChecked(double value)
-{
+template<typename T> T toChecked(double value) {
     if (!std::isfinite(value))
         throw RuntimeError(RuntimeError::Overflow);
     const double rounded = RoundHalfEven(value);
@@ -32,8 +30,7 @@ template<typename T> T toChecked(double value)
 }
 
 // A whole text as a number: decimal with optional sign, fraction and exponent, or &H / &O.
-std::optional<double> parseNumber(const QString &text)
-{
+std::optional<double> parseNumber(const QString &text) {
     const QString t = text.trimmed();
     if (t.isEmpty())
         return std::nullopt;
@@ -57,8 +54,7 @@ std::optional<double> parseNumber(const QString &text)
     return v;
 }
 
-double numberOrMismatch(const QString &text)
-{
+double numberOrMismatch(const QString &text) {
     const auto n = parseNumber(text);
     if (!n)
         throw RuntimeError(RuntimeError::TypeMismatch);
@@ -67,29 +63,23 @@ double numberOrMismatch(const QString &text)
 
 } // namespace
 
-qint16 CInt(double value)
-{
+qint16 CInt(double value) {
     return toChecked<qint16>(value);
 }
-qint16 CInt(const QString &text)
-{
+qint16 CInt(const QString &text) {
     return toChecked<qint16>(numberOrMismatch(text));
 }
-qint32 CLng(double value)
-{
+qint32 CLng(double value) {
     return toChecked<qint32>(value);
 }
-qint32 CLng(const QString &text)
-{
+qint32 CLng(const QString &text) {
     return toChecked<qint32>(numberOrMismatch(text));
 }
-double CDbl(const QString &text)
-{
+double CDbl(const QString &text) {
     return numberOrMismatch(text);
 }
 
-bool CBool(const QString &text)
-{
+bool CBool(const QString &text) {
     const QString t = text.trimmed();
     if (t.compare(QLatin1String("True"), Qt::CaseInsensitive) == 0)
         return true;
@@ -98,18 +88,15 @@ bool CBool(const QString &text)
     return numberOrMismatch(t) != 0.0;
 }
 
-QString CStr(bool value)
-{
+QString CStr(bool value) {
     return value ? QStringLiteral("True") : QStringLiteral("False");
 }
 
-bool IsNumeric(const QString &text)
-{
+bool IsNumeric(const QString &text) {
     return parseNumber(text).has_value();
 }
 
-double Val(const QString &text)
-{
+double Val(const QString &text) {
     // Blanks, tabs and line feeds are skipped anywhere, as the classic Val does.
     QString s;
     s.reserve(text.size());

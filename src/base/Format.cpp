@@ -6,16 +6,14 @@
 
 namespace {
 
-struct Decimal
-{
+struct Decimal {
     QString integer;  // without leading zeros; empty for zero
     QString fraction; // exactly the requested number of digits
 };
 
 // |value| rounded half away from zero to `decimals` places, as decimal digits. Fifteen
 // significant digits first, so that 1.005 rounds as the 1.005 a person typed.
-Decimal toDecimal(double value, int decimals)
-{
+Decimal toDecimal(double value, int decimals) {
     char buffer[64];
     std::snprintf(buffer, sizeof buffer, "%.14e", std::fabs(value));
     const QString text = QString::fromLatin1(buffer);
@@ -55,13 +53,11 @@ Decimal toDecimal(double value, int decimals)
     return d;
 }
 
-bool isDigitPlace(QChar c)
-{
+bool isDigitPlace(QChar c) {
     return c == u'0' || c == u'#';
 }
 
-QString groupThousands(const QString &digits)
-{
+QString groupThousands(const QString &digits) {
     QString out;
     for (qsizetype i = 0; i < digits.size(); ++i) {
         if (i > 0 && (digits.size() - i) % 3 == 0)
@@ -73,8 +69,7 @@ QString groupThousands(const QString &digits)
 
 } // namespace
 
-QString Format(double value, const QString &pattern)
-{
+QString Format(double value, const QString &pattern) {
     const qsizetype point = pattern.indexOf(u'.');
     QString intPattern = point < 0 ? pattern : pattern.left(point);
     const QString fracPattern = point < 0 ? QString() : pattern.mid(point + 1);
@@ -180,8 +175,7 @@ QString Format(double value, const QString &pattern)
     return (negative ? QStringLiteral("-") : QString()) + intOut + fracOut;
 }
 
-QString Format(VbDate date, const QString &pattern)
-{
+QString Format(VbDate date, const QString &pattern) {
     const QDateTime dt = date.toDateTime();
     QString out;
     bool afterHour = false;

@@ -7,15 +7,13 @@
 
 namespace {
 
-struct Line
-{
+struct Line {
     qsizetype start = 0; // offset of the line in the text
     qsizetype end = 0;   // offset behind its content, before CR LF or LF
     qsizetype next = 0;  // offset of the following line
 };
 
-QList<Line> splitLines(const QByteArray &text)
-{
+QList<Line> splitLines(const QByteArray &text) {
     QList<Line> lines;
     qsizetype pos = 0;
     while (pos < text.size()) {
@@ -35,14 +33,12 @@ QList<Line> splitLines(const QByteArray &text)
     return lines;
 }
 
-QString decode(const QByteArray &bytes)
-{
+QString decode(const QByteArray &bytes) {
     return QString::fromUtf8(bytes);
 }
 
 // "[Name]" gives "Name"; a line without the bracket gives an empty name.
-QString sectionName(const QByteArray &content)
-{
+QString sectionName(const QByteArray &content) {
     const QByteArray t = content.trimmed();
     if (!t.startsWith('['))
         return QString();
@@ -51,13 +47,11 @@ QString sectionName(const QByteArray &content)
     return decode(name.trimmed());
 }
 
-bool isSectionLine(const QByteArray &content)
-{
+bool isSectionLine(const QByteArray &content) {
     return content.trimmed().startsWith('[');
 }
 
-bool keyMatches(const QByteArray &content, const QString &key, QString *value)
-{
+bool keyMatches(const QByteArray &content, const QString &key, QString *value) {
     const qsizetype eq = content.indexOf('=');
     if (eq < 0)
         return false;
@@ -71,8 +65,7 @@ bool keyMatches(const QByteArray &content, const QString &key, QString *value)
 
 // Index range [first, last) of the lines of the first section of that name, header excluded.
 bool findSection(const QByteArray &text, const QList<Line> &lines, const QString &section,
-                 qsizetype *header, qsizetype *first, qsizetype *last)
-{
+                 qsizetype *header, qsizetype *first, qsizetype *last) {
     for (qsizetype i = 0; i < lines.size(); ++i) {
         const QByteArray content = text.mid(lines[i].start, lines[i].end - lines[i].start);
         if (!isSectionLine(content))
@@ -91,16 +84,14 @@ bool findSection(const QByteArray &text, const QList<Line> &lines, const QString
     return false;
 }
 
-QByteArray lineEnding(const QByteArray &text)
-{
+QByteArray lineEnding(const QByteArray &text) {
     return text.contains("\r\n") ? QByteArrayLiteral("\r\n") : QByteArrayLiteral("\n");
 }
 
 } // namespace
 
 QString IniFile::value(const QByteArray &text, const QString &section, const QString &key,
-                       const QString &defaultValue)
-{
+                       const QString &defaultValue) {
     if (text.contains('\0'))
         return defaultValue;
     const QList<Line> lines = splitLines(text);
@@ -116,8 +107,7 @@ QString IniFile::value(const QByteArray &text, const QString &section, const QSt
 }
 
 QByteArray IniFile::withValue(const QByteArray &text, const QString &section, const QString &key,
-                              const QString &value)
-{
+                              const QString &value) {
     const QByteArray eol = lineEnding(text);
     const QList<Line> lines = splitLines(text);
     const QByteArray entryValue = value.toUtf8();
@@ -156,8 +146,7 @@ QByteArray IniFile::withValue(const QByteArray &text, const QString &section, co
 }
 
 QString IniFile::read(const QString &path, const QString &section, const QString &key,
-                      const QString &defaultValue)
-{
+                      const QString &defaultValue) {
     QFile f(path);
     if (!f.open(QIODevice::ReadOnly))
         return defaultValue;
@@ -165,8 +154,7 @@ QString IniFile::read(const QString &path, const QString &section, const QString
 }
 
 bool IniFile::write(const QString &path, const QString &section, const QString &key,
-                    const QString &value)
-{
+                    const QString &value) {
     // A file that exists but can't be read or written is left alone rather than replaced.
     QByteArray text;
     QFile f(path);

@@ -7,8 +7,7 @@
 // key names match without regard to case; the first matching section and key win. Writing
 // replaces one line, or adds the key at the end of its section, or the section at the end of
 // the text; every other byte stays as it was. Any bytes at all are accepted.
-class IniFile
-{
+class IniFile {
 public:
     // The value of the key, or `defaultValue` when the section or the key is missing, or when
     // the text is binary (it holds NUL bytes).

@@ -3,11 +3,10 @@
 RuntimeError::RuntimeError(int number, QString description)
     : m_number(number)
     , m_description(description.isEmpty() ? standardDescription(number) : std::move(description))
-    , m_what(QStringLiteral("Run-time error %1: %2").arg(m_number).arg(m_description).toStdString())
-{}
+    , m_what(
+          QStringLiteral("Run-time error %1: %2").arg(m_number).arg(m_description).toStdString()) {}
 
-QString RuntimeError::standardDescription(int number)
-{
+QString RuntimeError::standardDescription(int number) {
     switch (number) {
     case 3:
         return QStringLiteral("Return without GoSub");

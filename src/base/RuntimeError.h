@@ -7,8 +7,7 @@
 // A run-time error of the program: a number from the classic run-time error table and its
 // description. Thrown by the numeric rules (overflow, bounds, conversions) and caught by the
 // trap that every entry point from the event loop runs in.
-class RuntimeError : public std::exception
-{
+class RuntimeError : public std::exception {
 public:
     enum Number : int {
         InvalidProcedureCall = 5,

@@ -4,8 +4,7 @@
 
 // A date and time as floating-point days since 30 December 1899, local time; the fraction is
 // the time of day. A difference of two is a duration in the same unit.
-struct VbDate
-{
+struct VbDate {
     double days = 0.0;
 
     static VbDate fromDateTime(const QDateTime &dateTime);

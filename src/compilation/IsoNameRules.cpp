@@ -1,7 +1,6 @@
 #include "IsoNameRules.h"
 
-QString IsoNameRules::violation(const QString &strNewName, qint32 isoFileSystem, qint32 isoLevel)
-{
+QString IsoNameRules::violation(const QString &strNewName, qint32 isoFileSystem, qint32 isoLevel) {
     const qsizetype intPos = strNewName.indexOf(u'.') + 1;
     QString strName = strNewName;
     QString strExt;

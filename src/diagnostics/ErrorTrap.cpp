@@ -8,20 +8,17 @@
 #include <new>
 
 namespace {
-std::function<void()> &abortSlot()
-{
+std::function<void()> &abortSlot() {
     static std::function<void()> action;
     return action;
 }
 } // namespace
 
-void ErrorTrap::setAbortAction(std::function<void()> action)
-{
+void ErrorTrap::setAbortAction(std::function<void()> action) {
     abortSlot() = std::move(action);
 }
 
-void ErrorTrap::run(const char *procedure, const char *module, const std::function<void()> &body)
-{
+void ErrorTrap::run(const char *procedure, const char *module, const std::function<void()> &body) {
     const QString proc = QString::fromLatin1(procedure);
     const QString mod = QString::fromLatin1(module);
     for (;;) {

@@ -6,15 +6,13 @@
 // exception never crosses the event loop but reaches the trap's dialog with the procedure's
 // and the module's names. Retry runs the handler again, Ignore returns from it, Abort ends the
 // program at once.
-class ErrorTrap
-{
+class ErrorTrap {
 public:
     static void run(const char *procedure, const char *module, const std::function<void()> &body);
 
     // The same for a handler with a result; `fallback` is returned when the error is ignored.
     template<typename R, typename F>
-    static R call(const char *procedure, const char *module, R fallback, F &&body)
-    {
+    static R call(const char *procedure, const char *module, R fallback, F &&body) {
         R result = fallback;
         run(procedure, module, [&] { result = body(); });
         return result;

@@ -8,15 +8,13 @@
 #include <QTimer>
 #include <QWidget>
 
-vbwErrorState &vbwState()
-{
+vbwErrorState &vbwState() {
     static vbwErrorState state;
     return state;
 }
 
 QString vbwBuildMessage(int number, const QString &description, int line, const QString &procedure,
-                        const QString &module, const QString &project)
-{
+                        const QString &module, const QString &project) {
     const QString crlf = QStringLiteral("\r\n");
     return QStringLiteral("An unexpected error has occured in this application: ") + crlf + crlf +
            QStringLiteral("Error ") + QString::number(number) + crlf +
@@ -29,8 +27,7 @@ QString vbwBuildMessage(int number, const QString &description, int line, const 
 namespace {
 
 // Stops every running timer of every window, so that none fires behind the dialog.
-QList<QPointer<QTimer>> stopTimers()
-{
+QList<QPointer<QTimer>> stopTimers() {
     QList<QPointer<QTimer>> stopped;
     for (QWidget *w : QApplication::topLevelWidgets()) {
         for (QTimer *t : w->findChildren<QTimer *>()) {
@@ -43,8 +40,7 @@ QList<QPointer<QTimer>> stopTimers()
     return stopped;
 }
 
-void restartTimers(const QList<QPointer<QTimer>> &timers)
-{
+void restartTimers(const QList<QPointer<QTimer>> &timers) {
     for (const QPointer<QTimer> &t : timers) {
         if (t)
             t->start();
@@ -54,8 +50,8 @@ void restartTimers(const QList<QPointer<QTimer>> &timers)
 } // namespace
 
 int vbwHandleError(int lngErrNumber, const QString &strDescription, int lngLine,
-                   const QString &strProcedure, const QString &strModule, const QString &strProject)
-{
+                   const QString &strProcedure, const QString &strModule,
+                   const QString &strProject) {
     vbwErrorState &s = vbwState();
     s.vbwRetCode = 0;
     QApplication::restoreOverrideCursor();

@@ -12,8 +12,7 @@ enum vbwReturnCode : int {
     vbwReport = 8,
 };
 
-struct vbwErrorState
-{
+struct vbwErrorState {
     int vbwRetCode = 0;
     QString vbwMessageString;
     QString vbwCircumstancesString;

@@ -9,16 +9,14 @@
 #include <QVBoxLayout>
 
 namespace {
-vbwFrmErrHandler::Answerer &answererSlot()
-{
+vbwFrmErrHandler::Answerer &answererSlot() {
     static vbwFrmErrHandler::Answerer answerer;
     return answerer;
 }
 } // namespace
 
 vbwFrmErrHandler::vbwFrmErrHandler(const QString &message, QWidget *parent)
-    : QDialog(parent)
-{
+    : QDialog(parent) {
     setWindowTitle(App::Title());
     setWindowFlag(Qt::WindowStaysOnTopHint);
     setModal(true);
@@ -40,8 +38,7 @@ vbwFrmErrHandler::vbwFrmErrHandler(const QString &message, QWidget *parent)
     layout->addWidget(txtDescribe);
 
     auto *buttons = new QHBoxLayout;
-    const struct
-    {
+    const struct {
         int index;
         const char *caption;
     } actions[] = {{3, "&Abort"}, {4, "&Retry"}, {5, "&Ignore"}};
@@ -58,14 +55,12 @@ vbwFrmErrHandler::vbwFrmErrHandler(const QString &message, QWidget *parent)
     layout->setSizeConstraint(QLayout::SetFixedSize);
 }
 
-void vbwFrmErrHandler::cmdAction_Click(int index)
-{
+void vbwFrmErrHandler::cmdAction_Click(int index) {
     m_code = index;
     accept();
 }
 
-int vbwFrmErrHandler::ask(const QString &message)
-{
+int vbwFrmErrHandler::ask(const QString &message) {
     if (answererSlot())
         return answererSlot()(message);
     QApplication::beep();
@@ -75,7 +70,6 @@ int vbwFrmErrHandler::ask(const QString &message)
     return dialog.m_code == 0 ? 5 : dialog.m_code;
 }
 
-void vbwFrmErrHandler::setAnswerer(Answerer answerer)
-{
+void vbwFrmErrHandler::setAnswerer(Answerer answerer) {
     answererSlot() = std::move(answerer);
 }

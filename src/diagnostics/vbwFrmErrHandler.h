@@ -9,8 +9,7 @@ class QPushButton;
 
 // The trap's dialog: the error text and the buttons "&Abort", "&Retry", "&Ignore". Stands
 // above every other window. Lives on the UI thread.
-class vbwFrmErrHandler : public QDialog
-{
+class vbwFrmErrHandler : public QDialog {
     Q_OBJECT
 public:
     explicit vbwFrmErrHandler(const QString &message, QWidget *parent = nullptr);

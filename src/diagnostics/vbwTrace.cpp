@@ -1,13 +1,11 @@
 #include "vbwTrace.h"
 
-vbwOptions &vbwCurrentOptions()
-{
+vbwOptions &vbwCurrentOptions() {
     static vbwOptions options;
     return options;
 }
 
-void vbwSetOptions(const QStringList &arguments)
-{
+void vbwSetOptions(const QStringList &arguments) {
     vbwOptions &o = vbwCurrentOptions();
     o = vbwOptions();
     const bool trace = arguments.join(u' ').contains(QLatin1String("/trace"), Qt::CaseInsensitive);

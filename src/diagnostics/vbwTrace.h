@@ -5,8 +5,7 @@
 
 // The options of the diagnostics, set once at start from the command line. The trace of
 // procedure entries and exits is switched on by "/trace" anywhere on it.
-struct vbwOptions
-{
+struct vbwOptions {
     bool vbwException = true;
     bool vbwTraceProc = false;
     bool vbwTraceParameters = true;

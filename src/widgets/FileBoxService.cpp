@@ -6,35 +6,30 @@
 #include <QStringList>
 
 namespace {
-FileBoxService::Answerer &answererSlot()
-{
+FileBoxService::Answerer &answererSlot() {
     static FileBoxService::Answerer answerer;
     return answerer;
 }
 } // namespace
 
-std::optional<QString> FileBoxService::ask(const Request &request)
-{
+std::optional<QString> FileBoxService::ask(const Request &request) {
     if (answererSlot())
         return answererSlot()(request);
     return askReal(request);
 }
 
-QString FileBoxService::askOrThrow(const Request &request)
-{
+QString FileBoxService::askOrThrow(const Request &request) {
     const auto answer = ask(request);
     if (!answer)
         throw RuntimeError(RuntimeError::CancelSelected);
     return *answer;
 }
 
-void FileBoxService::setAnswerer(Answerer answerer)
-{
+void FileBoxService::setAnswerer(Answerer answerer) {
     answererSlot() = std::move(answerer);
 }
 
-QString FileBoxService::toNameFilters(const QString &filter)
-{
+QString FileBoxService::toNameFilters(const QString &filter) {
     const QStringList parts = filter.split(u'|');
     QStringList filters;
     for (qsizetype i = 0; i + 1 < parts.size(); i += 2) {
@@ -45,8 +40,7 @@ QString FileBoxService::toNameFilters(const QString &filter)
     return filters.join(QStringLiteral(";;"));
 }
 
-std::optional<QString> FileBoxService::askReal(const Request &request)
-{
+std::optional<QString> FileBoxService::askReal(const Request &request) {
     QWidget *parent = QApplication::activeWindow();
     QString start = request.fileName;
     if (!request.initialDirectory.isEmpty())

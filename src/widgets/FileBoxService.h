@@ -7,13 +7,11 @@
 // Every file box of the program goes through here: the title, the proposed name, the filter in
 // the "Description|*.ext|..." form, the flags, open or save. Tests replace the answerer. Lives
 // on the UI thread.
-class FileBoxService
-{
+class FileBoxService {
 public:
     enum class Mode { Open, Save, Folder };
 
-    struct Request
-    {
+    struct Request {
         Mode mode = Mode::Open;
         QString title;
         QString fileName; // proposed name, or a path whose folder the box opens in

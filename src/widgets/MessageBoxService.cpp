@@ -6,33 +6,28 @@
 #include <QPushButton>
 
 namespace {
-MessageBoxService::Answerer &answererSlot()
-{
+MessageBoxService::Answerer &answererSlot() {
     static MessageBoxService::Answerer answerer;
     return answerer;
 }
 } // namespace
 
-int MessageBoxService::show(const QString &prompt, int buttons, const QString &title)
-{
+int MessageBoxService::show(const QString &prompt, int buttons, const QString &title) {
     const Request request{prompt, buttons, title.isEmpty() ? App::Title() : title};
     if (answererSlot())
         return answererSlot()(request);
     return showReal(request);
 }
 
-void MessageBoxService::setAnswerer(Answerer answerer)
-{
+void MessageBoxService::setAnswerer(Answerer answerer) {
     answererSlot() = std::move(answerer);
 }
 
-bool MessageBoxService::hasAnswerer()
-{
+bool MessageBoxService::hasAnswerer() {
     return bool(answererSlot());
 }
 
-QList<int> MessageBoxService::buttonsOf(int flags)
-{
+QList<int> MessageBoxService::buttonsOf(int flags) {
     switch (flags & 7) {
     case vbOKCancel:
         return {vbOK, vbCancel};
@@ -49,15 +44,13 @@ QList<int> MessageBoxService::buttonsOf(int flags)
     }
 }
 
-int MessageBoxService::defaultButton(int flags)
-{
+int MessageBoxService::defaultButton(int flags) {
     const QList<int> buttons = buttonsOf(flags);
     const int index = (flags & vbDefaultButton3) ? 2 : (flags & vbDefaultButton2) ? 1 : 0;
     return buttons.value(index, buttons.first());
 }
 
-int MessageBoxService::showReal(const Request &request)
-{
+int MessageBoxService::showReal(const Request &request) {
     QMessageBox box(QApplication::activeWindow());
     box.setWindowTitle(request.title);
     box.setText(request.prompt);
@@ -81,8 +74,7 @@ int MessageBoxService::showReal(const Request &request)
     if (request.buttons & vbSystemModal)
         box.setWindowFlag(Qt::WindowStaysOnTopHint);
 
-    struct Entry
-    {
+    struct Entry {
         int code;
         QMessageBox::StandardButton standard;
     };
@@ -114,7 +106,6 @@ int MessageBoxService::showReal(const Request &request)
     return buttons.contains(vbCancel) ? vbCancel : buttons.last();
 }
 
-int MsgBox(const QString &prompt, int buttons, const QString &title)
-{
+int MsgBox(const QString &prompt, int buttons, const QString &title) {
     return MessageBoxService::show(prompt, buttons, title);
 }

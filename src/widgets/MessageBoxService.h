@@ -36,11 +36,9 @@ enum MsgBoxResult : int {
 // Every message box of the program goes through here. Tests and unattended runs replace the
 // answerer: it is told what was asked and answers as a user would, so nothing ever blocks on
 // a real modal box. Lives on the UI thread.
-class MessageBoxService
-{
+class MessageBoxService {
 public:
-    struct Request
-    {
+    struct Request {
         QString prompt;
         int buttons = vbOKOnly;
         QString title;

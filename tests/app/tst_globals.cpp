@@ -4,12 +4,10 @@
 #include <QLineEdit>
 #include <QTest>
 
-class tst_Globals : public QObject
-{
+class tst_Globals : public QObject {
     Q_OBJECT
 private slots:
-    void twoDigits_data()
-    {
+    void twoDigits_data() {
         QTest::addColumn<qint64>("n");
         QTest::addColumn<QString>("expected");
         QTest::newRow("7") << qint64(7) << "07";
@@ -18,15 +16,13 @@ private slots:
         QTest::newRow("42") << qint64(42) << "42";
         QTest::newRow("-5") << qint64(-5) << "-5";
     }
-    void twoDigits()
-    {
+    void twoDigits() {
         QFETCH(qint64, n);
         QFETCH(QString, expected);
         QCOMPARE(TwoDigits(n), expected);
     }
 
-    void driveErrorMessage_data()
-    {
+    void driveErrorMessage_data() {
         QTest::addColumn<int>("code");
         QTest::addColumn<QString>("expected");
         QTest::newRow("1000") << 1000 << "No additional error data was reported (1000).";
@@ -41,15 +37,13 @@ private slots:
         QTest::newRow("2000") << 2000 << " (2000).";
         QTest::newRow("negative") << -1 << " (-1).";
     }
-    void driveErrorMessage()
-    {
+    void driveErrorMessage() {
         QFETCH(int, code);
         QFETCH(QString, expected);
         QCOMPARE(GetDriveErrorMessage(code), expected);
     }
 
-    void everyDriveCodeHasItsOwnText()
-    {
+    void everyDriveCodeHasItsOwnText() {
         QSet<QString> texts;
         for (int code = 1000; code <= 1055; ++code) {
             const QString msg = GetDriveErrorMessage(code);
@@ -60,8 +54,7 @@ private slots:
         QCOMPARE(texts.size(), 56);
     }
 
-    void trackFileErrorMessage_data()
-    {
+    void trackFileErrorMessage_data() {
         QTest::addColumn<int>("cls");
         QTest::addColumn<QString>("expected");
         QTest::newRow("opening") << 0 << "Error Opening File: a.wav";
@@ -70,30 +63,26 @@ private slots:
         QTest::newRow("unknown, no blank") << 3 << "Unknown file error!:a.wav";
         QTest::newRow("negative") << -7 << "Unknown file error!:a.wav";
     }
-    void trackFileErrorMessage()
-    {
+    void trackFileErrorMessage() {
         QFETCH(int, cls);
         QFETCH(QString, expected);
         QCOMPARE(GetTrackFileErrorMessage(cls, QStringLiteral("a.wav")), expected);
     }
 
-    void helpStrings()
-    {
+    void helpStrings() {
         QVERIFY(SetHelpStrings(1).endsWith(QStringLiteral("/tessaly.hlp")));
         QCOMPARE(SetHelpStrings(0), QString());
         QCOMPARE(SetHelpStrings(2), QString());
     }
 
-    void screenResolutionIsWidthXHeight()
-    {
+    void screenResolutionIsWidthXHeight() {
         const QStringList parts = ScreenResolution().split(QStringLiteral(" X "));
         QCOMPARE(parts.size(), 2);
         QVERIFY(parts.at(0).toInt() > 0);
         QVERIFY(parts.at(1).toInt() > 0);
     }
 
-    void selectText()
-    {
+    void selectText() {
         QLineEdit edit;
         SelectText(&edit); // empty: nothing to select, no failure
         QVERIFY(!edit.hasSelectedText());
@@ -103,8 +92,7 @@ private slots:
         SelectText(nullptr);
     }
 
-    void namesAreNeverEmpty()
-    {
+    void namesAreNeverEmpty() {
         const clsNetUserName names;
         QVERIFY(!names.NetworkUserName().isEmpty());
         QVERIFY(!names.ComputerName().isEmpty());

@@ -7,19 +7,16 @@
 #include <QTest>
 
 // The options file on real files, through the two functions every window uses.
-class tst_IniFunc : public QObject
-{
+class tst_IniFunc : public QObject {
     Q_OBJECT
 private:
-    static QByteArray readAll(const QString &path)
-    {
+    static QByteArray readAll(const QString &path) {
         QFile f(path);
         return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray();
     }
 
 private slots:
-    void absentFileGivesDefaultsAndIsNotCreated()
-    {
+    void absentFileGivesDefaultsAndIsNotCreated() {
         TestEnvironment env;
         QCOMPARE(sGetINI(env.iniFile(), "General", "Maximized Value", "0"), QStringLiteral("0"));
         QCOMPARE(sGetINI(env.iniFile(), "Directories", "FileBrowser Last Dir", "C:\\"),
@@ -27,8 +24,7 @@ private slots:
         QVERIFY(!QFile::exists(env.iniFile()));
     }
 
-    void firstWriteCreatesTheFile()
-    {
+    void firstWriteCreatesTheFile() {
         TestEnvironment env;
         QString v = QStringLiteral("2");
         writeINI(env.iniFile(), "General", "Maximized Value", v);
@@ -36,8 +32,7 @@ private slots:
         QCOMPARE(sGetINI(env.iniFile(), "General", "Maximized Value", "0"), QStringLiteral("2"));
     }
 
-    void keysFoundWhateverTheirCase_data()
-    {
+    void keysFoundWhateverTheirCase_data() {
         QTest::addColumn<QString>("section");
         QTest::addColumn<QString>("key");
         QTest::newRow("as written") << "General"
@@ -49,8 +44,7 @@ private slots:
         QTest::newRow("mixed") << "gEnErAl"
                                << "tRaNsPaReNcY vAlUe";
     }
-    void keysFoundWhateverTheirCase()
-    {
+    void keysFoundWhateverTheirCase() {
         QFETCH(QString, section);
         QFETCH(QString, key);
         TestEnvironment env;
@@ -58,8 +52,7 @@ private slots:
         QCOMPARE(sGetINI(env.iniFile(), section, key, "90"), QStringLiteral("75"));
     }
 
-    void longValueComesBackCut()
-    {
+    void longValueComesBackCut() {
         TestEnvironment env;
         QString v(300, u'x');
         writeINI(env.iniFile(), "Directories", "FileBrowser Last Dir", v);
@@ -69,8 +62,7 @@ private slots:
         QCOMPARE(sGetINI(env.iniFile(), "Directories", "Other", QString(300, u'd')).size(), 254);
     }
 
-    void lineBreaksCleanedInTheCallersVariableOnly()
-    {
+    void lineBreaksCleanedInTheCallersVariableOnly() {
         TestEnvironment env;
         QString v = QStringLiteral("a\r\nb");
         writeINI(env.iniFile(), "General", "Note", v);
@@ -79,8 +71,7 @@ private slots:
         QCOMPARE(sGetINI(env.iniFile(), "General", "Note", "?"), QStringLiteral("a"));
     }
 
-    void foreignLinesStayByteForByte()
-    {
+    void foreignLinesStayByteForByte() {
         TestEnvironment env;
         const QByteArray before =
             "; kept as it is\r\n[General]\r\nManual=False\r\n"
@@ -93,8 +84,7 @@ private slots:
         QCOMPARE(readAll(env.iniFile()), expected);
     }
 
-    void keyAddedToTheMiddleSection()
-    {
+    void keyAddedToTheMiddleSection() {
         TestEnvironment env;
         env.writeFile("Dat/tessaly.ini",
                       "[General]\nManual=False\n\n[Directories]\nUse Last Directory=1\n\n"
@@ -106,8 +96,7 @@ private slots:
                             "FileBrowser Start Dir=/srv/music\n\n[Encoder]\nType=1\n"));
     }
 
-    void unreadableOrBinaryFileGivesDefaults()
-    {
+    void unreadableOrBinaryFileGivesDefaults() {
         TestEnvironment env;
         env.writeFile("Dat/tessaly.ini", QByteArray("[General]\nManual=True\n\0\0\x7f", 26));
         QCOMPARE(sGetINI(env.iniFile(), "General", "Manual", "False"), QStringLiteral("False"));
@@ -120,8 +109,7 @@ private slots:
         QVERIFY(QFileInfo(env2.iniFile()).isDir());
     }
 
-    void writeToMissingFolderIsSilent()
-    {
+    void writeToMissingFolderIsSilent() {
         TestEnvironment env;
         QString v = QStringLiteral("True");
         const QString path = env.appFolder() + "/no/such/folder/x.ini";

@@ -16,12 +16,10 @@
 #include <QTest>
 #include <QTimer>
 
-class tst_Startup : public QObject
-{
+class tst_Startup : public QObject {
     Q_OBJECT
 private slots:
-    void mainSetsTheGlobalsAndShowsTheSplash()
-    {
+    void mainSetsTheGlobalsAndShowsTheSplash() {
         TestEnvironment env;
         ScriptedAnswers answers;
         modMain::Main();
@@ -39,8 +37,7 @@ private slots:
         QVERIFY(answers.boxes.isEmpty());
     }
 
-    void splashShowsNamesAndVersion()
-    {
+    void splashShowsNamesAndVersion() {
         TestEnvironment env;
         modMain::Main();
         frmSplash *splash = DefaultInstance<frmSplash>::peek();
@@ -53,8 +50,7 @@ private slots:
         QVERIFY(splash->tmrWait->isActive());
     }
 
-    void splashGivesWayToTheFrameAtTheFiftiethTick()
-    {
+    void splashGivesWayToTheFrameAtTheFiftiethTick() {
         TestEnvironment env;
         modMain::Main();
         frmSplash *splash = DefaultInstance<frmSplash>::peek();
@@ -70,23 +66,20 @@ private slots:
                  QStringLiteral("Tessaly - [FreeWare] Version 0.1.0"));
     }
 
-    void splashRunsByItsOwnTimer()
-    {
+    void splashRunsByItsOwnTimer() {
         TestEnvironment env;
         modMain::Main();
         QTRY_VERIFY_WITH_TIMEOUT(DefaultInstance<mdiMain>::exists(), 10000);
     }
 
-    void maximizedValueFromTheOptions()
-    {
+    void maximizedValueFromTheOptions() {
         TestEnvironment env;
         env.writeFile("Dat/tessaly.ini", "[General]\r\nMaximized Value=2\r\n");
         QVERIFY(env.startProgram());
         QVERIFY(DefaultInstance<mdiMain>::peek()->windowState() & Qt::WindowMaximized);
     }
 
-    void unreadableNumberRaisesTypeMismatchIntoTheTrap()
-    {
+    void unreadableNumberRaisesTypeMismatchIntoTheTrap() {
         TestEnvironment env;
         ScriptedAnswers answers;
         env.writeFile("Dat/tessaly.ini", "[General]\r\nMaximized Value=abc\r\n");
@@ -101,8 +94,7 @@ private slots:
         QVERIFY(DefaultInstance<mdiMain>::exists());
     }
 
-    void quitAsksAndNoKeepsTheFrame()
-    {
+    void quitAsksAndNoKeepsTheFrame() {
         TestEnvironment env;
         ScriptedAnswers answers;
         QVERIFY(env.startProgram());
@@ -120,8 +112,7 @@ private slots:
         QVERIFY(!DefaultInstance<mdiMain>::exists());
     }
 
-    void closeWindowsLeavesWithoutAsking()
-    {
+    void closeWindowsLeavesWithoutAsking() {
         TestEnvironment env;
         ScriptedAnswers answers;
         QVERIFY(env.startProgram());
@@ -132,8 +123,7 @@ private slots:
         QVERIFY(!DefaultInstance<mdiMain>::exists());
     }
 
-    void staleLockOfACrashedRunIsHarmless()
-    {
+    void staleLockOfACrashedRunIsHarmless() {
         TestEnvironment env;
         // A lock naming a process that is long gone, as a crash leaves it.
         env.writeFile("tessaly.lock",
@@ -142,8 +132,7 @@ private slots:
         QVERIFY(modMain::Started());
     }
 
-    void secondStartWarnsAndLeaves()
-    {
+    void secondStartWarnsAndLeaves() {
         TestEnvironment env;
         const QByteArray options = "[General]\r\nManual=True\r\n";
         env.writeFile("Dat/tessaly.ini", options);

@@ -11,12 +11,10 @@
 #include <QWidget>
 #include <stdexcept>
 
-class tst_Trap : public QObject
-{
+class tst_Trap : public QObject {
     Q_OBJECT
 private slots:
-    void messageNamesProcedureModuleAndLine()
-    {
+    void messageNamesProcedureModuleAndLine() {
         const QString m = vbwBuildMessage(6, "Overflow", 12, "Form_Load", "frmFiles", "Tessaly");
         QCOMPARE(m, QStringLiteral("An unexpected error has occured in this application: \r\n\r\n"
                                    "Error 6\r\nDescription: Overflow\r\nProject: Tessaly\r\n"
@@ -24,8 +22,7 @@ private slots:
                                    "Version: 0.1.0\r\n"));
     }
 
-    void choices_data()
-    {
+    void choices_data() {
         QTest::addColumn<QList<int>>("script");
         QTest::addColumn<int>("runs");
         QTest::addColumn<bool>("finished");
@@ -35,8 +32,7 @@ private slots:
         QTest::newRow("retry until it works") << QList<int>{4, 4} << 3 << true << false;
         QTest::newRow("abort ends") << QList<int>{3} << 1 << false << true;
     }
-    void choices()
-    {
+    void choices() {
         QFETCH(QList<int>, script);
         QFETCH(int, runs);
         QFETCH(bool, finished);
@@ -63,8 +59,7 @@ private slots:
         QVERIFY(answers.errors.first().contains("Module: frmTest\r\nProcedure: cmdTest_Click"));
     }
 
-    void boundsErrorReachesTheTrap()
-    {
+    void boundsErrorReachesTheTrap() {
         ScriptedAnswers answers;
         CheckedArray<bool, 100> flags;
         ErrorTrap::run("ToolMenuAddFiles", "mdiMain", [&] { flags(100) = true; });
@@ -73,23 +68,20 @@ private slots:
         QCOMPARE(vbwState().lastProcedure, QStringLiteral("ToolMenuAddFiles"));
     }
 
-    void otherExceptionsReachTheTrapToo()
-    {
+    void otherExceptionsReachTheTrapToo() {
         ScriptedAnswers answers;
         ErrorTrap::run("p", "m", [] { throw std::runtime_error("disk on fire"); });
         QCOMPARE(vbwState().lastNumber, 65535);
         QCOMPARE(vbwState().lastDescription, QStringLiteral("disk on fire"));
     }
 
-    void timersStopBehindTheDialog_data()
-    {
+    void timersStopBehindTheDialog_data() {
         QTest::addColumn<int>("choice");
         QTest::addColumn<bool>("runningAfter");
         QTest::newRow("ignore restarts") << 5 << true;
         QTest::newRow("abort leaves them off") << 3 << false;
     }
-    void timersStopBehindTheDialog()
-    {
+    void timersStopBehindTheDialog() {
         QFETCH(int, choice);
         QFETCH(bool, runningAfter);
         QWidget window;
@@ -109,8 +101,7 @@ private slots:
         QCOMPARE(timer->isActive(), runningAfter);
     }
 
-    void traceSwitch_data()
-    {
+    void traceSwitch_data() {
         QTest::addColumn<QStringList>("arguments");
         QTest::addColumn<bool>("trace");
         QTest::newRow("none") << QStringList{"tessaly"} << false;
@@ -119,8 +110,7 @@ private slots:
         QTest::newRow("among others")
             << QStringList{"tessaly", "--app-folder", "x", "/trace"} << true;
     }
-    void traceSwitch()
-    {
+    void traceSwitch() {
         QFETCH(QStringList, arguments);
         QFETCH(bool, trace);
         vbwSetOptions(arguments);

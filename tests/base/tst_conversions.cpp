@@ -4,12 +4,10 @@
 
 #include <QTest>
 
-class tst_Conversions : public QObject
-{
+class tst_Conversions : public QObject {
     Q_OBJECT
 private slots:
-    void roundHalfEven_data()
-    {
+    void roundHalfEven_data() {
         QTest::addColumn<double>("value");
         QTest::addColumn<double>("expected");
         QTest::newRow("2.5 to even below") << 2.5 << 2.0;
@@ -21,15 +19,13 @@ private slots:
         QTest::newRow("2.4999") << 2.4999 << 2.0;
         QTest::newRow("2.5001") << 2.5001 << 3.0;
     }
-    void roundHalfEven()
-    {
+    void roundHalfEven() {
         QFETCH(double, value);
         QFETCH(double, expected);
         QCOMPARE(RoundHalfEven(value), expected);
     }
 
-    void cint_data()
-    {
+    void cint_data() {
         QTest::addColumn<QString>("text");
         QTest::addColumn<int>("expected"); // or the error number when negative
         QTest::newRow("plain") << "7650" << 7650;
@@ -44,8 +40,7 @@ private slots:
         QTest::newRow("trailing text") << "12abc" << -RuntimeError::TypeMismatch;
         QTest::newRow("hex") << "&H10" << 16;
     }
-    void cint()
-    {
+    void cint() {
         QFETCH(QString, text);
         QFETCH(int, expected);
         if (expected >= 0 || text.startsWith(u'-')) {
@@ -60,8 +55,7 @@ private slots:
         }
     }
 
-    void clng_data()
-    {
+    void clng_data() {
         QTest::addColumn<double>("value");
         QTest::addColumn<qint64>("expected");
         QTest::addColumn<bool>("overflows");
@@ -71,8 +65,7 @@ private slots:
         QTest::newRow("min") << -2147483648.0 << qint64(-2147483648LL) << false;
         QTest::newRow("under min") << -2147483649.0 << qint64(0) << true;
     }
-    void clng()
-    {
+    void clng() {
         QFETCH(double, value);
         QFETCH(qint64, expected);
         QFETCH(bool, overflows);
@@ -83,8 +76,7 @@ private slots:
         QVERIFY_THROWS_EXCEPTION(RuntimeError, CLng(value));
     }
 
-    void val_data()
-    {
+    void val_data() {
         QTest::addColumn<QString>("text");
         QTest::addColumn<double>("expected");
         QTest::newRow("number") << "42" << 42.0;
@@ -98,15 +90,13 @@ private slots:
         QTest::newRow("hex") << "&HFF" << 255.0;
         QTest::newRow("second point stops") << "1.2.3" << 1.2;
     }
-    void val()
-    {
+    void val() {
         QFETCH(QString, text);
         QFETCH(double, expected);
         QCOMPARE(Val(text), expected);
     }
 
-    void cbool_data()
-    {
+    void cbool_data() {
         QTest::addColumn<QString>("text");
         QTest::addColumn<bool>("expected");
         QTest::newRow("True") << "True" << true;
@@ -115,14 +105,12 @@ private slots:
         QTest::newRow("1") << "1" << true;
         QTest::newRow("-1") << "-1" << true;
     }
-    void cbool()
-    {
+    void cbool() {
         QFETCH(QString, text);
         QFETCH(bool, expected);
         QCOMPARE(CBool(text), expected);
     }
-    void cboolOfWordIsMismatch()
-    {
+    void cboolOfWordIsMismatch() {
         try {
             CBool(QStringLiteral("maybe"));
             QFAIL("no error raised");
@@ -131,8 +119,7 @@ private slots:
         }
     }
 
-    void checkedIntegerOverflows()
-    {
+    void checkedIntegerOverflows() {
         Integer i = 32766;
         ++i;
         QCOMPARE(qint16(i), qint16(32767));
@@ -142,8 +129,7 @@ private slots:
         QVERIFY_THROWS_EXCEPTION(RuntimeError, l -= 2);
     }
 
-    void checkedArrayBounds()
-    {
+    void checkedArrayBounds() {
         CheckedArray<bool, 100> flags;
         flags(99) = true;
         QVERIFY(flags(99));

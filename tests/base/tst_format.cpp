@@ -3,12 +3,10 @@
 
 #include <QTest>
 
-class tst_Format : public QObject
-{
+class tst_Format : public QObject {
     Q_OBJECT
 private slots:
-    void numbers_data()
-    {
+    void numbers_data() {
         QTest::addColumn<double>("value");
         QTest::addColumn<QString>("pattern");
         QTest::addColumn<QString>("expected");
@@ -75,16 +73,14 @@ private slots:
         QTest::newRow("negative rounds to zero") << -0.01 << "#0.0"
                                                  << "0.0";
     }
-    void numbers()
-    {
+    void numbers() {
         QFETCH(double, value);
         QFETCH(QString, pattern);
         QFETCH(QString, expected);
         QCOMPARE(Format(value, pattern), expected);
     }
 
-    void dates_data()
-    {
+    void dates_data() {
         QTest::addColumn<QDateTime>("when");
         QTest::addColumn<QString>("pattern");
         QTest::addColumn<QString>("expected");
@@ -100,16 +96,14 @@ private slots:
         QTest::newRow("literal text") << t << "at hh"
                                       << "at 09";
     }
-    void dates()
-    {
+    void dates() {
         QFETCH(QDateTime, when);
         QFETCH(QString, pattern);
         QFETCH(QString, expected);
         QCOMPARE(Format(VbDate::fromDateTime(when), pattern), expected);
     }
 
-    void durations_data()
-    {
+    void durations_data() {
         QTest::addColumn<double>("seconds");
         QTest::addColumn<QString>("expected");
         QTest::newRow("zero") << 0.0 << "00:00:00";
@@ -117,8 +111,7 @@ private slots:
         QTest::newRow("minutes") << 754.0 << "00:12:34";
         QTest::newRow("hours") << 3.0 * 3600 + 61 << "03:01:01";
     }
-    void durations()
-    {
+    void durations() {
         QFETCH(double, seconds);
         QFETCH(QString, expected);
         const VbDate start = VbDate::fromDateTime(QDateTime(QDate(2026, 1, 1), QTime(23, 59, 0)));
@@ -126,8 +119,7 @@ private slots:
         QCOMPARE(Format(end - start, QStringLiteral("hh:mm:ss")), expected);
     }
 
-    void dateSerials()
-    {
+    void dateSerials() {
         // Day 0 is 30 December 1899; the fraction is the time of day.
         QCOMPARE(VbDate::fromDateTime(QDateTime(QDate(1899, 12, 30), QTime(0, 0))).days, 0.0);
         QCOMPARE(VbDate::fromDateTime(QDateTime(QDate(1900, 1, 1), QTime(12, 0))).days, 2.5);

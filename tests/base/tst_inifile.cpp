@@ -2,12 +2,10 @@
 
 #include <QTest>
 
-class tst_IniFile : public QObject
-{
+class tst_IniFile : public QObject {
     Q_OBJECT
 private slots:
-    void read_data()
-    {
+    void read_data() {
         QTest::addColumn<QByteArray>("text");
         QTest::addColumn<QString>("section");
         QTest::addColumn<QString>("key");
@@ -62,8 +60,7 @@ private slots:
         QTest::newRow("utf-8 value") << QByteArray("[A]\nk=M\xc3\xbcsik\n") << "A"
                                      << "k" << QString::fromUtf8("M\xc3\xbcsik");
     }
-    void read()
-    {
+    void read() {
         QFETCH(QByteArray, text);
         QFETCH(QString, section);
         QFETCH(QString, key);
@@ -71,8 +68,7 @@ private slots:
         QCOMPARE(IniFile::value(text, section, key, QStringLiteral("<default>")), expected);
     }
 
-    void write_data()
-    {
+    void write_data() {
         QTest::addColumn<QByteArray>("before");
         QTest::addColumn<QString>("section");
         QTest::addColumn<QString>("key");
@@ -108,8 +104,7 @@ private slots:
                                                            << "k"
                                                            << "v" << QByteArray("[A]\nk=v\n[B]\n");
     }
-    void write()
-    {
+    void write() {
         QFETCH(QByteArray, before);
         QFETCH(QString, section);
         QFETCH(QString, key);
@@ -118,8 +113,7 @@ private slots:
         QCOMPARE(IniFile::withValue(before, section, key, value), after);
     }
 
-    void writeThenReadRoundTrips()
-    {
+    void writeThenReadRoundTrips() {
         QByteArray text;
         text = IniFile::withValue(text, QStringLiteral("General"), QStringLiteral("Left Hand"),
                                   QStringLiteral("False"));

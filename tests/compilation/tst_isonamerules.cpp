@@ -2,12 +2,10 @@
 
 #include <QTest>
 
-class tst_IsoNameRules : public QObject
-{
+class tst_IsoNameRules : public QObject {
     Q_OBJECT
 private slots:
-    void rules_data()
-    {
+    void rules_data() {
         QTest::addColumn<QString>("name");
         QTest::addColumn<int>("fileSystem");
         QTest::addColumn<int>("level");
@@ -37,8 +35,7 @@ private slots:
         QTest::newRow("ISO 9660 only, level 1 not checked") << "A.TXT" << 0 << 1 << "";
         QTest::newRow("characters are not checked") << "a*b?c" << 1 << 2 << "";
     }
-    void rules()
-    {
+    void rules() {
         QFETCH(QString, name);
         QFETCH(int, fileSystem);
         QFETCH(int, level);

@@ -9,52 +9,44 @@
 
 namespace {
 
-QByteArray le16(quint16 v)
-{
+QByteArray le16(quint16 v) {
     QByteArray b(2, '\0');
     qToLittleEndian(v, b.data());
     return b;
 }
-QByteArray le32(quint32 v)
-{
+QByteArray le32(quint32 v) {
     QByteArray b(4, '\0');
     qToLittleEndian(v, b.data());
     return b;
 }
-QByteArray chunk(const char *id, const QByteArray &body)
-{
+QByteArray chunk(const char *id, const QByteArray &body) {
     QByteArray c = QByteArray(id, 4) + le32(quint32(body.size())) + body;
     if (body.size() & 1)
         c.append('\0');
     return c;
 }
-QByteArray fmt(quint16 tag, quint16 channels, quint32 rate, quint16 bits)
-{
+QByteArray fmt(quint16 tag, quint16 channels, quint32 rate, quint16 bits) {
     const quint16 align = quint16(channels * bits / 8);
     return chunk("fmt ", le16(tag) + le16(channels) + le32(rate) + le32(rate * align) +
                              le16(align) + le16(bits));
 }
 // Recognisable samples: frame i holds i and -i.
-QByteArray pcm(int frames)
-{
+QByteArray pcm(int frames) {
     QByteArray b;
     for (int i = 0; i < frames; ++i)
         b += le16(quint16(i)) + le16(quint16(-i));
     return b;
 }
-QByteArray riff(const QByteArray &chunks)
-{
+QByteArray riff(const QByteArray &chunks) {
     return "RIFF" + le32(quint32(chunks.size() + 4)) + "WAVE" + chunks;
 }
 
 } // namespace
 
-class tst_WaveFile : public QObject
-{
+class tst_WaveFile : public QObject {
     Q_OBJECT
 private slots:
-    void judgement_data()
-    {
+    void judgement_data() {
         QTest::addColumn<QByteArray>("bytes");
         QTest::addColumn<int>("status");
         using S = WaveFile::Status;
@@ -90,8 +82,7 @@ private slots:
         QTest::newRow("not RIFF") << QByteArray("ID3\x04\0\0\0\0\0\0garbage", 17) + pcm(100)
                                   << int(S::Malformed);
     }
-    void judgement()
-    {
+    void judgement() {
         QFETCH(QByteArray, bytes);
         QFETCH(int, status);
         QBuffer buffer(&bytes);
@@ -107,13 +98,11 @@ private slots:
         QCOMPARE(int(WaveFile::judge(f.fileName())), status);
     }
 
-    void missingFileCannotBeOpened()
-    {
+    void missingFileCannotBeOpened() {
         QCOMPARE(WaveFile::judge("/nonexistent/a.wav"), WaveFile::Status::CannotOpen);
     }
 
-    void samplesComeOutLittleEndianAndWhole()
-    {
+    void samplesComeOutLittleEndianAndWhole() {
         QByteArray bytes =
             riff(chunk("LIST", "INFO") + fmt(1, 2, 44100, 16) + chunk("data", pcm(777)));
         QBuffer buffer(&bytes);
@@ -133,8 +122,7 @@ private slots:
         QCOMPARE(out, pcm(777));
     }
 
-    void mp3RenamedIsRefused()
-    {
+    void mp3RenamedIsRefused() {
         QTemporaryDir dir;
         QFile f(dir.filePath("in.wav"));
         QVERIFY(f.open(QIODevice::WriteOnly));

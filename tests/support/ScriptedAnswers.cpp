@@ -1,8 +1,7 @@
 #include "ScriptedAnswers.h"
 #include "diagnostics/vbwFrmErrHandler.h"
 
-ScriptedAnswers::ScriptedAnswers()
-{
+ScriptedAnswers::ScriptedAnswers() {
     MessageBoxService::setAnswerer([this](const MessageBoxService::Request &r) {
         boxes.append(r);
         return m_boxAnswers.isEmpty() ? MessageBoxService::defaultButton(r.buttons)
@@ -18,13 +17,11 @@ ScriptedAnswers::ScriptedAnswers()
     });
 }
 
-ScriptedAnswers::~ScriptedAnswers()
-{
+ScriptedAnswers::~ScriptedAnswers() {
     installFallback();
 }
 
-void ScriptedAnswers::installFallback()
-{
+void ScriptedAnswers::installFallback() {
     // A box nobody scripted is a fault of the test, never a real modal box that would hang it.
     MessageBoxService::setAnswerer([](const MessageBoxService::Request &r) {
         qWarning("unscripted message box: [%s] %s", qPrintable(r.title), qPrintable(r.prompt));

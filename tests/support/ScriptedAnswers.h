@@ -10,8 +10,7 @@
 
 // Stands in for the user at every box: records what was asked and answers from a script, or by
 // the box's default button when the script is empty. Installed for the life of the object.
-class ScriptedAnswers
-{
+class ScriptedAnswers {
 public:
     ScriptedAnswers();
     ~ScriptedAnswers();

@@ -12,8 +12,7 @@
 #include <QFile>
 #include <QFileInfo>
 
-TestEnvironment::TestEnvironment()
-{
+TestEnvironment::TestEnvironment() {
     ScriptedAnswers::installFallback();
     App::setPath(m_dir.path());
     QDir().mkpath(m_dir.path() + QStringLiteral("/Dat"));
@@ -21,13 +20,11 @@ TestEnvironment::TestEnvironment()
     gstrINIFile = iniFile();
 }
 
-TestEnvironment::~TestEnvironment()
-{
+TestEnvironment::~TestEnvironment() {
     stopProgram();
 }
 
-void TestEnvironment::writeFile(const QString &relativeName, const QByteArray &bytes) const
-{
+void TestEnvironment::writeFile(const QString &relativeName, const QByteArray &bytes) const {
     const QString path = m_dir.path() + u'/' + relativeName;
     QDir().mkpath(QFileInfo(path).path());
     QFile f(path);
@@ -35,8 +32,7 @@ void TestEnvironment::writeFile(const QString &relativeName, const QByteArray &b
         f.write(bytes);
 }
 
-bool TestEnvironment::startProgram()
-{
+bool TestEnvironment::startProgram() {
     modMain::Main();
     if (!modMain::Started())
         return false;
@@ -47,8 +43,7 @@ bool TestEnvironment::startProgram()
     return DefaultInstance<mdiMain>::exists();
 }
 
-void TestEnvironment::stopProgram()
-{
+void TestEnvironment::stopProgram() {
     const bool closeWindows = gblnCloseWindows;
     gblnCloseWindows = true;
     DefaultInstance<mdiMain>::unload();
@@ -58,8 +53,7 @@ void TestEnvironment::stopProgram()
     modMain::ReleaseInstance();
 }
 
-QString TestEnvironment::programPath()
-{
+QString TestEnvironment::programPath() {
     const QString fromEnv = qEnvironmentVariable("TESSALY_BINARY");
     if (!fromEnv.isEmpty())
         return fromEnv;

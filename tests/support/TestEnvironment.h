@@ -4,8 +4,7 @@
 #include <QTemporaryDir>
 
 // A fresh application folder with its "Dat" folder for one test, and the globals as at start.
-class TestEnvironment
-{
+class TestEnvironment {
 public:
     TestEnvironment();
     ~TestEnvironment();

@@ -13,8 +13,7 @@ class CDWriterProPrivate;
 // own whose events are posted back, so every signal below is emitted on the UI thread, in
 // order, between messages. Methods report failure by their result or by an event, never by
 // throwing.
-class CDWriterPro : public QObject
-{
+class CDWriterPro : public QObject {
     Q_OBJECT
 public:
     // MediaType codes.
@@ -158,6 +157,10 @@ public:
     bool EraseDisc(bool quick);
     bool FinishDisc(bool closeDisc);
 
+    // For CDNotify: a text that changes whenever the medium in a drive changes (a disc put in,
+    // taken out or swapped); empty while the drive holds none.
+    QString mediumIdentity(qint32 index) const;
+
 signals:
     // Destination paths have the form "\dir\sub\name", the root is "\".
     void ISOItemAdded(const QString &sParentDestPath, const QString &sItemDestPath,
@@ -192,6 +195,8 @@ signals:
                     const QString &sSenseInfo);
     void EraseDiscStart();
     void EraseDiscComplete();
+    // The engine moved a tray: CDNotify looks at once instead of at its next poll.
+    void trayMoved();
 
 private:
     std::unique_ptr<CDWriterProPrivate> d;

@@ -10,13 +10,11 @@
 namespace {
 
 // libsndfile reads through the Qt device, so files and bytes in memory take one path.
-sf_count_t vioLength(void *user)
-{
+sf_count_t vioLength(void *user) {
     return static_cast<QIODevice *>(user)->size();
 }
 
-sf_count_t vioSeek(sf_count_t offset, int whence, void *user)
-{
+sf_count_t vioSeek(sf_count_t offset, int whence, void *user) {
     auto *d = static_cast<QIODevice *>(user);
     qint64 target = offset;
     if (whence == SEEK_CUR)
@@ -28,43 +26,36 @@ sf_count_t vioSeek(sf_count_t offset, int whence, void *user)
     return d->pos();
 }
 
-sf_count_t vioRead(void *ptr, sf_count_t count, void *user)
-{
+sf_count_t vioRead(void *ptr, sf_count_t count, void *user) {
     const qint64 n = static_cast<QIODevice *>(user)->read(static_cast<char *>(ptr), count);
     return n < 0 ? 0 : n;
 }
 
-sf_count_t vioWrite(const void *, sf_count_t, void *)
-{
+sf_count_t vioWrite(const void *, sf_count_t, void *) {
     return 0;
 }
 
-sf_count_t vioTell(void *user)
-{
+sf_count_t vioTell(void *user) {
     return static_cast<QIODevice *>(user)->pos();
 }
 
-quint32 le32(const char *p)
-{
+quint32 le32(const char *p) {
     return qFromLittleEndian<quint32>(p);
 }
 
 } // namespace
 
-void WaveFile::Closer::operator()(sf_private_tag *file) const
-{
+void WaveFile::Closer::operator()(sf_private_tag *file) const {
     if (file)
         sf_close(file);
 }
 
 WaveFile::WaveFile() = default;
-WaveFile::~WaveFile()
-{
+WaveFile::~WaveFile() {
     close();
 }
 
-void WaveFile::close()
-{
+void WaveFile::close() {
     m_sndfile.reset();
     m_device = nullptr;
     m_ownedDevice.reset();
@@ -72,8 +63,7 @@ void WaveFile::close()
     m_failed = false;
 }
 
-WaveFile::Status WaveFile::open(const QString &path)
-{
+WaveFile::Status WaveFile::open(const QString &path) {
     close();
     auto file = std::make_unique<QFile>(path);
     if (!file->open(QIODevice::ReadOnly))
@@ -85,8 +75,7 @@ WaveFile::Status WaveFile::open(const QString &path)
     return s;
 }
 
-qint64 WaveFile::declaredDataBytes(QIODevice *device)
-{
+qint64 WaveFile::declaredDataBytes(QIODevice *device) {
     const qint64 size = device->size();
     if (!device->seek(0) || size < 12)
         return -1;
@@ -121,8 +110,7 @@ qint64 WaveFile::declaredDataBytes(QIODevice *device)
     return haveFormat ? dataBytes : -1;
 }
 
-WaveFile::Status WaveFile::open(QIODevice *device)
-{
+WaveFile::Status WaveFile::open(QIODevice *device) {
     if (!m_ownedDevice || m_ownedDevice.get() != device)
         close();
     if (!device || !device->isReadable())
@@ -156,8 +144,7 @@ WaveFile::Status WaveFile::open(QIODevice *device)
     return Status::Ok;
 }
 
-qint64 WaveFile::readFrames(char *buffer, qint64 count)
-{
+qint64 WaveFile::readFrames(char *buffer, qint64 count) {
     if (!m_sndfile || count <= 0)
         return 0;
     std::vector<short> samples(size_t(count) * 2);
@@ -169,8 +156,7 @@ qint64 WaveFile::readFrames(char *buffer, qint64 count)
     return got < 0 ? 0 : got;
 }
 
-WaveFile::Status WaveFile::judge(const QString &path)
-{
+WaveFile::Status WaveFile::judge(const QString &path) {
     WaveFile w;
     return w.open(path);
 }

@@ -10,8 +10,7 @@ struct sf_private_tag;
 // judgement of whether a file is one. Any valid RIFF layout is accepted; anything else, or a
 // file whose data chunk claims more than the file holds, is refused. Not thread-bound: one
 // object is used by one thread at a time.
-class WaveFile
-{
+class WaveFile {
 public:
     enum class Status {
         Ok,
@@ -46,8 +45,7 @@ public:
     static qint64 declaredDataBytes(QIODevice *device);
 
 private:
-    struct Closer
-    {
+    struct Closer {
         void operator()(sf_private_tag *file) const;
     };
     std::unique_ptr<QIODevice> m_ownedDevice;

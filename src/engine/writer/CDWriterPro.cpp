@@ -1,0 +1,510 @@
+#include "CDWriterPro.h"
+
+#include "CDWriterProPrivate.h"
+#include "iso/IsoImageTree.h"
+#include "jobs/EngineJob.h"
+#include "recorders/DriveScanner.h"
+
+#include "base/App.h"
+
+#include <QEventLoop>
+#include <QFileInfo>
+
+CDWriterProPrivate::CDWriterProPrivate(CDWriterPro *owner)
+    : q(owner)
+    , tree(std::make_unique<IsoImageTree>()) {}
+
+CDWriterProPrivate::~CDWriterProPrivate() {
+    // A job still running is stopped and waited for: a worker is never left behind.
+    if (job) {
+        job->cancel();
+        job->wait();
+        job.reset();
+    }
+}
+
+Recorder *CDWriterProPrivate::drive(qint32 index) const {
+    if (index < 0 || size_t(index) >= drives.size())
+        return nullptr;
+    return drives[size_t(index)].get();
+}
+
+MediumState CDWriterProPrivate::medium() const {
+    Recorder *r = currentDrive();
+    return r ? r->medium() : MediumState{};
+}
+
+bool CDWriterProPrivate::jobRunning() const {
+    return job != nullptr;
+}
+
+CDWriterPro::CDWriterPro(QObject *parent)
+    : QObject(parent)
+    , d(std::make_unique<CDWriterProPrivate>(this)) {}
+
+CDWriterPro::~CDWriterPro() = default;
+
+// --- Write settings -------------------------------------------------------------------------
+
+bool CDWriterPro::TestWrite() const {
+    return d->testWrite;
+}
+void CDWriterPro::setTestWrite(bool value) {
+    d->testWrite = value;
+}
+bool CDWriterPro::CacheImage() const {
+    return d->cacheImage;
+}
+void CDWriterPro::setCacheImage(bool value) {
+    d->cacheImage = value;
+}
+bool CDWriterPro::FinalizeDisc() const {
+    return d->finalizeDisc;
+}
+void CDWriterPro::setFinalizeDisc(bool value) {
+    d->finalizeDisc = value;
+}
+bool CDWriterPro::CloseSession() const {
+    return d->closeSession;
+}
+void CDWriterPro::setCloseSession(bool value) {
+    d->closeSession = value;
+}
+qint32 CDWriterPro::TrackMode() const {
+    return d->trackMode;
+}
+void CDWriterPro::setTrackMode(qint32 value) {
+    if (value >= 0 && value <= 2)
+        d->trackMode = value;
+}
+void CDWriterPro::EnableBurnProof(bool enable) {
+    d->burnProof = enable;
+}
+void CDWriterPro::SetWriteSpeed(qint32 speed) {
+    d->writeSpeed = std::max(0, speed);
+}
+void CDWriterPro::SetLogging(bool enable, const QString &path) {
+    d->logging = enable;
+    d->logPath = path;
+}
+
+// --- Drives and media -----------------------------------------------------------------------
+
+bool CDWriterPro::InitializeDrives(bool) {
+    if (d->drives.empty())
+        d->drives = DriveScanner::scan();
+    return !d->drives.empty();
+}
+
+qint32 CDWriterPro::DriveCount() const {
+    return qint32(d->drives.size());
+}
+
+QString CDWriterPro::DriveLetter(qint32 index) const {
+    const Recorder *r = d->drive(index);
+    return r ? r->letter() : QString();
+}
+
+QString CDWriterPro::DriveVendor(qint32 index) const {
+    const Recorder *r = d->drive(index);
+    return r ? r->vendor() : QString();
+}
+
+QString CDWriterPro::DriveProduct(qint32 index) const {
+    const Recorder *r = d->drive(index);
+    return r ? r->product() : QString();
+}
+
+bool CDWriterPro::DriveIsRecorder(qint32 index) const {
+    const Recorder *r = d->drive(index);
+    return r && r->isRecorder();
+}
+
+bool CDWriterPro::SelectDrive(qint32 index) {
+    // The drive stays as it is while a job uses it.
+    if (!d->drive(index) || d->jobRunning())
+        return false;
+    d->current = index;
+    return true;
+}
+
+bool CDWriterPro::DriveCapability(qint32 code, qint32 index) const {
+    const Recorder *r = d->drive(index);
+    return r && r->capability(code);
+}
+
+bool CDWriterPro::CurrentDriveCapability(qint32 code) const {
+    return DriveCapability(code, d->current);
+}
+
+void CDWriterPro::MoveTray(bool close) {
+    if (Recorder *r = d->currentDrive(); r && !d->jobRunning()) {
+        r->moveTray(close);
+        emit trayMoved();
+    }
+}
+
+QString CDWriterPro::mediumIdentity(qint32 index) const {
+    const Recorder *r = d->drive(index);
+    return r ? r->mediumIdentity() : QString();
+}
+
+qint32 CDWriterPro::MediaType() const {
+    return d->medium().mediaType;
+}
+qint32 CDWriterPro::DiscStatus() const {
+    return d->medium().discStatus;
+}
+qint32 CDWriterPro::LastSessionStatus() const {
+    return d->medium().lastSessionStatus;
+}
+qint32 CDWriterPro::DiscType() const {
+    return d->medium().discType;
+}
+qint32 CDWriterPro::SessionCount() const {
+    return d->medium().sessionCount;
+}
+qint32 CDWriterPro::FreeBlocks() const {
+    return d->medium().freeBlocks;
+}
+qint32 CDWriterPro::MaxWriteSpeed() const {
+    return d->medium().maxWriteSpeed;
+}
+
+QString CDWriterPro::Version() const {
+    return QStringLiteral("Tessaly disc engine %1").arg(App::versionText());
+}
+
+// --- Sizes ----------------------------------------------------------------------------------
+
+double CDWriterPro::BlocksToBytes(qint32 blocks, qint32 mode) const {
+    // Mode 0 counts audio frames of 2352 bytes; every other mode data blocks of 2048.
+    return double(blocks) * (mode == 0 ? 2352.0 : 2048.0);
+}
+
+QString CDWriterPro::BlocksToTime(qint32 blocks) const {
+    // 75 blocks make a second of a CD: minutes, seconds and frames.
+    const qint64 b = std::max<qint64>(0, blocks);
+    return QStringLiteral("%1:%2:%3")
+        .arg(b / 4500, 2, 10, QLatin1Char('0'))
+        .arg(b / 75 % 60, 2, 10, QLatin1Char('0'))
+        .arg(b % 75, 2, 10, QLatin1Char('0'));
+}
+
+// --- Image ----------------------------------------------------------------------------------
+
+namespace {
+using Id = IsoImageTree::Identifier;
+}
+
+QString CDWriterPro::VolumeIdentifier() const {
+    return d->tree->identifier(Id::Volume);
+}
+void CDWriterPro::setVolumeIdentifier(const QString &v) {
+    d->tree->setIdentifier(Id::Volume, v);
+}
+QString CDWriterPro::SystemIdentifier() const {
+    return d->tree->identifier(Id::System);
+}
+void CDWriterPro::setSystemIdentifier(const QString &v) {
+    d->tree->setIdentifier(Id::System, v);
+}
+QString CDWriterPro::VolumeSetIdentifier() const {
+    return d->tree->identifier(Id::VolumeSet);
+}
+void CDWriterPro::setVolumeSetIdentifier(const QString &v) {
+    d->tree->setIdentifier(Id::VolumeSet, v);
+}
+QString CDWriterPro::PublisherIdentifier() const {
+    return d->tree->identifier(Id::Publisher);
+}
+void CDWriterPro::setPublisherIdentifier(const QString &v) {
+    d->tree->setIdentifier(Id::Publisher, v);
+}
+QString CDWriterPro::DataPreparerIdentifier() const {
+    return d->tree->identifier(Id::DataPreparer);
+}
+void CDWriterPro::setDataPreparerIdentifier(const QString &v) {
+    d->tree->setIdentifier(Id::DataPreparer, v);
+}
+QString CDWriterPro::ApplicationIdentifier() const {
+    return d->tree->identifier(Id::Application);
+}
+void CDWriterPro::setApplicationIdentifier(const QString &v) {
+    d->tree->setIdentifier(Id::Application, v);
+}
+QString CDWriterPro::CopyrightFileIdentifier() const {
+    return d->tree->identifier(Id::CopyrightFile);
+}
+void CDWriterPro::setCopyrightFileIdentifier(const QString &v) {
+    d->tree->setIdentifier(Id::CopyrightFile, v);
+}
+QString CDWriterPro::AbstractFileIdentifier() const {
+    return d->tree->identifier(Id::AbstractFile);
+}
+void CDWriterPro::setAbstractFileIdentifier(const QString &v) {
+    d->tree->setIdentifier(Id::AbstractFile, v);
+}
+QString CDWriterPro::BiblioFileIdentifier() const {
+    return d->tree->identifier(Id::BiblioFile);
+}
+void CDWriterPro::setBiblioFileIdentifier(const QString &v) {
+    d->tree->setIdentifier(Id::BiblioFile, v);
+}
+
+bool CDWriterPro::UseFileModifiedDate() const {
+    return d->useModifiedDate;
+}
+void CDWriterPro::setUseFileModifiedDate(bool value) {
+    d->useModifiedDate = value;
+}
+qint32 CDWriterPro::ISOFileSystem() const {
+    return d->fileSystem;
+}
+void CDWriterPro::setISOFileSystem(qint32 value) {
+    if (value == 0 || value == 1)
+        d->fileSystem = value;
+}
+qint32 CDWriterPro::ISOLevel() const {
+    return IsoImageTree::Level;
+}
+
+qint32 CDWriterPro::ISOImageBlocks() const {
+    return qint32(std::min<qint64>(d->tree->imageBlocks(d->streamOptions()), INT32_MAX));
+}
+qint32 CDWriterPro::ISOFileCount() const {
+    return d->tree->fileCount();
+}
+qint32 CDWriterPro::ISODirectoryCount() const {
+    return d->tree->directoryCount();
+}
+
+IsoImageTree::StreamOptions CDWriterProPrivate::streamOptions() const {
+    IsoImageTree::StreamOptions options;
+    options.joliet = fileSystem == 1;
+    // An image that refers to an imported session is laid out for the place it will go.
+    if (tree->hasImport())
+        options.startBlock = std::max(0, medium().nextWritableAddress);
+    return options;
+}
+
+IsoImageTree::ItemSink CDWriterProPrivate::addedSink() {
+    return [this](const IsoImageTree::Item &i) {
+        emit q->ISOItemAdded(i.parentPath, i.destPath, i.name, i.sourcePath, i.isDirectory, i.date,
+                             i.size);
+    };
+}
+
+IsoImageTree::ReplaceQuestion CDWriterProPrivate::replaceQuestion() {
+    return [this](const QString &dest, const QString &source, const QString &name) {
+        bool replace = false;
+        emit q->ReplaceImportedISOFile(dest, source, name, replace);
+        return replace;
+    };
+}
+
+void CDWriterPro::ClearISOImage() {
+    if (d->jobRunning())
+        return;
+    // The identifiers belong to the engine, not to the image: they survive a reset.
+    QString ids[IsoImageTree::IdentifierCount];
+    for (int i = 0; i < IsoImageTree::IdentifierCount; ++i)
+        ids[i] = d->tree->identifier(Id(i));
+    d->tree->clear();
+    for (int i = 0; i < IsoImageTree::IdentifierCount; ++i)
+        d->tree->setIdentifier(Id(i), ids[i]);
+    emit ISOImageReset();
+}
+
+void CDWriterPro::AddISOFile(const QString &destPath, const QString &source) {
+    if (d->jobRunning())
+        return;
+    d->tree->addFile(destPath, source, d->useModifiedDate, d->addedSink(), d->replaceQuestion());
+}
+
+void CDWriterPro::AddISODirectory(const QString &destPath, const QString &sourcePattern) {
+    if (d->jobRunning())
+        return;
+    // The pattern is the folder followed by "\*.*" (or "/*.*"); a bare folder is taken too.
+    QString folder = sourcePattern;
+    for (const QString &tail : {QStringLiteral("\\*.*"), QStringLiteral("/*.*")}) {
+        if (folder.endsWith(tail)) {
+            folder.chop(tail.size());
+            break;
+        }
+    }
+    if (folder.isEmpty() && sourcePattern.startsWith(u'/'))
+        folder = QStringLiteral("/");
+    d->tree->addDirectory(destPath, folder, d->useModifiedDate, d->addedSink(),
+                          d->replaceQuestion());
+}
+
+bool CDWriterPro::RemoveISOItem(const QString &destPath) {
+    IsoImageTree::Item removed;
+    if (d->jobRunning() || !d->tree->remove(destPath, &removed))
+        return false;
+    emit ISOItemRemoved(removed.destPath, removed.name, removed.isDirectory);
+    return true;
+}
+
+bool CDWriterPro::RenameISOFile(const QString &destPath, const QString &newName) {
+    return !d->jobRunning() && d->tree->rename(destPath, newName, false, nullptr);
+}
+
+bool CDWriterPro::RenameISODirectory(const QString &destPath, const QString &newName) {
+    QString newPath;
+    if (d->jobRunning() || !d->tree->rename(destPath, newName, true, &newPath))
+        return false;
+    QString oldPath = destPath;
+    oldPath.replace(u'/', u'\\');
+    emit ISODestPathChanged(oldPath, newPath, true);
+    return true;
+}
+
+void CDWriterPro::ListISOItems(const QString &destPath) {
+    d->tree->list(destPath, [this](const IsoImageTree::Item &i) {
+        emit EnumISOItems(i.parentPath, i.destPath, i.name, i.sourcePath, i.isDirectory, i.date,
+                          i.size);
+    });
+}
+
+bool CDWriterPro::ImportLastSession(bool) {
+    Recorder *r = d->currentDrive();
+    if (!r || d->jobRunning())
+        return false;
+    const MediumState st = r->medium();
+    // Only a data session in Mode 1 holds an ISO 9660 tree this engine can take over.
+    if (!st.present() || st.lastSessionStart < 0 || st.lastSessionMode != 1)
+        return false;
+    return d->tree->importSession(*r, st.lastSessionStart, d->addedSink(), d->replaceQuestion());
+}
+
+// --- Audio tracks: the next step of the engine ----------------------------------------------
+
+void CDWriterPro::ClearAudioTracks() {}
+bool CDWriterPro::AddAudioTrack(const QString &, qint32) {
+    return false;
+}
+void CDWriterPro::RemoveAudioTrack(qint32) {}
+void CDWriterPro::ListAudioTracks() {}
+qint32 CDWriterPro::AudioTrackCount() const {
+    return 0;
+}
+qint32 CDWriterPro::AudioImageBlocks() const {
+    return 0;
+}
+bool CDWriterPro::EraseDisc(bool) {
+    return false;
+}
+bool CDWriterPro::FinishDisc(bool) {
+    return false;
+}
+
+// --- Jobs -----------------------------------------------------------------------------------
+
+bool CDWriterProPrivate::startJob(EngineJob::Setup setup, const ImageMaker &makeImage) {
+    setup.plan.testWrite = testWrite;
+    setup.plan.closeSession = closeSession;
+    setup.plan.finalize = finalizeDisc;
+    setup.plan.burnProof = burnProof;
+    setup.plan.speed = writeSpeed;
+    setup.trackMode = trackMode;
+    setup.cacheImage = cacheImage;
+    setup.cacheFolder = App::pathOf(QStringLiteral("/Cache"));
+    setup.logPath = logging ? logPath : QString();
+    auto made = std::make_unique<EngineJob>(q, std::move(setup), [this](const JobOutcome &o) {
+        job->wait();
+        job.reset();
+        switch (o.kind) {
+        case JobOutcome::Completed:
+            emit q->WriteComplete();
+            break;
+        case JobOutcome::Cancelled:
+            emit q->WriteCancelled();
+            break;
+        case JobOutcome::Failed:
+            emit q->WriteError(o.writeError, o.driveError, o.errorInfo, o.senseInfo);
+            break;
+        }
+    });
+    if (makeImage) {
+        IsoLibrary::BurnSourcePtr image = makeImage();
+        if (!image)
+            return false;
+        made->setImage(std::move(image));
+    }
+    job = std::move(made);
+    emit q->PreparingToWrite();
+    job->start();
+    return true;
+}
+
+bool CDWriterPro::WriteDisc() {
+    Recorder *r = d->currentDrive();
+    // Audio discs (track mode 0) are written from the track list, a later part of the engine.
+    if (!r || d->jobRunning() || d->trackMode == 0)
+        return false;
+    const MediumState st = r->medium();
+    IsoImageTree::StreamOptions options;
+    options.joliet = d->fileSystem == 1;
+    options.startBlock = std::max(0, st.nextWritableAddress);
+    EngineJob::Setup setup;
+    setup.kind = EngineJob::Kind::WriteImage;
+    setup.recorder = r;
+    setup.plan.startAddress = options.startBlock;
+    return d->startJob(std::move(setup), [&] { return d->tree->makeStream(options, nullptr); });
+}
+
+bool CDWriterPro::WriteISOFile(const QString &path) {
+    Recorder *r = d->currentDrive();
+    const QFileInfo info(path);
+    if (!r || d->jobRunning() || d->trackMode == 0 || !info.isFile() || info.size() == 0)
+        return false;
+    // A plain image is laid out for block 0: it goes on an empty disc only.
+    const MediumState st = r->medium();
+    if (st.present() && st.discStatus != 0)
+        return false;
+    EngineJob::Setup setup;
+    setup.kind = EngineJob::Kind::WriteIsoFile;
+    setup.recorder = r;
+    setup.isoFile = path;
+    setup.plan.startAddress = 0;
+    const bool cache = d->cacheImage;
+    d->cacheImage = false; // the file is local already
+    const bool started = d->startJob(std::move(setup), {});
+    d->cacheImage = cache;
+    return started;
+}
+
+bool CDWriterPro::CreateISOFile(const QString &path) {
+    if (d->jobRunning() || path.isEmpty())
+        return false;
+    IsoImageTree::StreamOptions options;
+    options.joliet = d->fileSystem == 1;
+    EngineJob::Setup setup;
+    setup.kind = EngineJob::Kind::CreateIsoFile;
+    setup.isoFile = path;
+    setup.logPath = d->logging ? d->logPath : QString();
+    bool ok = false;
+    QEventLoop loop;
+    auto job = std::make_unique<EngineJob>(this, std::move(setup), [&](const JobOutcome &o) {
+        d->job->wait();
+        d->job.reset();
+        ok = o.kind == JobOutcome::Completed;
+        loop.quit();
+    });
+    IsoLibrary::BurnSourcePtr image = d->tree->makeStream(options, nullptr);
+    if (!image)
+        return false;
+    job->setImage(std::move(image));
+    d->job = std::move(job);
+    d->job->start();
+    // The window stays alive meanwhile; CachingStatus arrives through this loop.
+    loop.exec();
+    return ok;
+}
+
+void CDWriterPro::CancelWrite() {
+    if (d->job)
+        d->job->cancel();
+}

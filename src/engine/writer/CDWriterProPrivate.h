@@ -1,0 +1,47 @@
+#pragma once
+
+#include "CDWriterPro.h"
+#include "iso/IsoImageTree.h"
+#include "jobs/EngineJob.h"
+#include "recorders/Recorder.h"
+
+#include <memory>
+#include <vector>
+
+// The engine's state behind CDWriterPro. Lives on the UI thread with its owner.
+class CDWriterProPrivate {
+public:
+    explicit CDWriterProPrivate(CDWriterPro *owner);
+    ~CDWriterProPrivate();
+
+    Recorder *drive(qint32 index) const;
+    Recorder *currentDrive() const { return drive(current); }
+    MediumState medium() const;
+    bool jobRunning() const;
+    IsoImageTree::StreamOptions streamOptions() const;
+    IsoImageTree::ItemSink addedSink();
+    IsoImageTree::ReplaceQuestion replaceQuestion();
+    // Fires PreparingToWrite and starts the job with the write settings; its end fires the
+    // one ending event.
+    using ImageMaker = std::function<IsoLibrary::BurnSourcePtr()>;
+    bool startJob(EngineJob::Setup setup, const ImageMaker &makeImage);
+
+    CDWriterPro *q;
+    std::vector<std::unique_ptr<Recorder>> drives;
+    qint32 current = -1;
+
+    bool testWrite = false;
+    bool cacheImage = false;
+    bool finalizeDisc = false;
+    bool closeSession = true;
+    bool burnProof = false;
+    qint32 trackMode = 1;
+    qint32 writeSpeed = 0;
+    bool logging = false;
+    QString logPath;
+    bool useModifiedDate = true;
+    qint32 fileSystem = 1; // Joliet by default: long mixed-case names for other systems
+
+    std::unique_ptr<IsoImageTree> tree;
+    std::unique_ptr<EngineJob> job;
+};

@@ -1,0 +1,559 @@
+#include "IsoImageTree.h"
+
+#include "RecorderDataSource.h"
+#include "SourceFileStream.h"
+
+#include "engine/writer/recorders/Recorder.h"
+
+#include <QDateTime>
+#include <QFile>
+#include <QSet>
+
+#include <algorithm>
+#include <dirent.h>
+#include <optional>
+#include <sys/stat.h>
+#include <vector>
+
+namespace {
+
+constexpr int FieldLength[IsoImageTree::IdentifierCount] = {32, 32, 128, 128, 128, 128, 37, 37, 37};
+
+// Directories keep the path they were added from as extended information.
+int sourceXinfo(void *data, int flag) {
+    if (flag & 1)
+        delete static_cast<QString *>(data);
+    return 1;
+}
+
+QStringList components(const QString &destPath) {
+    QString p = destPath;
+    p.replace(u'/', u'\\');
+    return p.split(u'\\', Qt::SkipEmptyParts);
+}
+
+QString joinDest(const QString &parent, const QString &name) {
+    return parent.endsWith(u'\\') ? parent + name : parent + u'\\' + name;
+}
+
+bool validName(const QString &name) {
+    const QByteArray utf8 = name.toUtf8();
+    return !utf8.isEmpty() && utf8.size() <= 255 && !utf8.contains('/') && !name.contains(u'\\') &&
+           utf8 != "." && utf8 != "..";
+}
+
+VbDate dateOf(time_t t) {
+    return VbDate::fromDateTime(QDateTime::fromSecsSinceEpoch(qint64(t)));
+}
+
+void setAttributes(IsoNode *node, const struct stat &st, bool directory, bool useModifiedDate) {
+    // Readable by everyone on any machine: the owner's ids mean nothing on another system.
+    const mode_t mode = directory ? 0555 : ((st.st_mode & 0111) | 0444);
+    iso_node_set_permissions(node, mode);
+    iso_node_set_uid(node, 0);
+    iso_node_set_gid(node, 0);
+    const time_t t = useModifiedDate ? st.st_mtime : time(nullptr);
+    iso_node_set_mtime(node, t);
+    iso_node_set_atime(node, t);
+    iso_node_set_ctime(node, t);
+}
+
+struct DirIterDeleter {
+    void operator()(IsoDirIter *it) const { iso_dir_iter_free(it); }
+};
+using DirIterPtr = std::unique_ptr<IsoDirIter, DirIterDeleter>;
+
+std::vector<IsoNode *> childrenOf(IsoDir *dir) {
+    std::vector<IsoNode *> out;
+    IsoDirIter *raw = nullptr;
+    if (iso_dir_get_children(dir, &raw) != 1)
+        return out;
+    DirIterPtr it(raw);
+    IsoNode *node = nullptr;
+    while (iso_dir_iter_next(it.get(), &node) == 1)
+        out.push_back(node);
+    return out;
+}
+
+struct DirCloser {
+    void operator()(DIR *d) const { closedir(d); }
+};
+
+} // namespace
+
+// The recursive walk of AddISODirectory: depth first, parents before children, with the
+// directories on the way remembered so that a symbolic link loop ends.
+struct IsoImageTree::Walk {
+    IsoImageTree &tree;
+    bool useModifiedDate;
+    const ItemSink &added;
+    const ReplaceQuestion &replace;
+    QSet<QPair<dev_t, ino_t>> onPath;
+
+    void addChildren(IsoDir *dir, const QString &destPath, const QByteArray &sourceDir) {
+        std::unique_ptr<DIR, DirCloser> d(opendir(sourceDir.constData()));
+        if (!d)
+            return;
+        std::vector<QByteArray> names;
+        while (dirent *e = readdir(d.get())) {
+            if (strcmp(e->d_name, ".") != 0 && strcmp(e->d_name, "..") != 0)
+                names.emplace_back(e->d_name);
+        }
+        d.reset();
+        std::sort(names.begin(), names.end());
+        // libisofs keeps a directory's members in a sorted list: adding them from the last
+        // name down puts each at the head, so a folder of many files costs no more than a few.
+        struct Entry {
+            IsoNode *node = nullptr;
+            std::optional<Item> item;
+            QByteArray source;
+            QPair<dev_t, ino_t> id;
+        };
+        std::vector<Entry> entries(names.size());
+        for (size_t i = names.size(); i-- > 0;) {
+            Entry &entry = entries[i];
+            entry.source = sourceDir + '/' + names[i];
+            struct stat st {};
+            if (stat(entry.source.constData(), &st) != 0)
+                continue; // vanished, or a dangling or looping link
+            const QString name = QFile::decodeName(names[i]);
+            const ItemSink keep = [&entry](const Item &item) { entry.item = item; };
+            if (S_ISREG(st.st_mode)) {
+                tree.addFileNode(dir, destPath, name, entry.source, st, useModifiedDate, keep,
+                                 replace);
+            } else if (S_ISDIR(st.st_mode)) {
+                entry.id = {st.st_dev, st.st_ino};
+                if (onPath.contains(entry.id))
+                    continue; // a link back to a directory above
+                entry.node = reinterpret_cast<IsoNode *>(
+                    tree.dirNode(dir, destPath, name, entry.source, st, useModifiedDate, keep));
+            }
+            // FIFOs, devices and sockets have no contents to record.
+        }
+        // The events in name order, each folder's contents right after the folder.
+        for (Entry &entry : entries) {
+            if (entry.item && added)
+                added(*entry.item);
+            if (!entry.node)
+                continue;
+            onPath.insert(entry.id);
+            addChildren(
+                reinterpret_cast<IsoDir *>(entry.node),
+                joinDest(destPath, QFile::decodeName(entry.source.mid(sourceDir.size() + 1))),
+                entry.source);
+            onPath.remove(entry.id);
+        }
+    }
+};
+
+IsoImageTree::IsoImageTree() {
+    clear();
+}
+
+IsoImageTree::~IsoImageTree() = default;
+
+void IsoImageTree::clear() {
+    IsoLibrary::ensureStarted();
+    IsoImage *raw = nullptr;
+    iso_image_new("", &raw);
+    m_image.reset(raw);
+    if (raw) {
+        // Names are kept whole up to the 255 bytes of Rock Ridge; longer ones are refused.
+        iso_image_set_truncate_mode(raw, 0, 255);
+    }
+    m_files = 0;
+    m_directories = 0;
+    m_imported = false;
+    applyIdentifiers();
+    changed();
+}
+
+void IsoImageTree::setIdentifier(Identifier id, const QString &value) {
+    // What the primary volume descriptor will hold: upper case, the characters ISO 9660 allows
+    // in the field (others become "_"), cut to the field's length. The volume, the volume set
+    // and the three file names take d-characters only, the others a-characters.
+    const bool dChars = id == Volume || id == VolumeSet || id == CopyrightFile ||
+                        id == AbstractFile || id == BiblioFile;
+    static const QString aExtra = QStringLiteral(" !\"%&'()*+,-./:;<=>?");
+    QString v = value.toUpper().left(FieldLength[id]);
+    for (QChar &c : v) {
+        const bool plain = (c >= u'A' && c <= u'Z') || (c >= u'0' && c <= u'9') || c == u'_';
+        if (!plain && (dChars || !aExtra.contains(c)))
+            c = u'_';
+    }
+    m_ids[id] = v;
+    applyIdentifiers();
+    changed();
+}
+
+void IsoImageTree::applyIdentifiers() {
+    IsoImage *img = m_image.get();
+    if (!img)
+        return;
+    auto c = [](const QString &s) { return s.toUtf8(); };
+    iso_image_set_volume_id(img, c(m_ids[Volume]).constData());
+    iso_image_set_system_id(img, c(m_ids[System]).constData());
+    iso_image_set_volset_id(img, c(m_ids[VolumeSet]).constData());
+    iso_image_set_publisher_id(img, c(m_ids[Publisher]).constData());
+    iso_image_set_data_preparer_id(img, c(m_ids[DataPreparer]).constData());
+    iso_image_set_application_id(img, c(m_ids[Application]).constData());
+    iso_image_set_copyright_file_id(img, c(m_ids[CopyrightFile]).constData());
+    iso_image_set_abstract_file_id(img, c(m_ids[AbstractFile]).constData());
+    iso_image_set_biblio_file_id(img, c(m_ids[BiblioFile]).constData());
+}
+
+IsoNode *IsoImageTree::find(const QString &destPath) const {
+    const QStringList parts = components(destPath);
+    IsoNode *node = reinterpret_cast<IsoNode *>(iso_image_get_root(m_image.get()));
+    for (const QString &part : parts) {
+        if (!node || iso_node_get_type(node) != LIBISO_DIR)
+            return nullptr;
+        IsoNode *child = nullptr;
+        if (iso_dir_get_node(reinterpret_cast<IsoDir *>(node), part.toUtf8().constData(), &child) !=
+            1)
+            return nullptr;
+        node = child;
+    }
+    return node;
+}
+
+IsoImageTree::Item IsoImageTree::itemOf(IsoNode *node) const {
+    Item item;
+    QStringList names;
+    for (IsoNode *n = node; n;) {
+        IsoDir *parent = iso_node_get_parent(n);
+        if (!parent || reinterpret_cast<IsoNode *>(parent) == n)
+            break;
+        names.prepend(QString::fromUtf8(iso_node_get_name(n)));
+        n = reinterpret_cast<IsoNode *>(parent);
+    }
+    item.name = names.isEmpty() ? QString() : names.last();
+    item.destPath = u'\\' + names.join(u'\\');
+    names.removeLast();
+    item.parentPath = u'\\' + names.join(u'\\');
+    item.isDirectory = iso_node_get_type(node) == LIBISO_DIR;
+    item.date = dateOf(iso_node_get_mtime(node));
+    if (item.isDirectory) {
+        void *data = nullptr;
+        if (iso_node_get_xinfo(node, sourceXinfo, &data) == 1 && data)
+            item.sourcePath = *static_cast<QString *>(data);
+    } else if (iso_node_get_type(node) == LIBISO_FILE) {
+        auto *file = reinterpret_cast<IsoFile *>(node);
+        item.size = qint64(iso_file_get_size(file));
+        item.sourcePath = SourceFileStream::sourcePath(iso_file_get_stream(file));
+    }
+    return item;
+}
+
+IsoDir *IsoImageTree::dirNode(IsoDir *parent, const QString &parentPath, const QString &name,
+                              const QByteArray &source, const struct stat &st, bool useModifiedDate,
+                              const ItemSink &added) {
+    IsoNode *existing = nullptr;
+    const QByteArray utf8 = name.toUtf8();
+    if (iso_dir_get_node(parent, utf8.constData(), &existing) == 1)
+        return iso_node_get_type(existing) == LIBISO_DIR ? reinterpret_cast<IsoDir *>(existing)
+                                                         : nullptr;
+    if (!validName(name))
+        return nullptr;
+    IsoDir *dir = nullptr;
+    if (iso_image_add_new_dir(m_image.get(), parent, utf8.constData(), &dir) < 0 || !dir)
+        return nullptr;
+    auto *node = reinterpret_cast<IsoNode *>(dir);
+    setAttributes(node, st, true, useModifiedDate);
+    if (!source.isEmpty())
+        iso_node_add_xinfo(node, sourceXinfo, new QString(QFile::decodeName(source)));
+    ++m_directories;
+    changed();
+    if (added) {
+        Item item{parentPath, joinDest(parentPath, name),       name, QFile::decodeName(source),
+                  true,       dateOf(iso_node_get_mtime(node)), 0};
+        added(item);
+    }
+    return dir;
+}
+
+bool IsoImageTree::addFileNode(IsoDir *parent, const QString &parentPath, const QString &name,
+                               const QByteArray &source, const struct stat &st,
+                               bool useModifiedDate, const ItemSink &added,
+                               const ReplaceQuestion &replace) {
+    if (!validName(name))
+        return false;
+    const QByteArray utf8 = name.toUtf8();
+    const QString dest = joinDest(parentPath, name);
+    const QString sourcePath = QFile::decodeName(source);
+    IsoNode *existing = nullptr;
+    if (iso_dir_get_node(parent, utf8.constData(), &existing) == 1) {
+        if (iso_node_get_type(existing) == LIBISO_DIR)
+            return false;
+        const bool imported =
+            iso_node_get_type(existing) != LIBISO_FILE ||
+            SourceFileStream::sourcePath(iso_file_get_stream(reinterpret_cast<IsoFile *>(existing)))
+                .isEmpty();
+        if (imported && !(replace && replace(dest, sourcePath, name)))
+            return false;
+        iso_node_remove(existing);
+        --m_files;
+    }
+    IsoStream *stream = SourceFileStream::create(sourcePath, qint64(st.st_size));
+    if (!stream)
+        return false;
+    IsoFile *file = nullptr;
+    if (iso_image_add_new_file(m_image.get(), parent, utf8.constData(), stream, &file) < 0 ||
+        !file) {
+        iso_stream_unref(stream);
+        changed();
+        return false;
+    }
+    auto *node = reinterpret_cast<IsoNode *>(file);
+    setAttributes(node, st, false, useModifiedDate);
+    ++m_files;
+    changed();
+    if (added) {
+        Item item{parentPath,        dest,  name,
+                  sourcePath,        false, dateOf(iso_node_get_mtime(node)),
+                  qint64(st.st_size)};
+        added(item);
+    }
+    return true;
+}
+
+IsoDir *IsoImageTree::ensureDirectory(const QString &destPath, bool useModifiedDate,
+                                      const ItemSink &added) {
+    IsoDir *dir = iso_image_get_root(m_image.get());
+    QString path = QStringLiteral("\\");
+    struct stat now {};
+    now.st_mtime = time(nullptr);
+    for (const QString &part : components(destPath)) {
+        dir = dirNode(dir, path, part, QByteArray(), now, useModifiedDate, added);
+        if (!dir)
+            return nullptr;
+        path = joinDest(path, part);
+    }
+    return dir;
+}
+
+bool IsoImageTree::addFile(const QString &destPath, const QString &source, bool useModifiedDate,
+                           const ItemSink &added, const ReplaceQuestion &replace) {
+    QStringList parts = components(destPath);
+    if (parts.isEmpty() || source.isEmpty())
+        return false;
+    struct stat st {};
+    const QByteArray local = QFile::encodeName(source);
+    if (stat(local.constData(), &st) != 0 || !S_ISREG(st.st_mode))
+        return false; // missing, a link loop, a directory, a FIFO or a device
+    const QString name = parts.takeLast();
+    if (!validName(name))
+        return false;
+    const QString parentPath = u'\\' + parts.join(u'\\');
+    IsoDir *parent = ensureDirectory(parentPath, useModifiedDate, added);
+    return parent &&
+           addFileNode(parent, parentPath, name, local, st, useModifiedDate, added, replace);
+}
+
+bool IsoImageTree::addDirectory(const QString &destPath, const QString &sourceDir,
+                                bool useModifiedDate, const ItemSink &added,
+                                const ReplaceQuestion &replace) {
+    const QByteArray local = QFile::encodeName(sourceDir);
+    struct stat st {};
+    if (local.isEmpty() || stat(local.constData(), &st) != 0 || !S_ISDIR(st.st_mode))
+        return false;
+    QStringList parts = components(destPath);
+    IsoDir *dir = nullptr;
+    QString path = QStringLiteral("\\");
+    if (parts.isEmpty()) {
+        dir = iso_image_get_root(m_image.get());
+    } else {
+        const QString name = parts.takeLast();
+        const QString parentPath = u'\\' + parts.join(u'\\');
+        IsoDir *parent = ensureDirectory(parentPath, useModifiedDate, added);
+        if (!parent)
+            return false;
+        dir = dirNode(parent, parentPath, name, local, st, useModifiedDate, added);
+        path = joinDest(parentPath, name);
+    }
+    if (!dir)
+        return false;
+    Walk walk{*this, useModifiedDate, added, replace, {}};
+    walk.onPath.insert({st.st_dev, st.st_ino});
+    walk.addChildren(dir, path, local);
+    return true;
+}
+
+void IsoImageTree::countSubtree(IsoNode *node, int sign) {
+    if (iso_node_get_type(node) == LIBISO_DIR) {
+        m_directories += sign;
+        for (IsoNode *child : childrenOf(reinterpret_cast<IsoDir *>(node)))
+            countSubtree(child, sign);
+    } else {
+        m_files += sign;
+    }
+}
+
+bool IsoImageTree::remove(const QString &destPath, Item *removed) {
+    if (components(destPath).isEmpty())
+        return false; // the root stays
+    IsoNode *node = find(destPath);
+    if (!node)
+        return false;
+    if (removed)
+        *removed = itemOf(node);
+    countSubtree(node, -1);
+    iso_node_remove(node);
+    changed();
+    return true;
+}
+
+bool IsoImageTree::rename(const QString &destPath, const QString &newName, bool directory,
+                          QString *newDestPath) {
+    IsoNode *node = components(destPath).isEmpty() ? nullptr : find(destPath);
+    if (!node || (iso_node_get_type(node) == LIBISO_DIR) != directory || !validName(newName))
+        return false;
+    IsoDir *parent = iso_node_get_parent(node);
+    IsoNode *clash = nullptr;
+    if (iso_dir_get_node(parent, newName.toUtf8().constData(), &clash) == 1 && clash != node)
+        return false;
+    if (iso_image_set_node_name(m_image.get(), node, newName.toUtf8().constData(), 0) < 0)
+        return false;
+    if (newDestPath)
+        *newDestPath = itemOf(node).destPath;
+    changed();
+    return true;
+}
+
+void IsoImageTree::list(const QString &destPath, const ItemSink &sink) const {
+    IsoNode *node = find(destPath);
+    if (!node || iso_node_get_type(node) != LIBISO_DIR)
+        return;
+    for (IsoNode *child : childrenOf(reinterpret_cast<IsoDir *>(node))) {
+        const auto type = iso_node_get_type(child);
+        if (type == LIBISO_DIR || type == LIBISO_FILE)
+            sink(itemOf(child));
+    }
+}
+
+void IsoImageTree::mergeInto(IsoDir *target, const QString &targetPath, IsoDir *from,
+                             const ReplaceQuestion &replace) {
+    for (IsoNode *child : childrenOf(from)) {
+        const QString name = QString::fromUtf8(iso_node_get_name(child));
+        const QString dest = joinDest(targetPath, name);
+        IsoNode *existing = nullptr;
+        if (iso_dir_get_node(target, iso_node_get_name(child), &existing) == 1) {
+            const bool childDir = iso_node_get_type(child) == LIBISO_DIR;
+            const bool existingDir = iso_node_get_type(existing) == LIBISO_DIR;
+            if (childDir && existingDir) {
+                mergeInto(reinterpret_cast<IsoDir *>(existing), dest,
+                          reinterpret_cast<IsoDir *>(child), replace);
+                continue;
+            }
+            const QString source = itemOf(child).sourcePath;
+            if (childDir || existingDir || !(replace && replace(dest, source, name)))
+                continue; // the item added before gives way to the disc's
+            iso_node_remove(existing);
+        }
+        iso_node_take(child);
+        if (iso_dir_add_node(target, child, ISO_REPLACE_NEVER) < 0)
+            iso_node_unref(child);
+    }
+}
+
+bool IsoImageTree::importSession(Recorder &recorder, qint32 startBlock, const ItemSink &added,
+                                 const ReplaceQuestion &replace) {
+    IsoLibrary::DataSourcePtr src = RecorderDataSource::create(recorder);
+    IsoReadOpts *rawOpts = nullptr;
+    if (!src || iso_read_opts_new(&rawOpts, 0) < 0)
+        return false;
+    IsoLibrary::ReadOptsPtr opts(rawOpts);
+    iso_read_opts_set_start_block(rawOpts, uint32_t(startBlock));
+    IsoImage *rawImage = nullptr;
+    if (iso_image_new("", &rawImage) < 0)
+        return false;
+    IsoLibrary::ImagePtr fresh(rawImage);
+    iso_image_set_truncate_mode(rawImage, 0, 255);
+    IsoReadImageFeatures *rawFeatures = nullptr;
+    if (iso_image_import(rawImage, src.get(), rawOpts, &rawFeatures) < 0)
+        return false;
+    IsoLibrary::FeaturesPtr features(rawFeatures);
+
+    // The disc's items become the image, with the items added before carried over.
+    IsoLibrary::ImagePtr old = std::move(m_image);
+    m_image = std::move(fresh);
+    m_imported = true;
+    const auto ids = {
+        iso_image_get_volume_id(rawImage),         iso_image_get_system_id(rawImage),
+        iso_image_get_volset_id(rawImage),         iso_image_get_publisher_id(rawImage),
+        iso_image_get_data_preparer_id(rawImage),  iso_image_get_application_id(rawImage),
+        iso_image_get_copyright_file_id(rawImage), iso_image_get_abstract_file_id(rawImage),
+        iso_image_get_biblio_file_id(rawImage)};
+    int i = 0;
+    for (const char *id : ids)
+        m_ids[i++] = QString::fromUtf8(id ? id : "").trimmed();
+    m_files = 0;
+    m_directories = 0;
+    std::function<void(IsoDir *)> announce = [&](IsoDir *dir) {
+        for (IsoNode *child : childrenOf(dir)) {
+            const auto type = iso_node_get_type(child);
+            if (type != LIBISO_DIR && type != LIBISO_FILE)
+                continue;
+            if (added)
+                added(itemOf(child));
+            if (type == LIBISO_DIR) {
+                ++m_directories;
+                announce(reinterpret_cast<IsoDir *>(child));
+            } else {
+                ++m_files;
+            }
+        }
+    };
+    announce(iso_image_get_root(rawImage));
+    mergeInto(iso_image_get_root(rawImage), QStringLiteral("\\"), iso_image_get_root(old.get()),
+              replace);
+    m_files = 0;
+    m_directories = 0;
+    for (IsoNode *child : childrenOf(iso_image_get_root(rawImage)))
+        countSubtree(child, 1);
+    applyIdentifiers();
+    changed();
+    return true;
+}
+
+IsoLibrary::BurnSourcePtr IsoImageTree::makeStream(const StreamOptions &options, QString *error) {
+    IsoWriteOpts *raw = nullptr;
+    if (iso_write_opts_new(&raw, 0) < 0) {
+        if (error)
+            *error = QStringLiteral("The image options could not be made");
+        return nullptr;
+    }
+    IsoLibrary::WriteOptsPtr opts(raw);
+    // Level 3 lets a file of 4 GiB or more span several extents.
+    iso_write_opts_set_iso_level(raw, Level);
+    iso_write_opts_set_rockridge(raw, 1);
+    iso_write_opts_set_joliet(raw, options.joliet ? 1 : 0);
+    iso_write_opts_set_appendable(raw, m_imported ? 1 : 0);
+    iso_write_opts_set_ms_block(raw, uint32_t(std::max(0, options.startBlock)));
+    if (options.sizeOnly)
+        iso_write_opts_set_will_cancel(raw, 1);
+    ::burn_source *src = nullptr;
+    const int r = iso_image_create_burn_source(m_image.get(), raw, &src);
+    if (r < 0 || !src) {
+        if (error)
+            *error = QStringLiteral("The image could not be laid out (libisofs error %1: %2)")
+                         .arg(iso_error_get_code(r))
+                         .arg(QString::fromUtf8(iso_error_to_msg(r)));
+        return nullptr;
+    }
+    return IsoLibrary::BurnSourcePtr(reinterpret_cast<BurnSource *>(src));
+}
+
+qint64 IsoImageTree::imageBlocks(const StreamOptions &options) {
+    if (m_sizeGeneration == m_generation && m_sizeJoliet == options.joliet &&
+        m_sizeStart == options.startBlock)
+        return m_sizeBlocks;
+    StreamOptions sizing = options;
+    sizing.sizeOnly = true;
+    IsoLibrary::BurnSourcePtr src = makeStream(sizing, nullptr);
+    m_sizeBlocks = src ? qint64(src->get_size(src.get())) / 2048 : 0;
+    m_sizeGeneration = m_generation;
+    m_sizeJoliet = options.joliet;
+    m_sizeStart = options.startBlock;
+    return m_sizeBlocks;
+}

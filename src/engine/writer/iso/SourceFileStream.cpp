@@ -1,0 +1,158 @@
+#include "SourceFileStream.h"
+
+#include <QFile>
+
+#include <atomic>
+#include <cerrno>
+#include <cstdio>
+#include <cstdlib>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace {
+
+// libisofs names its stream members so that C++ can't spell them; these copies keep the
+// layout of struct iso_stream.
+struct StreamLayout {
+    IsoStreamIface *klass;
+    int refcount;
+    void *data;
+};
+
+struct SourceData {
+    QByteArray path; // local encoding, for open()
+    qint64 size = 0;
+    qint64 offset = 0;
+    int fd = -1;
+    ino_t serial = 0;
+};
+
+std::atomic<SourceReadObserver *> g_observer{nullptr};
+std::atomic<ino_t> g_serial{1};
+
+SourceData *dataOf(IsoStream *stream) {
+    return static_cast<SourceData *>(reinterpret_cast<StreamLayout *>(stream)->data);
+}
+
+void report(qint32 fileError, const SourceData *s) {
+    if (SourceReadObserver *o = g_observer.load())
+        o->fileFailed(fileError, QFile::decodeName(s->path));
+}
+
+int streamOpen(IsoStream *stream) {
+    SourceData *s = dataOf(stream);
+    if (s->fd >= 0)
+        return ISO_FILE_ALREADY_OPENED;
+    s->fd = ::open(s->path.constData(), O_RDONLY | O_CLOEXEC);
+    s->offset = 0;
+    if (s->fd < 0) {
+        report(0, s);
+        return errno == ENOENT ? ISO_FILE_DOESNT_EXIST : ISO_FILE_ACCESS_DENIED;
+    }
+    struct stat st {};
+    if (fstat(s->fd, &st) != 0 || !S_ISREG(st.st_mode)) {
+        ::close(s->fd);
+        s->fd = -1;
+        report(0, s);
+        return ISO_FILE_ERROR;
+    }
+    if (SourceReadObserver *o = g_observer.load())
+        o->fileOpened(QFile::decodeName(s->path));
+    return ISO_SUCCESS;
+}
+
+int streamClose(IsoStream *stream) {
+    SourceData *s = dataOf(stream);
+    if (s->fd < 0)
+        return ISO_FILE_NOT_OPENED;
+    ::close(s->fd);
+    s->fd = -1;
+    return ISO_SUCCESS;
+}
+
+off_t streamSize(IsoStream *stream) {
+    return off_t(dataOf(stream)->size);
+}
+
+int streamRead(IsoStream *stream, void *buf, size_t count) {
+    SourceData *s = dataOf(stream);
+    if (s->fd < 0)
+        return ISO_FILE_NOT_OPENED;
+    // Never more than the size the image was laid out for: a file that grew is cut there.
+    size_t want = size_t(std::min<qint64>(qint64(count), s->size - s->offset));
+    char *out = static_cast<char *>(buf);
+    size_t got = 0;
+    while (got < want) {
+        const ssize_t n = ::read(s->fd, out + got, want - got);
+        if (n < 0 && errno == EINTR)
+            continue;
+        if (n <= 0) {
+            // Error, or the end of a file that shrank since it was added.
+            report(2, s);
+            return ISO_FILE_READ_ERROR;
+        }
+        got += size_t(n);
+    }
+    s->offset += qint64(got);
+    return int(got);
+}
+
+int streamRepeatable(IsoStream *) {
+    return 1;
+}
+
+void streamId(IsoStream *stream, unsigned int *fsId, dev_t *devId, ino_t *inoId) {
+    // An id of our own per stream, so that libisofs never takes two sources for one file.
+    *fsId = 0x54535359; // "TSSY"
+    *devId = 0;
+    *inoId = dataOf(stream)->serial;
+}
+
+void streamFree(IsoStream *stream) {
+    SourceData *s = dataOf(stream);
+    if (s->fd >= 0)
+        ::close(s->fd);
+    delete s;
+}
+
+int streamUpdateSize(IsoStream *) {
+    return ISO_SUCCESS;
+}
+
+IsoStream *streamInput(IsoStream *, int) {
+    return nullptr;
+}
+
+IsoStreamIface g_class = {
+    2,          {'t', 's', 's', 'y'}, streamOpen,       streamClose,
+    streamSize, streamRead,           streamRepeatable, streamId,
+    streamFree, streamUpdateSize,     streamInput,      nullptr,
+    nullptr,
+};
+
+} // namespace
+
+IsoStream *SourceFileStream::create(const QString &path, qint64 size) {
+    auto *layout = static_cast<StreamLayout *>(malloc(sizeof(StreamLayout)));
+    if (!layout)
+        return nullptr;
+    auto *data = new SourceData;
+    data->path = QFile::encodeName(path);
+    data->size = size;
+    data->serial = g_serial.fetch_add(1);
+    layout->klass = &g_class;
+    layout->refcount = 1;
+    layout->data = data;
+    return reinterpret_cast<IsoStream *>(layout);
+}
+
+QString SourceFileStream::sourcePath(IsoStream *stream) {
+    if (!stream || reinterpret_cast<StreamLayout *>(stream)->klass != &g_class)
+        return QString();
+    return QFile::decodeName(dataOf(stream)->path);
+}
+
+void SourceFileStream::setObserver(SourceReadObserver *observer) {
+    g_observer.store(observer);
+}

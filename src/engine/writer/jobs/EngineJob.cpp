@@ -1,0 +1,343 @@
+#include "EngineJob.h"
+
+#include "FileSink.h"
+#include "engine/writer/CDWriterPro.h"
+
+#include <QCoreApplication>
+#include <QDateTime>
+#include <QDir>
+#include <QElapsedTimer>
+#include <QThread>
+
+#include <vector>
+
+namespace {
+constexpr qint64 Block = 2048;
+constexpr qint64 CopyBlocks = 32;
+
+// The image stream of libisofs as a track. libisofs hands out its stream in 2048-byte reads
+// only; a larger read can return short.
+class BurnSourceTrack : public TrackSource {
+public:
+    BurnSourceTrack(BurnSource *src, qint32 mode)
+        : m_src(src)
+        , m_mode(mode)
+        , m_blocks(qint64(src->get_size(src)) / Block) {}
+    qint32 mode() const override { return m_mode; }
+    qint64 blockCount() const override { return m_blocks; }
+    bool read(char *buffer, qint64 bytes) override {
+        for (qint64 off = 0; off < bytes; off += Block) {
+            const int n =
+                m_src->read_xt
+                    ? m_src->read_xt(m_src, reinterpret_cast<unsigned char *>(buffer + off),
+                                     int(Block))
+                    : m_src->read(m_src, reinterpret_cast<unsigned char *>(buffer + off),
+                                  int(Block));
+            if (n != int(Block))
+                return false;
+        }
+        return true;
+    }
+
+private:
+    BurnSource *m_src;
+    qint32 m_mode;
+    qint64 m_blocks;
+};
+
+// A file as a track: the image cache, or an ISO file. The last block is completed with zeros
+// only where the file itself ends; a file that shrinks while it is read fails.
+class FileTrack : public TrackSource {
+public:
+    FileTrack(QFile &file, qint32 mode, JobMonitor *reportTo, SourceReadObserver *observer)
+        : m_file(file)
+        , m_mode(mode)
+        , m_size(file.size())
+        , m_observer(observer) {
+        Q_UNUSED(reportTo);
+    }
+    qint32 mode() const override { return m_mode; }
+    qint64 blockCount() const override { return (m_size + Block - 1) / Block; }
+    bool read(char *buffer, qint64 bytes) override {
+        const qint64 expected = std::min(bytes, m_size - m_done);
+        const qint64 got = expected > 0 ? m_file.read(buffer, expected) : 0;
+        if (got != expected) {
+            if (m_observer)
+                m_observer->fileFailed(2, m_file.fileName());
+            return false;
+        }
+        std::fill(buffer + got, buffer + bytes, 0);
+        m_done += got;
+        return true;
+    }
+
+private:
+    QFile &m_file;
+    qint32 m_mode;
+    qint64 m_size;
+    qint64 m_done = 0;
+    SourceReadObserver *m_observer;
+};
+
+qint64 steadyMs() {
+    static QElapsedTimer clock = [] {
+        QElapsedTimer t;
+        t.start();
+        return t;
+    }();
+    return clock.elapsed();
+}
+} // namespace
+
+EngineJob::EngineJob(CDWriterPro *engine, Setup setup, Finisher finisher)
+    : m_engine(engine)
+    , m_setup(std::move(setup))
+    , m_finisher(std::move(finisher)) {
+    // From now on, until the job is gone, failures of source files are this job's.
+    SourceFileStream::setObserver(this);
+    if (!m_setup.logPath.isEmpty()) {
+        m_log.setFileName(m_setup.logPath);
+        // A log of this job alone, started afresh at each write.
+        if (!m_log.open(QIODevice::WriteOnly | QIODevice::Truncate | QIODevice::Text))
+            m_log.setFileName(QString());
+    }
+}
+
+EngineJob::~EngineJob() {
+    cancel();
+    wait();
+    m_setup.image.reset();
+    SourceFileStream::setObserver(nullptr);
+}
+
+void EngineJob::start() {
+    m_thread.reset(QThread::create([this] { run(); }));
+    m_thread->setObjectName(QStringLiteral("Tessaly write job"));
+    m_thread->start();
+}
+
+void EngineJob::wait() {
+    if (m_thread)
+        m_thread->wait();
+}
+
+void EngineJob::post(std::function<void(CDWriterPro *)> event) {
+    CDWriterPro *engine = m_engine;
+    QMetaObject::invokeMethod(
+        engine, [engine, event = std::move(event)] { event(engine); }, Qt::QueuedConnection);
+}
+
+void EngineJob::log(const QString &line) {
+    QMutexLocker lock(&m_logMutex);
+    if (!m_log.isOpen())
+        return;
+    m_log.write(QDateTime::currentDateTime().toString(u"yyyy-MM-dd hh:mm:ss.zzz  ").toUtf8() +
+                line.toUtf8() + '\n');
+    m_log.flush();
+}
+
+void EngineJob::run() {
+    const char *kinds[] = {"Writing the data image", "Writing an ISO file", "Creating an ISO file"};
+    log(QStringLiteral("%1 (Tessaly %2)")
+            .arg(QString::fromLatin1(kinds[int(m_setup.kind)]),
+                 m_engine ? m_engine->Version() : QString()));
+    const WritePlan &p = m_setup.plan;
+    if (m_setup.kind != Kind::CreateIsoFile)
+        log(QStringLiteral("Settings: test write %1, cache %2, close session %3, finalize %4, "
+                           "track mode %5, buffer protection %6, speed %7 kB/s")
+                .arg(p.testWrite)
+                .arg(m_setup.cacheImage)
+                .arg(p.closeSession)
+                .arg(p.finalize)
+                .arg(m_setup.trackMode)
+                .arg(p.burnProof)
+                .arg(p.speed));
+    JobOutcome outcome = m_setup.kind == Kind::CreateIsoFile ? runCreate() : runWrite();
+    // The first failed source names the failure, whatever step noticed it.
+    {
+        QMutexLocker lock(&m_failureMutex);
+        if (m_failureClass >= 0 && outcome.kind == JobOutcome::Failed)
+            outcome = sourceFailure(m_failurePath);
+    }
+    m_setup.image.reset(); // stops libisofs's writer thread before the job ends
+    switch (outcome.kind) {
+    case JobOutcome::Completed:
+        log(QStringLiteral("Finished well."));
+        break;
+    case JobOutcome::Cancelled:
+        log(QStringLiteral("Cancelled by the user."));
+        break;
+    case JobOutcome::Failed:
+        log(QStringLiteral("Failed: error %1, drive code %2: %3 %4")
+                .arg(outcome.writeError)
+                .arg(outcome.driveError)
+                .arg(outcome.errorInfo, outcome.senseInfo));
+        break;
+    }
+    Finisher finisher = m_finisher;
+    post([finisher, outcome](CDWriterPro *) { finisher(outcome); });
+}
+
+JobOutcome EngineJob::sourceFailure(const QString &path) const {
+    return JobOutcome::failed(1, QStringLiteral("A source file could not be read: %1").arg(path));
+}
+
+JobOutcome EngineJob::copyImage(FileSink &target, bool reportFiles) {
+    BurnSource *src = m_setup.image.get();
+    BurnSourceTrack track(src, 1);
+    const qint64 total = track.blockCount();
+    std::vector<char> buffer(CopyBlocks * Block);
+    qint32 lastPercent = -1;
+    m_caching = reportFiles;
+    auto status = [&](qint64 done) {
+        const qint32 percent = total > 0 ? qint32(done * 100 / total) : 100;
+        if (percent != lastPercent) {
+            lastPercent = percent;
+            post([percent](CDWriterPro *e) { emit e->CachingStatus(qint16(percent)); });
+        }
+    };
+    auto finish = [&](JobOutcome outcome) {
+        m_caching = false;
+        return outcome;
+    };
+    status(0);
+    for (qint64 done = 0; done < total;) {
+        if (cancelRequested())
+            return finish(JobOutcome::cancelled());
+        const qint64 n = std::min(CopyBlocks, total - done);
+        if (!track.read(buffer.data(), n * Block))
+            return finish(JobOutcome::failed(4, QStringLiteral("The image could not be produced")));
+        if (!target.write(buffer.data(), n * Block))
+            return finish(JobOutcome::failed(
+                2, QStringLiteral("Writing failed: %1").arg(target.errorString())));
+        done += n;
+        status(done);
+    }
+    if (!target.commit())
+        return finish(JobOutcome::failed(
+            2, QStringLiteral("Completing the file failed: %1").arg(target.errorString())));
+    log(QStringLiteral("Image of %1 blocks made in %2.").arg(total).arg(target.path()));
+    return finish(JobOutcome::completed());
+}
+
+JobOutcome EngineJob::runCreate() {
+    // A failed or cancelled image leaves nothing behind: the sink removes its hidden file.
+    FileSink target;
+    if (!target.open(m_setup.isoFile, true))
+        return JobOutcome::failed(
+            2, QStringLiteral("The file can't be made: %1").arg(target.errorString()));
+    return copyImage(target, false);
+}
+
+JobOutcome EngineJob::runWrite() {
+    WritePlan plan = m_setup.plan;
+    std::unique_ptr<TrackSource> track;
+    QFile isoFile;
+    if (m_setup.kind == Kind::WriteIsoFile) {
+        isoFile.setFileName(m_setup.isoFile);
+        if (!isoFile.open(QIODevice::ReadOnly)) {
+            fileFailed(0, m_setup.isoFile);
+            return sourceFailure(m_setup.isoFile);
+        }
+        track = std::make_unique<FileTrack>(isoFile, m_setup.trackMode, this, this);
+    } else {
+        track = std::make_unique<BurnSourceTrack>(m_setup.image.get(), m_setup.trackMode);
+    }
+    plan.tracks = {track.get()};
+    // The drive is asked first, as a real one is before anything is cached.
+    if (JobOutcome refused = m_setup.recorder->precheck(plan);
+        refused.kind != JobOutcome::Completed)
+        return refused;
+
+    QFile cache;
+    struct CacheRemover {
+        QFile &file;
+        ~CacheRemover() {
+            if (!file.fileName().isEmpty())
+                file.remove();
+        }
+    } remover{cache};
+    if (m_setup.cacheImage && m_setup.kind == Kind::WriteImage) {
+        QDir().mkpath(m_setup.cacheFolder);
+        cache.setFileName(QDir(m_setup.cacheFolder)
+                              .filePath(QStringLiteral("image-%1-%2.cache")
+                                            .arg(QCoreApplication::applicationPid())
+                                            .arg(QDateTime::currentMSecsSinceEpoch())));
+        FileSink sink;
+        if (!sink.open(cache.fileName(), false))
+            return JobOutcome::failed(
+                2, QStringLiteral("The cache can't be made: %1").arg(sink.errorString()));
+        log(QStringLiteral("Caching the image in %1").arg(cache.fileName()));
+        if (JobOutcome cached = copyImage(sink, true); cached.kind != JobOutcome::Completed)
+            return cached;
+        if (!cache.open(QIODevice::ReadOnly))
+            return JobOutcome::failed(2, QStringLiteral("The cache can't be read back"));
+        m_setup.image.reset();
+        track = std::make_unique<FileTrack>(cache, m_setup.trackMode, this, this);
+        plan.tracks = {track.get()};
+    }
+    return m_setup.recorder->write(plan, *this);
+}
+
+void EngineJob::trackStarted(qint32 trackNumber) {
+    log(QStringLiteral("Track %1 starts.").arg(trackNumber));
+    if (m_setup.trackMode != 0)
+        post([](CDWriterPro *e) { emit e->CreatingDirectories(); });
+}
+
+void EngineJob::trackProgress(qint32 trackNumber, qint64 blocksWritten, qint64 blocksToWrite) {
+    // One event per tenth of a per cent is plenty for a progress bar.
+    const qint32 permille = blocksToWrite > 0 ? qint32(blocksWritten * 1000 / blocksToWrite) : 1000;
+    if (permille == m_lastPermille && blocksWritten != blocksToWrite && blocksWritten != 0)
+        return;
+    m_lastPermille = permille;
+    if (permille % 100 == 0)
+        log(QStringLiteral("Track %1: %2 of %3 blocks.")
+                .arg(trackNumber)
+                .arg(blocksWritten)
+                .arg(blocksToWrite));
+    const qint32 written = qint32(blocksWritten), toWrite = qint32(blocksToWrite);
+    post([trackNumber, written, toWrite](CDWriterPro *e) {
+        emit e->TrackWriteStatus(trackNumber, written, toWrite);
+    });
+}
+
+void EngineJob::closingTrack(qint32 trackNumber) {
+    log(QStringLiteral("Closing track %1.").arg(trackNumber));
+    m_lastPermille = -1;
+    post([trackNumber](CDWriterPro *e) { emit e->ClosingTrack(trackNumber); });
+}
+
+void EngineJob::closingSession() {
+    log(QStringLiteral("Closing the session."));
+    post([](CDWriterPro *e) { emit e->ClosingSession(); });
+}
+
+void EngineJob::closingDisc() {
+    log(QStringLiteral("Closing the disc."));
+    post([](CDWriterPro *e) { emit e->ClosingDisc(); });
+}
+
+void EngineJob::fileOpened(const QString &path) {
+    const qint32 index = m_filesOpened++;
+    if (!m_caching)
+        return;
+    // Thousands of small files would flood the window: one name per tenth of a second.
+    const qint64 now = steadyMs();
+    if (m_lastFileReport >= 0 && now - m_lastFileReport < 100)
+        return;
+    m_lastFileReport = now;
+    post([path, index](CDWriterPro *e) { emit e->ReadingTrackFile(path, index, 1); });
+}
+
+void EngineJob::fileFailed(qint32 fileError, const QString &path) {
+    {
+        QMutexLocker lock(&m_failureMutex);
+        if (m_failureClass >= 0)
+            return;
+        m_failureClass = fileError;
+        m_failurePath = path;
+    }
+    log(QStringLiteral("Source file error %1: %2").arg(fileError).arg(path));
+    post([fileError, path](CDWriterPro *e) { emit e->ReadingTrackFileError(fileError, path, 1); });
+}

@@ -1,0 +1,86 @@
+#pragma once
+
+#include "engine/writer/iso/IsoLibrary.h"
+#include "engine/writer/iso/SourceFileStream.h"
+#include "engine/writer/recorders/Recorder.h"
+
+#include <QFile>
+#include <QMutex>
+#include <QString>
+
+#include <atomic>
+#include <functional>
+#include <memory>
+
+class CDWriterPro;
+class FileSink;
+class QThread;
+
+// One write job of the engine: a data image or an ISO file to a recorder, or an image to an ISO
+// file. Made on the UI thread, run on a worker thread of its own; every event is posted to the
+// engine, so it is emitted on the UI thread in order. Ends with exactly one call of the
+// finisher, posted last.
+class EngineJob : public JobMonitor, public SourceReadObserver {
+public:
+    enum class Kind { WriteImage, WriteIsoFile, CreateIsoFile };
+    struct Setup {
+        Kind kind = Kind::WriteImage;
+        Recorder *recorder = nullptr;    // WriteImage, WriteIsoFile
+        IsoLibrary::BurnSourcePtr image; // WriteImage, CreateIsoFile
+        QString isoFile;                 // WriteIsoFile: the file to write; CreateIsoFile: target
+        WritePlan plan;
+        qint32 trackMode = 1;
+        bool cacheImage = false;
+        QString cacheFolder;
+        QString logPath; // empty: no log
+    };
+    // Called on the UI thread when the job has ended, before its ending event.
+    using Finisher = std::function<void(const JobOutcome &)>;
+
+    EngineJob(CDWriterPro *engine, Setup setup, Finisher finisher);
+    ~EngineJob() override;
+
+    // The image stream is made after the job, so that the job already watches the sources that
+    // libisofs's writer thread starts reading at once.
+    void setImage(IsoLibrary::BurnSourcePtr image) { m_setup.image = std::move(image); }
+    void start();
+    void cancel() { m_cancel.store(true); }
+    void wait();
+
+    // JobMonitor
+    void trackStarted(qint32 trackNumber) override;
+    void trackProgress(qint32 trackNumber, qint64 blocksWritten, qint64 blocksToWrite) override;
+    void closingTrack(qint32 trackNumber) override;
+    void closingSession() override;
+    void closingDisc() override;
+    bool cancelRequested() const override { return m_cancel.load(); }
+    void log(const QString &line) override;
+
+    // SourceReadObserver
+    void fileOpened(const QString &path) override;
+    void fileFailed(qint32 fileError, const QString &path) override;
+
+private:
+    void run();
+    JobOutcome runWrite();
+    JobOutcome runCreate();
+    // Copies the image stream into a file with CachingStatus; false on failure or cancel.
+    JobOutcome copyImage(FileSink &target, bool reportFiles);
+    JobOutcome sourceFailure(const QString &what) const;
+    void post(std::function<void(CDWriterPro *)> event);
+
+    CDWriterPro *m_engine;
+    Setup m_setup;
+    Finisher m_finisher;
+    std::unique_ptr<QThread> m_thread;
+    std::atomic<bool> m_cancel{false};
+    QFile m_log;
+    QMutex m_logMutex;
+    qint32 m_lastPermille = -1;
+    qint32 m_filesOpened = 0;
+    qint64 m_lastFileReport = -1;
+    bool m_caching = false;
+    mutable QMutex m_failureMutex;
+    qint32 m_failureClass = -1;
+    QString m_failurePath;
+};

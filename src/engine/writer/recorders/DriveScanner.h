@@ -1,0 +1,13 @@
+#pragma once
+
+#include "Recorder.h"
+
+#include <memory>
+#include <vector>
+
+// Finds the recorders of the machine: the physical drives first (none yet), the Image
+// Recorder last. Runs on the UI thread, once at start-up.
+class DriveScanner {
+public:
+    static std::vector<std::unique_ptr<Recorder>> scan();
+};

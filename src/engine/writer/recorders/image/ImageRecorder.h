@@ -1,0 +1,50 @@
+#pragma once
+
+#include "ImageMedium.h"
+#include "engine/writer/recorders/Recorder.h"
+
+#include <QMutex>
+
+// The Image Recorder: a virtual recorder whose tray is a folder under the application folder
+// and whose discs are files (format in README.md beside this file). Inquiry and tray members
+// run on the UI thread, write() and readBlocks() on the engine's worker thread; the medium's
+// files are only touched under the mutex.
+class ImageRecorder : public Recorder {
+public:
+    ImageRecorder();
+
+    static QString folder();        // the recorder's folder in the application folder
+    static QString trayFolder();    // a disc here is the disc in the drive
+    static QString ejectedFolder(); // where eject puts the disc
+    static QString settingsFile();
+
+    QString letter() const override { return QStringLiteral("IMG"); }
+    QString vendor() const override { return QStringLiteral("Tessaly"); }
+    QString product() const override { return QStringLiteral("Image Recorder"); }
+    bool isRecorder() const override { return true; }
+    bool capability(qint32 code) const override;
+    QList<qint32> writeSpeeds() const override;
+
+    MediumState medium() const override;
+    void moveTray(bool close) override;
+    QString mediumIdentity() const override { return mediumFile(); }
+    // The descriptor (or plain image) that stands for the disc in the tray; empty if none.
+    QString mediumFile() const;
+
+    bool readBlocks(qint32 lba, qint32 count, char *buffer) override;
+    JobOutcome precheck(const WritePlan &plan) const override;
+    JobOutcome write(const WritePlan &plan, JobMonitor &monitor) override;
+
+private:
+    struct Loaded {
+        ImageMedium medium;
+        QString descriptorPath; // empty for a plain image put in by hand
+        QString dataPath;
+    };
+    std::optional<Loaded> load() const;
+    bool save(const Loaded &loaded) const;
+    JobOutcome check(const WritePlan &plan, const std::optional<Loaded> &loaded) const;
+    JobOutcome writeTracks(const WritePlan &plan, Loaded &loaded, JobMonitor &monitor);
+
+    mutable QMutex m_mutex;
+};

@@ -1,0 +1,432 @@
+// Data discs written on the Image Recorder, then read back at their block addresses.
+#include "EngineProbe.h"
+#include "TestEnvironment.h"
+
+#include "base/IniFile.h"
+#include "engine/notify/CDNotify.h"
+#include "engine/writer/recorders/image/ImageRecorder.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QSignalSpy>
+#include <QTemporaryDir>
+#include <QTest>
+
+namespace {
+void writeFile(const QString &path, const QByteArray &bytes) {
+    QDir().mkpath(QFileInfo(path).path());
+    QFile f(path);
+    QVERIFY(f.open(QIODevice::WriteOnly));
+    f.write(bytes);
+}
+
+QByteArray pseudoRandom(int size, int seed) {
+    QByteArray b(size, Qt::Uninitialized);
+    quint32 x = quint32(seed) * 2654435761u + 7;
+    for (int i = 0; i < size; ++i) {
+        x = x * 1103515245u + 12345u;
+        b[i] = char(x >> 24);
+    }
+    return b;
+}
+
+// An engine with the Image Recorder selected and a blank disc of the given kind loaded.
+struct Rig {
+    explicit Rig(const QString &medium = QStringLiteral("CD-R 80"), bool emulateSpeed = false) {
+        QDir().mkpath(ImageRecorder::folder());
+        IniFile::write(ImageRecorder::settingsFile(), "Image Recorder", "BlankMedium", medium);
+        IniFile::write(ImageRecorder::settingsFile(), "Image Recorder", "EmulateSpeed",
+                       emulateSpeed ? "1" : "0");
+        engine.InitializeDrives(false);
+        engine.SelectDrive(engine.DriveCount() - 1);
+        engine.MoveTray(true);
+        engine.setUseFileModifiedDate(true);
+        engine.ClearISOImage();
+        engine.setCloseSession(true);
+        engine.setFinalizeDisc(false);
+        engine.setTrackMode(1);
+    }
+    QString descriptorText() const {
+        QFile f(ImageRecorder().mediumFile());
+        return f.open(QIODevice::ReadOnly) ? QString::fromUtf8(f.readAll()) : QString();
+    }
+    // Ejects the disc and gives the path of its data file in the ejected folder.
+    QString eject() {
+        engine.MoveTray(false);
+        const QDir ejected(ImageRecorder::ejectedFolder());
+        const QStringList data = ejected.entryList({"*.iso"}, QDir::Files, QDir::Time);
+        return data.isEmpty() ? QString() : ejected.filePath(data.first());
+    }
+
+    TestEnvironment env;
+    CDWriterPro engine;
+    EngineProbe probe{&engine};
+};
+
+QStringList xorrisoFiles(const QString &image, qint32 session) {
+    const QByteArray out =
+        EngineProbe::run("xorriso", {"-indev", image, "-load", "sbsector", QString::number(session),
+                                     "-find", "/", "-type", "f"});
+    QStringList files;
+    for (const QByteArray &line : out.split('\n')) {
+        if (!line.isEmpty())
+            files << QString::fromUtf8(line).remove(u'\'');
+    }
+    files.sort();
+    return files;
+}
+
+QByteArray extracted(const QString &image, qint32 session, const QString &path,
+                     QTemporaryDir &dir) {
+    const QString target = dir.filePath(QString::number(session) + path);
+    EngineProbe::run("xorriso", {"-osirrox", "on", "-indev", image, "-load", "sbsector",
+                                 QString::number(session), "-extract", path, target});
+    return EngineProbe::sha256(target);
+}
+} // namespace
+
+class tst_DataWrite : public QObject {
+    Q_OBJECT
+private slots:
+    void writeAndAppendSession_data();
+    void writeAndAppendSession();
+    void testWriteLeavesMediumUntouched();
+    void cancelAtOnePercent();
+    void vanishedSource_data();
+    void vanishedSource();
+    void imageLargerThanMedium();
+    void finalizedDiscTakesNoMore();
+    void importRefusesWhatIsNotModeOne();
+    void writeIsoFile();
+    void filesOverFourGiBAreLaidOut();
+    void notifyReportsTrayChanges();
+};
+
+void tst_DataWrite::writeAndAppendSession_data() {
+    QTest::addColumn<bool>("cache");
+    QTest::addColumn<QString>("medium");
+    QTest::newRow("streamed, CD-R") << false << "CD-R 80";
+    QTest::newRow("cached, CD-R") << true << "CD-R 80";
+    QTest::newRow("streamed, DVD+R") << false << "DVD+R";
+}
+
+void tst_DataWrite::writeAndAppendSession() {
+    QFETCH(bool, cache);
+    QFETCH(QString, medium);
+    Rig rig(medium);
+    QTemporaryDir src;
+    writeFile(src.filePath("docs/report one.txt"), pseudoRandom(300000, 1));
+    writeFile(src.filePath("docs/Ünïcode.bin"), pseudoRandom(12345, 2));
+    writeFile(src.filePath("keep.txt"), "kept\n");
+    writeFile(src.filePath("gone.txt"), "removed later\n");
+    rig.engine.AddISODirectory("\\", src.path() + "\\*.*");
+    rig.engine.setVolumeIdentifier("FIRST");
+    rig.engine.setPublisherIdentifier("TESSALY TEST");
+    rig.engine.setCacheImage(cache);
+    const QString log = QDir(rig.env.appFolder()).filePath("Dat/Burnlog.txt");
+    rig.engine.SetLogging(true, log);
+    rig.engine.setTestWrite(false);
+    const qint32 blocks = rig.engine.ISOImageBlocks();
+    const qint32 free0 = rig.engine.FreeBlocks();
+    QVERIFY(rig.engine.WriteDisc());
+    QVERIFY(!rig.engine.WriteDisc()); // one job at a time
+    QVERIFY(rig.probe.waitForEnd());
+
+    // The events in the order the windows rest on.
+    const QStringList &ev = rig.probe.events;
+    QCOMPARE(ev.first(), QStringLiteral("PreparingToWrite"));
+    QCOMPARE(rig.probe.count("WriteComplete"), 1);
+    QCOMPARE(ev.last(), QStringLiteral("WriteComplete"));
+    QCOMPARE(rig.probe.count("CachingStatus") > 0, cache);
+    if (cache)
+        QVERIFY(ev.lastIndexOf("CachingStatus") < ev.indexOf("CreatingDirectories"));
+    QVERIFY(ev.indexOf("CreatingDirectories") < ev.indexOf("TrackWriteStatus"));
+    QVERIFY(ev.lastIndexOf("TrackWriteStatus") < ev.indexOf("ClosingTrack"));
+    QVERIFY(ev.indexOf("ClosingTrack") < ev.indexOf("ClosingSession"));
+    QCOMPARE(rig.probe.count("ClosingDisc"), 0);
+    QVERIFY(rig.probe.trackPercents.contains(1));
+    QCOMPARE(rig.probe.trackPercents.last(), 100);
+    QVERIFY(QDir(rig.env.appFolder() + "/Cache").entryList(QDir::Files).isEmpty());
+    QFile logFile(log);
+    QVERIFY(logFile.open(QIODevice::ReadOnly));
+    const QByteArray logText = logFile.readAll();
+    QVERIFY(logText.contains("Finished well."));
+    QVERIFY(logText.contains("Closing the session."));
+
+    // An open disc with one session, its space less the session and its overhead.
+    const bool cd = medium.startsWith("CD");
+    QCOMPARE(rig.engine.DiscStatus(), 1);
+    QCOMPARE(rig.engine.LastSessionStatus(), 0);
+    QCOMPARE(rig.engine.SessionCount(), 2);
+    const qint32 second = cd ? blocks + 11400 : (blocks + 15) / 16 * 16;
+    QCOMPARE(rig.engine.FreeBlocks(), free0 - second);
+
+    // Import, change and append.
+    rig.engine.ClearISOImage();
+    rig.engine.setVolumeIdentifier("SOMETHING ELSE");
+    rig.probe.added.clear();
+    QVERIFY(rig.engine.ImportLastSession(true));
+    QVERIFY(rig.probe.added.contains("\\docs\\report one.txt"));
+    QVERIFY(rig.probe.added.indexOf("\\docs") < rig.probe.added.indexOf("\\docs\\report one.txt"));
+    QCOMPARE(rig.engine.VolumeIdentifier(), QStringLiteral("FIRST"));
+    QCOMPARE(rig.engine.PublisherIdentifier(), QStringLiteral("TESSALY TEST"));
+    QCOMPARE(rig.engine.ISOFileCount(), 4);
+    writeFile(src.filePath("new/added.bin"), pseudoRandom(50000, 3));
+    writeFile(src.filePath("keep v2.txt"), "kept, second version\n");
+    rig.engine.AddISODirectory("\\new", src.filePath("new") + "/*.*");
+    QVERIFY(rig.engine.RemoveISOItem("\\gone.txt"));
+    QVERIFY(rig.engine.RenameISODirectory("\\docs", "papers"));
+    // A collision with an imported file asks; refused first, then accepted.
+    rig.engine.AddISOFile("\\keep.txt", src.filePath("keep v2.txt"));
+    QCOMPARE(rig.probe.replaceAsked, QStringList({"\\keep.txt"}));
+    rig.probe.replaceAnswer = true;
+    rig.engine.AddISOFile("\\keep.txt", src.filePath("keep v2.txt"));
+    QCOMPARE(rig.probe.replaceAsked.size(), 2);
+
+    const qint32 nwa = 360000 - rig.engine.FreeBlocks();
+    rig.probe.events.clear();
+    QVERIFY(rig.engine.WriteDisc());
+    QVERIFY(rig.probe.waitForEnd());
+    QCOMPARE(rig.probe.endingEvent(), QStringLiteral("WriteComplete"));
+    QCOMPARE(rig.engine.SessionCount(), 3);
+
+    const QString image = rig.eject();
+    QVERIFY(!image.isEmpty());
+    const qint32 start2 = cd ? nwa : second;
+    QTemporaryDir out;
+    QCOMPARE(xorrisoFiles(image, start2),
+             QStringList(
+                 {"/keep.txt", "/new/added.bin", "/papers/report one.txt", "/papers/Ünïcode.bin"}));
+    QCOMPARE(extracted(image, start2, "/papers/report one.txt", out),
+             EngineProbe::sha256(src.filePath("docs/report one.txt")));
+    QCOMPARE(extracted(image, start2, "/new/added.bin", out),
+             EngineProbe::sha256(src.filePath("new/added.bin")));
+    QCOMPARE(extracted(image, start2, "/keep.txt", out),
+             EngineProbe::sha256(src.filePath("keep v2.txt")));
+    // The first session is still whole at its own address.
+    QCOMPARE(xorrisoFiles(image, 0),
+             QStringList({"/docs/report one.txt", "/docs/Ünïcode.bin", "/gone.txt", "/keep.txt"}));
+    QCOMPARE(extracted(image, 0, "/keep.txt", out), EngineProbe::sha256(src.filePath("keep.txt")));
+    // isoinfo reads the second session at its address too.
+    const QByteArray listing =
+        EngineProbe::run("isoinfo", {"-R", "-f", "-T", QString::number(start2), "-i", image});
+    QVERIFY2(listing.contains("/new/added.bin"), listing.constData());
+    QVERIFY(listing.contains("/papers/report one.txt"));
+    QVERIFY(!listing.contains("gone.txt"));
+}
+
+void tst_DataWrite::testWriteLeavesMediumUntouched() {
+    Rig rig;
+    QTemporaryDir src;
+    writeFile(src.filePath("a.bin"), pseudoRandom(400000, 5));
+    rig.engine.AddISOFile("\\a.bin", src.filePath("a.bin"));
+    rig.engine.setTestWrite(true);
+    rig.engine.setFinalizeDisc(true);
+    const QString before = rig.descriptorText();
+    QVERIFY(rig.engine.WriteDisc());
+    QVERIFY(rig.probe.waitForEnd());
+    QCOMPARE(rig.probe.events.first(), QStringLiteral("PreparingToWrite"));
+    QCOMPARE(rig.probe.endingEvent(), QStringLiteral("WriteComplete"));
+    for (const char *e : {"CreatingDirectories", "TrackWriteStatus", "ClosingTrack",
+                          "ClosingSession", "ClosingDisc"})
+        QVERIFY2(rig.probe.count(e) > 0, e);
+    QVERIFY(rig.engine.TestWrite()); // read back by the window at the end
+    QCOMPARE(rig.descriptorText(), before);
+    QCOMPARE(rig.engine.DiscStatus(), 0);
+    QCOMPARE(rig.engine.FreeBlocks(), 360000);
+}
+
+void tst_DataWrite::cancelAtOnePercent() {
+    // Held to 4x so that the cancel, sent from the 1 % event, lands mid-write.
+    Rig rig("CD-R 80", true);
+    QTemporaryDir src;
+    writeFile(src.filePath("big.bin"), pseudoRandom(3 * 1024 * 1024, 6));
+    rig.engine.AddISOFile("\\big.bin", src.filePath("big.bin"));
+    rig.engine.SetWriteSpeed(4 * 176);
+    rig.probe.cancelAtOnePercent = true;
+    QVERIFY(rig.engine.WriteDisc());
+    QVERIFY(rig.probe.waitForEnd());
+    QCOMPARE(rig.probe.endingEvent(), QStringLiteral("WriteCancelled"));
+    QCOMPARE(rig.probe.count("WriteCancelled"), 1);
+    QCOMPARE(rig.probe.count("WriteComplete") + rig.probe.count("WriteError"), 0);
+    QCOMPARE(rig.probe.count("ClosingSession"), 0);
+    // What was burnt stays, in a session the drive could not close.
+    QCOMPARE(rig.engine.DiscStatus(), 1);
+    QCOMPARE(rig.engine.LastSessionStatus(), 1);
+    QCOMPARE(rig.engine.FreeBlocks(), 0);
+    // The drive is usable again at once: a further write is refused by the disc, not the job.
+    rig.probe.events.clear();
+    QVERIFY(rig.engine.WriteDisc());
+    QVERIFY(rig.probe.waitForEnd());
+    QCOMPARE(rig.probe.endingEvent(), QStringLiteral("WriteError"));
+    QCOMPARE(rig.probe.writeError, 3);
+}
+
+void tst_DataWrite::vanishedSource_data() {
+    QTest::addColumn<bool>("cache");
+    QTest::addColumn<bool>("shrink");
+    QTest::newRow("vanished, streamed") << false << false;
+    QTest::newRow("vanished, cached") << true << false;
+    QTest::newRow("shrunk, streamed") << false << true;
+}
+
+void tst_DataWrite::vanishedSource() {
+    QFETCH(bool, cache);
+    QFETCH(bool, shrink);
+    Rig rig;
+    QTemporaryDir src;
+    writeFile(src.filePath("a first.bin"), pseudoRandom(1024 * 1024, 7));
+    writeFile(src.filePath("z last.bin"), pseudoRandom(100000, 8));
+    rig.engine.AddISOFile("\\a first.bin", src.filePath("a first.bin"));
+    rig.engine.AddISOFile("\\z last.bin", src.filePath("z last.bin"));
+    if (shrink)
+        QVERIFY(QFile::resize(src.filePath("z last.bin"), 10));
+    else
+        QVERIFY(QFile::remove(src.filePath("z last.bin")));
+    rig.engine.setCacheImage(cache);
+    QVERIFY(rig.engine.WriteDisc());
+    QVERIFY(rig.probe.waitForEnd());
+    QCOMPARE(rig.probe.endingEvent(), QStringLiteral("WriteError"));
+    QCOMPARE(rig.probe.count("WriteError"), 1);
+    QCOMPARE(rig.probe.count("WriteComplete"), 0);
+    QVERIFY(rig.probe.events.indexOf("ReadingTrackFileError") <
+            rig.probe.events.indexOf("WriteError"));
+    QCOMPARE(rig.probe.fileError, shrink ? 2 : 0);
+    QCOMPARE(rig.probe.failedFile, src.filePath("z last.bin"));
+    QVERIFY(rig.probe.writeError != 3);
+    QVERIFY(rig.probe.errorInfo.contains("z last.bin"));
+    if (cache) {
+        // Caught while caching: nothing reached the disc.
+        QCOMPARE(rig.engine.DiscStatus(), 0);
+        QCOMPARE(rig.probe.count("TrackWriteStatus"), 0);
+    } else {
+        // A disc is never completed with zeros in place of a file.
+        QCOMPARE(rig.engine.LastSessionStatus(), 1);
+    }
+}
+
+void tst_DataWrite::imageLargerThanMedium() {
+    Rig rig("CD-R 74");
+    QTemporaryDir src;
+    QFile big(src.filePath("big.bin"));
+    QVERIFY(big.open(QIODevice::WriteOnly));
+    QVERIFY(big.resize(qint64(700) * 1024 * 1024)); // sparse: nothing is read before the refusal
+    big.close();
+    rig.engine.AddISOFile("\\big.bin", big.fileName());
+    QVERIFY(rig.engine.ISOImageBlocks() > rig.engine.FreeBlocks());
+    QVERIFY(rig.engine.WriteDisc());
+    QVERIFY(rig.probe.waitForEnd());
+    QCOMPARE(rig.probe.events, QStringList({"PreparingToWrite", "WriteError"}));
+    QCOMPARE(rig.probe.writeError, 3);
+    QCOMPARE(rig.probe.driveError, 1021);
+    QCOMPARE(rig.engine.DiscStatus(), 0);
+}
+
+void tst_DataWrite::finalizedDiscTakesNoMore() {
+    Rig rig;
+    QTemporaryDir src;
+    writeFile(src.filePath("f.txt"), "final\n");
+    rig.engine.AddISOFile("\\f.txt", src.filePath("f.txt"));
+    rig.engine.setFinalizeDisc(true);
+    QVERIFY(rig.engine.WriteDisc());
+    QVERIFY(rig.probe.waitForEnd());
+    QCOMPARE(rig.probe.endingEvent(), QStringLiteral("WriteComplete"));
+    QVERIFY(rig.probe.events.indexOf("ClosingSession") < rig.probe.events.indexOf("ClosingDisc"));
+    QCOMPARE(rig.engine.DiscStatus(), 2);
+    QCOMPARE(rig.engine.LastSessionStatus(), 3);
+    QCOMPARE(rig.engine.SessionCount(), 1);
+    QCOMPARE(rig.engine.FreeBlocks(), 0);
+    QCOMPARE(rig.engine.MaxWriteSpeed(), 0);
+    rig.probe.events.clear();
+    QVERIFY(rig.engine.WriteDisc());
+    QVERIFY(rig.probe.waitForEnd());
+    QCOMPARE(rig.probe.events, QStringList({"PreparingToWrite", "WriteError"}));
+    QCOMPARE(rig.probe.writeError, 3);
+    // Its session is still imported for a look at it.
+    QVERIFY(rig.engine.ImportLastSession(true));
+    QCOMPARE(rig.engine.ISOFileCount(), 1);
+}
+
+void tst_DataWrite::importRefusesWhatIsNotModeOne() {
+    Rig rig;
+    QVERIFY(!rig.engine.ImportLastSession(true)); // a blank disc
+    QTemporaryDir src;
+    writeFile(src.filePath("f.txt"), "xa\n");
+    rig.engine.AddISOFile("\\f.txt", src.filePath("f.txt"));
+    rig.engine.setTrackMode(2);
+    QVERIFY(rig.engine.WriteDisc());
+    QVERIFY(rig.probe.waitForEnd());
+    QCOMPARE(rig.probe.endingEvent(), QStringLiteral("WriteComplete"));
+    QCOMPARE(rig.engine.DiscType(), 32);
+    QVERIFY(!rig.engine.ImportLastSession(true));
+    // A DVD takes no Mode 2 track.
+    Rig dvd("DVD-R");
+    dvd.engine.AddISOFile("\\f.txt", src.filePath("f.txt"));
+    dvd.engine.setTrackMode(2);
+    QVERIFY(dvd.engine.WriteDisc());
+    QVERIFY(dvd.probe.waitForEnd());
+    QCOMPARE(dvd.probe.driveError, 1040);
+    // No drive, no import.
+    CDWriterPro none;
+    QVERIFY(!none.ImportLastSession(true));
+    QVERIFY(!none.WriteDisc());
+}
+
+void tst_DataWrite::writeIsoFile() {
+    Rig rig;
+    QTemporaryDir src;
+    writeFile(src.filePath("f.bin"), pseudoRandom(200000, 9));
+    rig.engine.AddISOFile("\\f.bin", src.filePath("f.bin"));
+    QVERIFY(rig.engine.CreateISOFile(src.filePath("made.iso")));
+    rig.probe.events.clear();
+    QVERIFY(!rig.engine.WriteISOFile(src.filePath("missing.iso")));
+    QVERIFY(rig.engine.WriteISOFile(src.filePath("made.iso")));
+    QVERIFY(rig.probe.waitForEnd());
+    QCOMPARE(rig.probe.endingEvent(), QStringLiteral("WriteComplete"));
+    QVERIFY(rig.probe.trackPercents.contains(1));
+    QCOMPARE(rig.probe.count("CachingStatus"), 0);
+    // A plain image goes on an empty disc only.
+    QVERIFY(!rig.engine.WriteISOFile(src.filePath("made.iso")));
+    const QString image = rig.eject();
+    QTemporaryDir out;
+    QCOMPARE(extracted(image, 0, "/f.bin", out), EngineProbe::sha256(src.filePath("f.bin")));
+}
+
+void tst_DataWrite::filesOverFourGiBAreLaidOut() {
+    Rig rig("DVD+R");
+    QTemporaryDir src;
+    QFile big(src.filePath("huge.bin"));
+    QVERIFY(big.open(QIODevice::WriteOnly));
+    QVERIFY(big.resize(qint64(5) * 1024 * 1024 * 1024)); // sparse
+    big.close();
+    rig.engine.AddISOFile("\\huge.bin", big.fileName());
+    QCOMPARE(rig.engine.ISOFileCount(), 1);
+    // Level 3 gives the file several extents; the layout counts all of it.
+    QVERIFY(rig.engine.ISOImageBlocks() > qint64(5) * 1024 * 1024 * 1024 / 2048);
+}
+
+void tst_DataWrite::notifyReportsTrayChanges() {
+    Rig rig;
+    CDNotify notify(&rig.engine);
+    QSignalSpy arrival(&notify, &CDNotify::Arrival);
+    QSignalSpy removal(&notify, &CDNotify::RemoveComplete);
+    rig.engine.MoveTray(false);
+    QCOMPARE(removal.size(), 1);
+    QCOMPARE(removal.first().first().toString(), QStringLiteral("IMG"));
+    rig.engine.MoveTray(true);
+    QCOMPARE(arrival.size(), 1);
+    // A disc put in by hand is noticed within a second.
+    rig.engine.MoveTray(false);
+    const QDir ejected(ImageRecorder::ejectedFolder());
+    for (const QString &f : ejected.entryList(QDir::Files))
+        QVERIFY(QFile::rename(ejected.filePath(f), ImageRecorder::trayFolder() + "/" + f));
+    QTRY_COMPARE_WITH_TIMEOUT(arrival.size(), 2, 1000);
+    QCOMPARE(arrival.last().first().toString(), QStringLiteral("IMG"));
+    for (const QString &f : QDir(ImageRecorder::trayFolder()).entryList(QDir::Files))
+        QFile::remove(ImageRecorder::trayFolder() + "/" + f);
+    QTRY_COMPARE_WITH_TIMEOUT(removal.size(), 3, 1000);
+}
+
+QTEST_GUILESS_MAIN(tst_DataWrite)
+#include "tst_datawrite.moc"
