@@ -18,10 +18,6 @@ private slots:
     void space();
     void noRecorderMeansNoSpace();
     void mountedFolderCounts();
-    void driveErrorMessage_data();
-    void driveErrorMessage();
-    void trackFileErrorMessage_data();
-    void trackFileErrorMessage();
 };
 
 void tst_SpaceAndFailures::space_data() {
@@ -65,44 +61,6 @@ void tst_SpaceAndFailures::mountedFolderCounts() {
     QVERIFY(SystemCalls::DiskSizeKB(QDir::tempPath()) > 0);
     QCOMPARE(SystemCalls::DiskSizeKB(QStringLiteral("IMG:\\")), 0.0);
     QCOMPARE(SystemCalls::DiskSizeKB(QStringLiteral("nosuchdrive:\\")), 0.0);
-}
-
-void tst_SpaceAndFailures::driveErrorMessage_data() {
-    QTest::addColumn<int>("code");
-    QTest::addColumn<QString>("text");
-    QTest::newRow("1000") << 1000 << "No additional error data was reported (1000).";
-    QTest::newRow("1008") << 1008 << "A buffer under-run has occurred (1008).";
-    QTest::newRow("1021") << 1021 << "Error trying to write past the end of the media (1021).";
-    QTest::newRow("1033") << 1033 << "A disc is not present (1033).";
-    QTest::newRow("1040") << 1040
-                          << "The current track mode is incompatible with the disc format (1040).";
-    QTest::newRow("1055") << 1055 << "A format is in progress causing operation failure (1055).";
-    QTest::newRow("999") << 999 << " (999).";
-    QTest::newRow("1056") << 1056 << " (1056).";
-    QTest::newRow("-1") << -1 << " (-1).";
-    QTest::newRow("2000") << 2000 << " (2000).";
-}
-
-void tst_SpaceAndFailures::driveErrorMessage() {
-    QFETCH(int, code);
-    QFETCH(QString, text);
-    QCOMPARE(GetDriveErrorMessage(code), text);
-}
-
-void tst_SpaceAndFailures::trackFileErrorMessage_data() {
-    QTest::addColumn<int>("fileError");
-    QTest::addColumn<QString>("text");
-    QTest::newRow("opening") << 0 << "Error Opening File: a.wav";
-    QTest::newRow("closing") << 1 << "Error Closing File: a.wav";
-    QTest::newRow("reading") << 2 << "Error Reading file: a.wav";
-    QTest::newRow("other") << 3 << "Unknown file error!:a.wav";
-    QTest::newRow("negative") << -5 << "Unknown file error!:a.wav";
-}
-
-void tst_SpaceAndFailures::trackFileErrorMessage() {
-    QFETCH(int, fileError);
-    QFETCH(QString, text);
-    QCOMPARE(GetTrackFileErrorMessage(fileError, "a.wav"), text);
 }
 
 QTEST_GUILESS_MAIN(tst_SpaceAndFailures)

@@ -1,5 +1,8 @@
 #include "EngineProbe.h"
 
+#include <QDir>
+#include <QFileInfo>
+
 #include <QCryptographicHash>
 #include <QDeadlineTimer>
 #include <QFile>
@@ -90,3 +93,22 @@ QByteArray EngineProbe::sha256(const QString &path) {
     h.addData(&f);
     return h.result().toHex();
 }
+
+namespace EngineFixtures {
+void writeFile(const QString &path, const QByteArray &bytes) {
+    QDir().mkpath(QFileInfo(path).path());
+    QFile f(path);
+    QVERIFY(f.open(QIODevice::WriteOnly));
+    QCOMPARE(f.write(bytes), bytes.size());
+}
+
+QByteArray pseudoRandom(int size, int seed) {
+    QByteArray b(size, Qt::Uninitialized);
+    quint32 x = quint32(seed) * 2654435761u + 1;
+    for (int i = 0; i < size; ++i) {
+        x = x * 1103515245u + 12345u;
+        b[i] = char(x >> 24);
+    }
+    return b;
+}
+} // namespace EngineFixtures

@@ -6,6 +6,7 @@
 #include <QObject>
 #include <QString>
 #include <QStringList>
+#include <QTest>
 
 // Records every event of an engine in order, as a window would see them, and helps the engine
 // tests reach outside tools.
@@ -38,3 +39,10 @@ public:
 private:
     CDWriterPro *m_engine;
 };
+
+// Fixtures the engine tests make for themselves.
+namespace EngineFixtures {
+void writeFile(const QString &path, const QByteArray &bytes);
+// Bytes that differ from file to file and compress badly, so a mix-up shows.
+QByteArray pseudoRandom(int size, int seed);
+} // namespace EngineFixtures

@@ -13,24 +13,9 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+using namespace EngineFixtures;
+
 namespace {
-void writeFile(const QString &path, const QByteArray &bytes) {
-    QDir().mkpath(QFileInfo(path).path());
-    QFile f(path);
-    QVERIFY(f.open(QIODevice::WriteOnly));
-    f.write(bytes);
-}
-
-QByteArray pseudoRandom(int size, int seed) {
-    QByteArray b(size, Qt::Uninitialized);
-    quint32 x = quint32(seed) * 2654435761u + 1;
-    for (int i = 0; i < size; ++i) {
-        x = x * 1103515245u + 12345u;
-        b[i] = char(x >> 24);
-    }
-    return b;
-}
-
 struct Engine {
     TestEnvironment env;
     CDWriterPro engine;
