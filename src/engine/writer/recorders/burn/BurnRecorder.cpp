@@ -119,8 +119,8 @@ std::vector<BurnRecorder::Inquiry> BurnRecorder::scanMachine(QStringList *notes)
         QString why;
         if (fd < 0) {
             const int e = errno;
-            why = e == EACCES ? QStringLiteral("no permission to open it (the user may have to "
-                                               "join the group that owns it, often \"cdrom\")")
+            why = e == EACCES  ? QStringLiteral("no permission to open it (the user may have to "
+                                                 "join the group that owns it, often \"cdrom\")")
                   : e == EBUSY ? QStringLiteral("it is busy: another program or a mount uses it")
                                : QString::fromLocal8Bit(strerror(e));
         } else {
@@ -141,9 +141,9 @@ std::unique_ptr<BurnDrive> BurnRecorder::take(bool load, QString *why) const {
 }
 
 JobOutcome BurnRecorder::unreachable(const QString &why) const {
-    return DriveSense::failure(QStringLiteral("The drive %1 can't be used: %2")
-                                   .arg(m_inquiry.address, why),
-                               {why}, DriveSense::Sense{0x2, 0x04, 0x00});
+    return DriveSense::failure(
+        QStringLiteral("The drive %1 can't be used: %2").arg(m_inquiry.address, why), {why},
+        DriveSense::Sense{0x2, 0x04, 0x00});
 }
 
 QString BurnRecorder::mediumIdentity() const {
@@ -424,8 +424,9 @@ JobOutcome BurnRecorder::finish(bool closeDisc, JobMonitor &monitor) {
         return JobOutcome::completed();
     }
     if (st.discStatus == 0)
-        return JobOutcome::driveFailure(1042, QStringLiteral("No session stands open on a blank "
-                                                             "disc"),
+        return JobOutcome::driveFailure(1042,
+                                        QStringLiteral("No session stands open on a blank "
+                                                       "disc"),
                                         DriveSense::senseText({0x5, 0x72, 0x00}));
     const bool damaged = burn::burn_disc_next_track_is_damaged(drive->get(), 0) & 1;
     if (!closeDisc && !damaged && st.lastSessionStatus != 1) {
@@ -434,8 +435,7 @@ JobOutcome BurnRecorder::finish(bool closeDisc, JobMonitor &monitor) {
         return JobOutcome::completed();
     }
     BurnLibrary::WriteOptsPtr opts(burn::burn_write_opts_new(drive->get()));
-    burn::burn_write_opts_set_write_type(opts.get(), burn::BURN_WRITE_TAO,
-                                         burn::BURN_BLOCK_MODE1);
+    burn::burn_write_opts_set_write_type(opts.get(), burn::BURN_WRITE_TAO, burn::BURN_BLOCK_MODE1);
     burn::burn_write_opts_set_simulate(opts.get(), 0);
     burn::burn_write_opts_set_multi(opts.get(), closeDisc ? 0 : 1);
     monitor.closingSession();

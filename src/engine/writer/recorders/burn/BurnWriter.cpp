@@ -97,8 +97,8 @@ JobOutcome BurnWriter::check(BurnDrive &drive, const BurnMedium::Assessment &med
     if (!st.present())
         return JobOutcome::driveFailure(1033, QStringLiteral("No medium in the drive"),
                                         DriveSense::senseText({0x2, 0x3A, 0x00}));
-    const bool plainImageOnBlank = medium.overwriteable && medium.sessions.isEmpty() &&
-                                   m_plan.startAddress == 0;
+    const bool plainImageOnBlank =
+        medium.overwriteable && medium.sessions.isEmpty() && m_plan.startAddress == 0;
     if (st.nextWritableAddress < 0)
         return JobOutcome::driveFailure(1032, QStringLiteral("The medium takes no more data"),
                                         DriveSense::senseText({0x5, 0x30, 0x05}));
@@ -115,7 +115,10 @@ JobOutcome BurnWriter::check(BurnDrive &drive, const BurnMedium::Assessment &med
     const qint64 free = plainImageOnBlank ? st.capacityBlocks : st.freeBlocks;
     if (total > free)
         return JobOutcome::driveFailure(
-            1021, QStringLiteral("The tracks need %1 blocks, the medium has %2 free").arg(total).arg(free),
+            1021,
+            QStringLiteral("The tracks need %1 blocks, the medium has %2 free")
+                .arg(total)
+                .arg(free),
             DriveSense::senseText({0x5, 0x21, 0x00}));
     if (!build(drive, medium))
         return JobOutcome::failed(2, QStringLiteral("libburn could not set up the write"));
@@ -133,12 +136,12 @@ JobOutcome BurnWriter::chooseWriteType(const BurnMedium::Assessment &medium) {
         return DriveSense::failure(QStringLiteral("The drive refuses this write: %1").arg(why),
                                    {why});
     }
-    m_monitor.log(QStringLiteral("Write type %1 (profile %2h%3): %4")
-                      .arg(writeTypeName(type))
-                      .arg(medium.profile, 4, 16, QLatin1Char('0'))
-                      .arg(medium.overwriteable ? QStringLiteral(", written at any address")
-                                                : QString())
-                      .arg(why));
+    m_monitor.log(
+        QStringLiteral("Write type %1 (profile %2h%3): %4")
+            .arg(writeTypeName(type))
+            .arg(medium.profile, 4, 16, QLatin1Char('0'))
+            .arg(medium.overwriteable ? QStringLiteral(", written at any address") : QString())
+            .arg(why));
     return JobOutcome::completed();
 }
 
@@ -206,8 +209,8 @@ JobOutcome BurnWriter::follow(BurnDrive &drive) {
     return cancelled ? JobOutcome::cancelled() : JobOutcome::completed();
 }
 
-JobOutcome BurnWriter::run(std::unique_ptr<BurnDrive> &drive,
-                           const BurnMedium::Assessment &medium, const Regrab &regrab) {
+JobOutcome BurnWriter::run(std::unique_ptr<BurnDrive> &drive, const BurnMedium::Assessment &medium,
+                           const Regrab &regrab) {
     if (JobOutcome refused = check(*drive, medium); refused.kind != JobOutcome::Completed)
         return refused;
     qint64 total = 0;
@@ -230,12 +233,25 @@ JobOutcome BurnWriter::run(std::unique_ptr<BurnDrive> &drive,
     }
 
     JobOutcome followed;
-    {
-        BurnLibrary::AbortGuard guard;
-        burn::burn_disc_write(m_opts.get(), m_disc.get());
-        followed = follow(*drive);
+    QStringList said;
+    for (int attempt = 0;; ++attempt) {
+        {
+            BurnLibrary::AbortGuard guard;
+            burn::burn_disc_write(m_opts.get(), m_disc.get());
+            followed = follow(*drive);
+        }
+        said = BurnLibrary::takeMessages();
+        // libburn forgets the worker of a drive's previous job a moment after the drive went
+        // idle; a write started in that moment is refused without a fatal error, so "wrote
+        // well" would pass it. It is started again once the worker is gone.
+        const bool stillBusy =
+            said.filter(QStringLiteral("operation is still going on")).size() > 0 &&
+            std::all_of(m_records.begin(), m_records.end(),
+                        [](const auto &r) { return r->digests.isEmpty(); });
+        if (!stillBusy || attempt >= 50 || followed.kind == JobOutcome::Cancelled)
+            break;
+        QThread::msleep(100);
     }
-    const QStringList said = BurnLibrary::takeMessages();
     for (const QString &line : said)
         m_monitor.log(QStringLiteral("libburn: %1").arg(line));
     if (followed.kind == JobOutcome::Cancelled)
@@ -326,7 +342,7 @@ JobOutcome BurnWriter::writeHead(BurnDrive &drive, qint32 start, qint32 blocks) 
             DriveSense::driveCode({0xE, 0x1D, 0x00}),
             QStringLiteral("The disc's head reads back differently from what was written"),
             DriveSense::senseText({0xE, 0x1D, 0x00}));
-    m_monitor.log(QStringLiteral("The disc's head now leads to the session at block %1.")
-                      .arg(start));
+    m_monitor.log(
+        QStringLiteral("The disc's head now leads to the session at block %1.").arg(start));
     return JobOutcome::completed();
 }

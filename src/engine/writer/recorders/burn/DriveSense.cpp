@@ -181,8 +181,9 @@ std::optional<DriveSense::Sense> DriveSense::parse(const QString &message) {
     // right after the word "sense" or "error".
     static const QRegularExpression bracketed(
         QStringLiteral(R"(\[\s*([0-9A-Fa-f])\s+([0-9A-Fa-f]{2})\s+([0-9A-Fa-f]{2})\s*\])"));
-    static const QRegularExpression bare(QStringLiteral(
-        R"((?:sense|error|SCSI)[^0-9A-Fa-f]*?\b([0-9A-Fa-f])\s+([0-9A-Fa-f]{2})\s+([0-9A-Fa-f]{2})\b)"),
+    static const QRegularExpression bare(
+        QStringLiteral(
+            R"((?:sense|error|SCSI)[^0-9A-Fa-f]*?\b([0-9A-Fa-f])\s+([0-9A-Fa-f]{2})\s+([0-9A-Fa-f]{2})\b)"),
         QRegularExpression::CaseInsensitiveOption);
     QRegularExpressionMatch m = bracketed.match(message);
     if (!m.hasMatch())
@@ -205,14 +206,13 @@ JobOutcome DriveSense::failure(const QString &info, const QStringList &messages,
         const QString lower = m.toLower();
         for (const Wording &w : Wordings) {
             if (lower.contains(QLatin1StringView(w.needle)))
-                return JobOutcome::driveFailure(w.code, info,
-                                                senseText(w.sense) + QStringLiteral(" (") + m +
-                                                    u')');
+                return JobOutcome::driveFailure(
+                    w.code, info, senseText(w.sense) + QStringLiteral(" (") + m + u')');
         }
     }
     // Nothing the drive said explains it: the extended data is libburn's own last word.
-    return JobOutcome::driveFailure(
-        1051, info,
-        messages.isEmpty() ? QStringLiteral("0/00/00 NO ADDITIONAL SENSE INFORMATION")
-                           : messages.last());
+    return JobOutcome::driveFailure(1051, info,
+                                    messages.isEmpty()
+                                        ? QStringLiteral("0/00/00 NO ADDITIONAL SENSE INFORMATION")
+                                        : messages.last());
 }

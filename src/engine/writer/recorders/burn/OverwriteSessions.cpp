@@ -40,20 +40,23 @@ QList<OverwriteSessions::Session> OverwriteSessions::scan(const BlockReader &rea
                                                           qint32 capacityBlocks) {
     QList<Session> sessions;
     char block[Block];
+    // The head decides: a session counts only when the head reaches over it, so that what a
+    // cancelled or failed write left behind its last session is free space again.
     if (!read(DescriptorStart, block) || volumeBlocks(block) < 0)
         return sessions; // blank
-    const qint32 headBlocks = volumeBlocks(block);
-    char first[Block];
-    if (!read(HeadBlocks + DescriptorStart, first) || volumeBlocks(first) < 0) {
+    const qint64 end = volumeBlocks(block);
+    if (!read(HeadBlocks + DescriptorStart, block) || volumeBlocks(block) < 0 ||
+        end <= HeadBlocks) {
         // An image written at block 0 on its own.
-        sessions.append({0, headBlocks});
+        sessions.append({0, qint32(end)});
         return sessions;
     }
-    for (qint64 start = HeadBlocks; sessions.size() < MaxSessions;) {
-        if (start + DescriptorStart >= capacityBlocks || !read(qint32(start) + DescriptorStart, block))
+    for (qint64 start = HeadBlocks; start < end && sessions.size() < MaxSessions;) {
+        if (start + DescriptorStart >= capacityBlocks ||
+            !read(qint32(start) + DescriptorStart, block))
             break;
         const qint32 blocks = volumeBlocks(block);
-        if (blocks < 0 || start + blocks > capacityBlocks)
+        if (blocks < 0 || start + blocks > end)
             break;
         sessions.append({qint32(start), blocks});
         start = alignUp(start + blocks);

@@ -10,7 +10,8 @@
 // use, so each side reads the other's discs: the first session starts at block 32, each next
 // one at the following multiple of 32, and the first 32 blocks hold a copy of the newest
 // session's head whose volume size reaches from block 0 to that session's end, so that a
-// mount sees the newest session. An ISO image written at block 0 alone is a single session.
+// mount sees the newest session; sessions beyond the head's reach are not the disc's (a
+// cancelled write's remains). An ISO image written at block 0 alone is a single session.
 // Pure; any thread.
 namespace OverwriteSessions {
 constexpr qint32 HeadBlocks = 32;
