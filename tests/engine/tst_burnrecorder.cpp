@@ -191,7 +191,8 @@ void tst_BurnRecorder::twoSessionsReadBackByXorriso() {
     QCOMPARE(rig.probe.endingEvent(), QStringLiteral("WriteComplete"));
     const QStringList &ev = rig.probe.events;
     QCOMPARE(ev.first(), QStringLiteral("PreparingToWrite"));
-    QVERIFY(ev.indexOf("CreatingDirectories") < ev.indexOf("TrackWriteStatus"));
+    QVERIFY2(ev.indexOf("CreatingDirectories") < ev.indexOf("TrackWriteStatus"),
+             qPrintable(ev.join(' ')));
     QVERIFY(ev.lastIndexOf("TrackWriteStatus") < ev.indexOf("ClosingTrack"));
     QVERIFY(ev.indexOf("ClosingTrack") < ev.indexOf("ClosingSession"));
     QCOMPARE(rig.probe.count("ClosingTrack"), 1);

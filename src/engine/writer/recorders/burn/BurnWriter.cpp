@@ -160,6 +160,13 @@ void BurnWriter::report(qint32 track, qint64 done, qint64 total) {
     last = percent;
 }
 
+void BurnWriter::startTracksUpTo(qint32 track) {
+    while (m_started < track) {
+        m_monitor.trackStarted(++m_started);
+        report(m_started, 0, m_plan.tracks[size_t(m_started - 1)]->blockCount());
+    }
+}
+
 void BurnWriter::closeTracksUpTo(qint32 track) {
     while (m_closed < track && m_closed < m_started) {
         ++m_closed;
@@ -190,15 +197,13 @@ JobOutcome BurnWriter::follow(BurnDrive &drive) {
         if (status == burn::BURN_DRIVE_WRITING || status == burn::BURN_DRIVE_CLOSING_TRACK ||
             status == burn::BURN_DRIVE_CLOSING_SESSION) {
             closeTracksUpTo(track - 1);
-            while (m_started < track) {
-                m_monitor.trackStarted(++m_started);
-                report(m_started, 0, m_plan.tracks[size_t(m_started - 1)]->blockCount());
-            }
+            startTracksUpTo(track);
             if (status == burn::BURN_DRIVE_WRITING && m_closed < track)
                 report(track, p.sector, m_plan.tracks[size_t(track - 1)]->blockCount());
             if (status == burn::BURN_DRIVE_CLOSING_TRACK)
                 closeTracksUpTo(track);
             if (status == burn::BURN_DRIVE_CLOSING_SESSION && !m_sessionClosed && !cancelled) {
+                startTracksUpTo(qint32(m_plan.tracks.size()));
                 closeTracksUpTo(qint32(m_plan.tracks.size()));
                 m_sessionClosed = true;
                 m_monitor.closingSession();
@@ -264,6 +269,8 @@ JobOutcome BurnWriter::run(std::unique_ptr<BurnDrive> &drive, const BurnMedium::
     if (!burn::burn_drive_wrote_well(drive->get()))
         return DriveSense::failure(QStringLiteral("The drive reported a failure while writing"),
                                    said);
+    // A short write can end between two looks at the drive: its steps are told all the same.
+    startTracksUpTo(qint32(m_plan.tracks.size()));
     closeTracksUpTo(qint32(m_plan.tracks.size()));
     if (!m_sessionClosed && (m_plan.closeSession || m_plan.finalize))
         m_monitor.closingSession();

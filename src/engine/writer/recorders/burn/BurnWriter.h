@@ -43,6 +43,7 @@ private:
     JobOutcome verify(BurnDrive &drive, qint32 start);
     JobOutcome writeHead(BurnDrive &drive, qint32 start, qint32 blocks);
     void report(qint32 track, qint64 done, qint64 total);
+    void startTracksUpTo(qint32 track);
     void closeTracksUpTo(qint32 track);
 
     const WritePlan &m_plan;
