@@ -177,16 +177,15 @@ QString DriveSense::senseText(const Sense &s) {
 }
 
 std::optional<DriveSense::Sense> DriveSense::parse(const QString &message) {
-    // libburn writes sense data as "[K AA QQ]" and, in some messages, without the brackets
-    // right after the word "sense" or "error".
+    // libburn writes sense data as "[K AA QQ]", and in some messages bare, after the command
+    // that failed; bare triples count only in a message about SCSI or sense data.
     static const QRegularExpression bracketed(
         QStringLiteral(R"(\[\s*([0-9A-Fa-f])\s+([0-9A-Fa-f]{2})\s+([0-9A-Fa-f]{2})\s*\])"));
-    static const QRegularExpression bare(
-        QStringLiteral(
-            R"((?:sense|error|SCSI)[^0-9A-Fa-f]*?\b([0-9A-Fa-f])\s+([0-9A-Fa-f]{2})\s+([0-9A-Fa-f]{2})\b)"),
-        QRegularExpression::CaseInsensitiveOption);
+    static const QRegularExpression bare(QStringLiteral(
+        R"((?<![0-9A-Za-z])([0-9A-Fa-f])\s+([0-9A-Fa-f]{2})\s+([0-9A-Fa-f]{2})(?![0-9A-Za-z]))"));
     QRegularExpressionMatch m = bracketed.match(message);
-    if (!m.hasMatch())
+    if (!m.hasMatch() && (message.contains(QLatin1StringView("SCSI")) ||
+                          message.contains(QLatin1StringView("sense"), Qt::CaseInsensitive)))
         m = bare.match(message);
     if (!m.hasMatch())
         return std::nullopt;
