@@ -9,11 +9,18 @@
 #include "engine/writer/recorders/burn/BurnWriter.h"
 #include "engine/writer/recorders/burn/OverwriteSessions.h"
 
+#include "base/App.h"
+
+#include <QApplication>
 #include <QDir>
 #include <QFile>
+#include <QProcess>
 #include <QRegularExpression>
 #include <QTemporaryDir>
 #include <QTest>
+
+#include <csignal>
+#include <cstdio>
 
 using namespace EngineFixtures;
 
@@ -142,6 +149,8 @@ private slots:
     void finishHasNothingToClose();
     void sessionsOfXorrisoAreFound();
     void grabbingDoesNotLeakDrives();
+    void abortGuardGivesBackTheHandlers();
+    void signalDuringWriteGoesThroughAbortHandler();
 };
 
 void tst_BurnRecorder::scanListsImageRecorderLast() {
@@ -454,5 +463,95 @@ void tst_BurnRecorder::grabbingDoesNotLeakDrives() {
     }
 }
 
-QTEST_MAIN(tst_BurnRecorder)
+void tst_BurnRecorder::abortGuardGivesBackTheHandlers() {
+    struct sigaction mine {};
+    mine.sa_handler = [](int) {};
+    struct sigaction before {};
+    QCOMPARE(sigaction(SIGUSR1, &mine, &before), 0);
+    {
+        BurnLibrary::AbortGuard guard;
+        struct sigaction during {};
+        sigaction(SIGUSR1, nullptr, &during);
+        QVERIFY(during.sa_handler != mine.sa_handler); // libburn's handler has it
+    }
+    struct sigaction after {};
+    sigaction(SIGUSR1, nullptr, &after);
+    QVERIFY(after.sa_handler == mine.sa_handler);
+    sigaction(SIGUSR1, &before, nullptr);
+}
+
+void tst_BurnRecorder::signalDuringWriteGoesThroughAbortHandler() {
+    // A program ended by a signal in the middle of a write: libburn's handler stops the drive,
+    // waits for it and exits with 1, instead of the signal killing the process mid-command.
+    QTemporaryDir media;
+    const QString disc = media.filePath("killed.iso");
+    QProcess child;
+    QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
+    env.insert("TESSALY_BURN_CHILD", disc);
+    child.setProcessEnvironment(env);
+    child.start(QCoreApplication::applicationFilePath(), {});
+    QVERIFY(child.waitForStarted());
+    QByteArray said;
+    while (!said.contains("writing") && child.state() == QProcess::Running) {
+        child.waitForReadyRead(1000);
+        said += child.readAllStandardOutput();
+    }
+    QVERIFY2(said.contains("writing"), said.constData());
+    QCOMPARE(::kill(pid_t(child.processId()), SIGTERM), 0);
+    QVERIFY(child.waitForFinished(60000));
+    QCOMPARE(child.exitStatus(), QProcess::NormalExit);
+    QCOMPARE(child.exitCode(), 1);
+    // Nothing of the broken write counts: the file reads as a blank medium.
+    BurnRecorder recorder({"stdio:" + disc, "libburn", "File drive", true});
+    QCOMPARE(recorder.medium().discStatus, 0);
+}
+
+namespace {
+// The child of signalDuringWriteGoesThroughAbortHandler: starts a long write to the file drive
+// named in the environment and says "writing" when the drive has begun.
+int writeUntilKilled(int argc, char **argv) {
+    QCoreApplication app(argc, argv);
+    // Everything goes beside the file drive, in the parent's folder: this process ends
+    // through exit() and cleans nothing up itself.
+    const QString disc = qEnvironmentVariable("TESSALY_BURN_CHILD");
+    const QDir folder = QFileInfo(disc).dir();
+    App::setPath(folder.path());
+    DriveScanner::addPseudoDrive(disc);
+    CDWriterPro engine;
+    engine.InitializeDrives(false);
+    engine.SelectDrive(0);
+    engine.ClearISOImage();
+    QFile big(folder.filePath("big.bin"));
+    if (!big.open(QIODevice::WriteOnly) || !big.resize(qint64(4) * 1024 * 1024 * 1024))
+        return 10;
+    big.close();
+    engine.AddISOFile("\\big.bin", big.fileName());
+    bool told = false;
+    QObject::connect(&engine, &CDWriterPro::TrackWriteStatus, &app,
+                     [&](qint32, qint32 done, qint32) {
+                         if (!told && done > 0) {
+                             told = true;
+                             std::fputs("writing\n", stdout);
+                             std::fflush(stdout);
+                         }
+                     });
+    QObject::connect(&engine, &CDWriterPro::WriteComplete, &app,
+                     [] { QCoreApplication::exit(11); });
+    QObject::connect(&engine, &CDWriterPro::WriteError, &app, [] { QCoreApplication::exit(12); });
+    if (!engine.WriteDisc())
+        return 13;
+    return app.exec();
+}
+} // namespace
+
+int main(int argc, char **argv) {
+    if (qEnvironmentVariableIsSet("TESSALY_BURN_CHILD"))
+        return writeUntilKilled(argc, argv);
+    QApplication app(argc, argv);
+    app.setAttribute(Qt::AA_Use96Dpi, true);
+    tst_BurnRecorder tc;
+    QTEST_SET_MAIN_SOURCE_PATH
+    return QTest::qExec(&tc, argc, argv);
+}
+
 #include "tst_burnrecorder.moc"
