@@ -2,12 +2,15 @@
 
 #include <QMutex>
 
+#include <csignal>
+
 #include <cstdlib>
 #include <mutex>
 
 namespace {
 QMutex guardMutex;
-bool guardActive = false;
+int activeGuards = 0;
+struct sigaction savedActions[NSIG];
 } // namespace
 
 bool BurnLibrary::ensureStarted() {
@@ -45,23 +48,26 @@ QStringList BurnLibrary::takeMessages() {
 
 BurnLibrary::AbortGuard::AbortGuard() {
     QMutexLocker lock(&guardMutex);
-    if (guardActive || !ensureStarted())
+    if (!ensureStarted())
+        return;
+    m_active = true;
+    // Jobs of several drives share one installation: the first installs, the last restores.
+    if (activeGuards++ > 0)
         return;
     for (int sig = 1; sig < NSIG; ++sig)
-        sigaction(sig, nullptr, &m_saved[sig]);
+        sigaction(sig, nullptr, &savedActions[sig]);
     // Action 1: the handler cancels the drives' work, waits for them to become idle and exits.
     burn::burn_set_signal_handling(const_cast<char *>("tessaly : "), nullptr, 0x10);
-    guardActive = true;
-    m_active = true;
 }
 
 BurnLibrary::AbortGuard::~AbortGuard() {
     if (!m_active)
         return;
     QMutexLocker lock(&guardMutex);
+    if (--activeGuards > 0)
+        return;
     for (int sig = 1; sig < NSIG; ++sig) {
         if (sig != SIGKILL && sig != SIGSTOP)
-            sigaction(sig, &m_saved[sig], nullptr);
+            sigaction(sig, &savedActions[sig], nullptr);
     }
-    guardActive = false;
 }

@@ -5,7 +5,6 @@
 #include <QString>
 #include <QStringList>
 
-#include <csignal>
 #include <memory>
 
 // libburn set up once for the process, its message queue, and the owners of its handles. Any
@@ -42,7 +41,7 @@ using SourcePtr = std::unique_ptr<burn::burn_source, SourceDeleter>;
 
 // While a drive job runs, a signal that would end the program goes through libburn's abort
 // handler: it cancels the drive's work, waits until it is idle, releases it and exits. The
-// program's own handlers are put back when the job ends. Only one job's guard is active.
+// program's own handlers are put back when the last job ends.
 class AbortGuard {
 public:
     AbortGuard();
@@ -52,6 +51,5 @@ public:
 
 private:
     bool m_active = false;
-    struct sigaction m_saved[NSIG];
 };
 } // namespace BurnLibrary

@@ -240,11 +240,11 @@ BurnMedium::Assessment BurnMedium::assess(BurnDrive &drive) {
             st.discType = cd ? 255 : 0;
         if (st.discType == 32 && st.lastSessionMode == 1)
             st.lastSessionMode = 2;
-        if (st.lastSessionStart < 0) {
-            int msc1 = -1;
-            if (burn::burn_disc_get_msc1(d, &msc1) > 0)
-                st.lastSessionStart = msc1;
-        }
+        // The drive's own answer for the last session's start, as mkisofs -C takes it; the TOC
+        // stands in when the drive gives none.
+        int msc1 = -1;
+        if (burn::burn_disc_get_msc1(d, &msc1) > 0 && msc1 >= 0)
+            st.lastSessionStart = msc1;
     }
     return a;
 }

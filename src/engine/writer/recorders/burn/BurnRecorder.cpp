@@ -164,18 +164,21 @@ QString BurnRecorder::mediumIdentity() const {
     const int status = ::ioctl(fd, CDROM_DRIVE_STATUS, CDSL_CURRENT);
     const int changed = ::ioctl(fd, CDROM_MEDIA_CHANGED, CDSL_CURRENT);
     ::close(fd);
-    static QAtomicInt generation = 0;
     if (changed == 1)
-        generation.fetchAndAddRelaxed(1);
+        m_generation.fetchAndAddRelaxed(1);
     return status == CDS_DISC_OK
-               ? QStringLiteral("%1 %2").arg(m_inquiry.address).arg(generation.loadRelaxed())
+               ? QStringLiteral("%1 %2").arg(m_inquiry.address).arg(m_generation.loadRelaxed())
                : QString();
 }
 
 std::optional<BurnMedium::Assessment> BurnRecorder::assessed() const {
     const QString identity = mediumIdentity();
     QMutexLocker lock(&m_mutex);
-    if (m_busy || (m_assessment && identity == m_assessedIdentity))
+    if (m_busy)
+        return m_assessment;
+    // Whoever asks about the medium has finished the reads of an import: the drive goes back.
+    m_kept.reset();
+    if (m_assessment && identity == m_assessedIdentity)
         return m_assessment;
     QString why;
     std::unique_ptr<BurnDrive> drive = take(false, &why);

@@ -67,4 +67,5 @@ private:
     mutable QString m_assessedIdentity;
     mutable std::optional<quint64> m_capabilities;
     mutable bool m_busy = false;
+    mutable QAtomicInt m_generation = 0; // media changes the kernel reported
 };
