@@ -254,8 +254,7 @@ bool BurnRecorder::readBlocks(qint32 lba, qint32 count, char *buffer) {
 JobOutcome BurnRecorder::precheck(const WritePlan &plan) const {
     QMutexLocker lock(&m_mutex);
     if (m_busy)
-        return JobOutcome::driveFailure(1002, QStringLiteral("The drive is busy"),
-                                        DriveSense::senseText({0x2, 0x04, 0x07}));
+        return busyOutcome();
     QString why;
     std::unique_ptr<BurnDrive> drive = take(false, &why);
     if (!drive)
@@ -268,11 +267,10 @@ JobOutcome BurnRecorder::precheck(const WritePlan &plan) const {
     return outcome;
 }
 
-JobOutcome BurnRecorder::write(const WritePlan &plan, JobMonitor &monitor) {
+JobOutcome BurnRecorder::runJob(const Job &job) {
     BusyScope busy(m_mutex, m_busy);
     if (!busy.ok())
-        return JobOutcome::driveFailure(1002, QStringLiteral("The drive is busy"),
-                                        DriveSense::senseText({0x2, 0x04, 0x07}));
+        return busyOutcome();
     QString why;
     std::unique_ptr<BurnDrive> drive;
     {
@@ -282,18 +280,25 @@ JobOutcome BurnRecorder::write(const WritePlan &plan, JobMonitor &monitor) {
     }
     if (!drive)
         return unreachable(why);
-    const BurnMedium::Assessment a = BurnMedium::assess(*drive);
-    JobOutcome outcome;
-    {
+    const JobOutcome outcome = job(drive, BurnMedium::assess(*drive));
+    drive.reset(); // waits until the drive is idle and releases it
+    return outcome;
+}
+
+JobOutcome BurnRecorder::busyOutcome() {
+    return JobOutcome::driveFailure(1002, QStringLiteral("The drive is busy"),
+                                    DriveSense::senseText({0x2, 0x04, 0x07}));
+}
+
+JobOutcome BurnRecorder::write(const WritePlan &plan, JobMonitor &monitor) {
+    return runJob([&](std::unique_ptr<BurnDrive> &drive, const BurnMedium::Assessment &a) {
         BurnWriter writer(plan, monitor);
-        outcome = writer.run(drive, a, [this](std::unique_ptr<BurnDrive> d) {
+        return writer.run(drive, a, [this](std::unique_ptr<BurnDrive> d) {
             d.reset(); // released first: a drive is grabbed once at a time
             QString again;
             return BurnDrive::grab(m_inquiry.address, false, &again);
         });
-    }
-    drive.reset(); // waits until the drive is idle and releases it
-    return outcome;
+    });
 }
 
 JobOutcome BurnRecorder::waitForDrive(BurnDrive &drive, JobMonitor &monitor, const QString &what) {
@@ -353,20 +358,13 @@ JobOutcome BurnRecorder::eraseOverwriteable(BurnDrive &drive, const BurnMedium::
 }
 
 JobOutcome BurnRecorder::erase(bool quick, JobMonitor &monitor) {
-    BusyScope busy(m_mutex, m_busy);
-    if (!busy.ok())
-        return JobOutcome::driveFailure(1002, QStringLiteral("The drive is busy"),
-                                        DriveSense::senseText({0x2, 0x04, 0x07}));
-    QString why;
-    std::unique_ptr<BurnDrive> drive;
-    {
-        QMutexLocker lock(&m_mutex);
-        drive = take(false, &why);
-        m_assessment.reset();
-    }
-    if (!drive)
-        return unreachable(why);
-    const BurnMedium::Assessment a = BurnMedium::assess(*drive);
+    return runJob([&](std::unique_ptr<BurnDrive> &drive, const BurnMedium::Assessment &a) {
+        return eraseWith(*drive, a, quick, monitor);
+    });
+}
+
+JobOutcome BurnRecorder::eraseWith(BurnDrive &drive, const BurnMedium::Assessment &a, bool quick,
+                                   JobMonitor &monitor) {
     if (!a.state.present())
         return JobOutcome::driveFailure(1033, QStringLiteral("No medium in the drive"),
                                         DriveSense::senseText({0x2, 0x3A, 0x00}));
@@ -376,7 +374,7 @@ JobOutcome BurnRecorder::erase(bool quick, JobMonitor &monitor) {
                     .arg(m_inquiry.address));
     if (a.overwriteable) {
         BurnLibrary::AbortGuard guard;
-        return eraseOverwriteable(*drive, a, quick, monitor);
+        return eraseOverwriteable(drive, a, quick, monitor);
     }
     // Only CD-RW and sequential DVD-RW are blanked; write-once media can't be.
     if (a.profile != 0x0a && a.profile != 0x14)
@@ -384,7 +382,7 @@ JobOutcome BurnRecorder::erase(bool quick, JobMonitor &monitor) {
                                         QStringLiteral("This medium is not rewritable and can't "
                                                        "be erased"),
                                         DriveSense::senseText({0x5, 0x30, 0x05}));
-    if (burn::burn_disc_get_status(drive->get()) == burn::BURN_DISC_BLANK) {
+    if (burn::burn_disc_get_status(drive.get()) == burn::BURN_DISC_BLANK) {
         monitor.log(QStringLiteral("The medium is blank already."));
         return JobOutcome::completed();
     }
@@ -392,25 +390,18 @@ JobOutcome BurnRecorder::erase(bool quick, JobMonitor &monitor) {
         monitor.log(QStringLiteral("A quickly blanked DVD-RW takes one session written at once "
                                    "(DAO) only; full blanking keeps it open for more sessions."));
     BurnLibrary::AbortGuard guard;
-    burn::burn_disc_erase(drive->get(), quick ? 1 : 0);
-    return waitForDrive(*drive, monitor, QStringLiteral("Blanking"));
+    burn::burn_disc_erase(drive.get(), quick ? 1 : 0);
+    return waitForDrive(drive, monitor, QStringLiteral("Blanking"));
 }
 
 JobOutcome BurnRecorder::finish(bool closeDisc, JobMonitor &monitor) {
-    BusyScope busy(m_mutex, m_busy);
-    if (!busy.ok())
-        return JobOutcome::driveFailure(1002, QStringLiteral("The drive is busy"),
-                                        DriveSense::senseText({0x2, 0x04, 0x07}));
-    QString why;
-    std::unique_ptr<BurnDrive> drive;
-    {
-        QMutexLocker lock(&m_mutex);
-        drive = take(false, &why);
-        m_assessment.reset();
-    }
-    if (!drive)
-        return unreachable(why);
-    const BurnMedium::Assessment a = BurnMedium::assess(*drive);
+    return runJob([&](std::unique_ptr<BurnDrive> &drive, const BurnMedium::Assessment &a) {
+        return finishWith(*drive, a, closeDisc, monitor);
+    });
+}
+
+JobOutcome BurnRecorder::finishWith(BurnDrive &drive, const BurnMedium::Assessment &a,
+                                    bool closeDisc, JobMonitor &monitor) {
     const MediumState &st = a.state;
     if (!st.present())
         return JobOutcome::driveFailure(1033, QStringLiteral("No medium in the drive"),
@@ -431,13 +422,13 @@ JobOutcome BurnRecorder::finish(bool closeDisc, JobMonitor &monitor) {
                                         QStringLiteral("No session stands open on a blank "
                                                        "disc"),
                                         DriveSense::senseText({0x5, 0x72, 0x00}));
-    const bool damaged = burn::burn_disc_next_track_is_damaged(drive->get(), 0) & 1;
+    const bool damaged = burn::burn_disc_next_track_is_damaged(drive.get(), 0) & 1;
     if (!closeDisc && !damaged && st.lastSessionStatus != 1) {
         monitor.log(QStringLiteral("The last session is closed already."));
         monitor.closingSession();
         return JobOutcome::completed();
     }
-    BurnLibrary::WriteOptsPtr opts(burn::burn_write_opts_new(drive->get()));
+    BurnLibrary::WriteOptsPtr opts(burn::burn_write_opts_new(drive.get()));
     burn::burn_write_opts_set_write_type(opts.get(), burn::BURN_WRITE_TAO, burn::BURN_BLOCK_MODE1);
     burn::burn_write_opts_set_simulate(opts.get(), 0);
     burn::burn_write_opts_set_multi(opts.get(), closeDisc ? 0 : 1);

@@ -6,6 +6,7 @@
 #include <QMutex>
 #include <QStringList>
 
+#include <functional>
 #include <memory>
 #include <optional>
 
@@ -56,6 +57,16 @@ private:
     std::unique_ptr<BurnDrive> take(bool load, QString *why) const;
     std::optional<BurnMedium::Assessment> assessed() const;
     JobOutcome unreachable(const QString &why) const;
+    // Runs one job: marks the recorder busy, grabs the drive, learns the medium, and releases
+    // the drive when the job returns, whatever it returns.
+    using Job =
+        std::function<JobOutcome(std::unique_ptr<BurnDrive> &, const BurnMedium::Assessment &)>;
+    JobOutcome runJob(const Job &job);
+    static JobOutcome busyOutcome();
+    JobOutcome eraseWith(BurnDrive &drive, const BurnMedium::Assessment &a, bool quick,
+                         JobMonitor &monitor);
+    JobOutcome finishWith(BurnDrive &drive, const BurnMedium::Assessment &a, bool closeDisc,
+                          JobMonitor &monitor);
     JobOutcome eraseOverwriteable(BurnDrive &drive, const BurnMedium::Assessment &a, bool quick,
                                   JobMonitor &monitor);
     JobOutcome waitForDrive(BurnDrive &drive, JobMonitor &monitor, const QString &what);
