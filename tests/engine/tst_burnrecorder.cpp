@@ -281,7 +281,14 @@ void tst_BurnRecorder::cancelReleasesTheDrive() {
     big.close();
     rig.engine.AddISOFile("\\big.bin", big.fileName());
     rig.probe.cancelAtOnePercent = true;
+    // While the drive is busy the windows still learn what medium it holds.
+    QList<qint32> typesDuringWrite;
+    connect(&rig.engine, &CDWriterPro::TrackWriteStatus, this,
+            [&] { typesDuringWrite << rig.engine.MediaType(); });
     QVERIFY(rig.write());
+    disconnect(&rig.engine, &CDWriterPro::TrackWriteStatus, this, nullptr);
+    QVERIFY(!typesDuringWrite.isEmpty());
+    QCOMPARE(typesDuringWrite, QList<qint32>(typesDuringWrite.size(), 1));
     QCOMPARE(rig.probe.endingEvent(), QStringLiteral("WriteCancelled"));
     QCOMPARE(rig.probe.count("WriteCancelled"), 1);
     QCOMPARE(rig.probe.count("WriteComplete") + rig.probe.count("WriteError"), 0);

@@ -276,12 +276,14 @@ JobOutcome BurnRecorder::runJob(const Job &job) {
     {
         QMutexLocker lock(&m_mutex);
         drive = take(false, &why);
-        m_assessment.reset();
     }
     if (!drive)
         return unreachable(why);
+    // Meanwhile the medium members answer with the state from before the job.
     const JobOutcome outcome = job(drive, BurnMedium::assess(*drive));
     drive.reset(); // waits until the drive is idle and releases it
+    QMutexLocker lock(&m_mutex);
+    m_assessment.reset();
     return outcome;
 }
 
