@@ -1,5 +1,6 @@
 // What drives and libburn say about failures, in the engine's terms; and the session layout of
 // media written at any address.
+#include "engine/writer/recorders/burn/BurnMedium.h"
 #include "engine/writer/recorders/burn/DriveSense.h"
 #include "engine/writer/recorders/burn/OverwriteSessions.h"
 
@@ -47,6 +48,10 @@ private slots:
     void sessionsOfAMedium_data();
     void sessionsOfAMedium();
     void headCountsFromBlockZero();
+    void profilesAsMediaTypes_data();
+    void profilesAsMediaTypes();
+    void discTypesOfCdInformation_data();
+    void discTypesOfCdInformation();
 };
 
 void tst_BurnSense::senseToDriveCode_data() {
@@ -225,6 +230,52 @@ void tst_BurnSense::headCountsFromBlockZero() {
     QCOMPARE(head.mid(17 * 2048, 2048), descriptor(2, 89)); // Joliet's counts too, both orders
     QCOMPARE(head.mid(18 * 2048, 2048), descriptor(255, 0));
     QCOMPARE(head.left(16 * 2048), session.left(16 * 2048));
+}
+
+void tst_BurnSense::profilesAsMediaTypes_data() {
+    QTest::addColumn<int>("profile");
+    QTest::addColumn<int>("mediaType");
+    QTest::addColumn<bool>("anyAddress"); // sessions laid out by this recorder, not the drive
+    QTest::newRow("CD-ROM, shown as a closed CD-R") << 0x08 << 255 << false;
+    QTest::newRow("CD-R") << 0x09 << 255 << false;
+    QTest::newRow("CD-RW") << 0x0a << 253 << false;
+    QTest::newRow("DVD-ROM") << 0x10 << 0 << false;
+    QTest::newRow("DVD-R") << 0x11 << 2 << false;
+    QTest::newRow("DVD-R DL") << 0x15 << 2 << false;
+    QTest::newRow("DVD-RAM") << 0x12 << 1 << true;
+    QTest::newRow("DVD-RW restricted overwrite") << 0x13 << 3 << true;
+    QTest::newRow("DVD-RW sequential") << 0x14 << 3 << false;
+    QTest::newRow("DVD+RW") << 0x1a << 9 << true;
+    QTest::newRow("DVD+RW DL") << 0x2a << 9 << true;
+    QTest::newRow("DVD+R") << 0x1b << 10 << false;
+    QTest::newRow("DVD+R DL") << 0x2b << 10 << false;
+    QTest::newRow("BD-R") << 0x41 << 2 << false;
+    QTest::newRow("BD-RE") << 0x43 << 1 << true;
+    QTest::newRow("a file") << 0xffff << 1 << true;
+    QTest::newRow("none") << 0 << 254 << false;
+}
+
+void tst_BurnSense::profilesAsMediaTypes() {
+    QFETCH(int, profile);
+    QFETCH(int, mediaType);
+    QFETCH(bool, anyAddress);
+    QCOMPARE(BurnMedium::mediaTypeOf(profile), mediaType);
+    QCOMPARE(BurnMedium::isOverwriteable(profile), anyAddress);
+}
+
+void tst_BurnSense::discTypesOfCdInformation_data() {
+    QTest::addColumn<QByteArray>("text");
+    QTest::addColumn<int>("discType");
+    QTest::newRow("CD-DA or CD-ROM") << QByteArray("CD-DA or CD-ROM") << 0;
+    QTest::newRow("CD-I") << QByteArray("CD-I") << 16;
+    QTest::newRow("CD-ROM XA") << QByteArray("CD-ROM XA") << 32;
+    QTest::newRow("undefined") << QByteArray("undefined") << 255;
+}
+
+void tst_BurnSense::discTypesOfCdInformation() {
+    QFETCH(QByteArray, text);
+    QFETCH(int, discType);
+    QCOMPARE(BurnMedium::discTypeOf(text.constData()), discType);
 }
 
 QTEST_MAIN(tst_BurnSense)
