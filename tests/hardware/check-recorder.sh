@@ -34,7 +34,13 @@ ask() {
     "$TOOL" "$DEV" tray close >/dev/null
     return 0
 }
-run() { "$TOOL" "$DEV" "$@" >"$WORK/out" 2>&1; grep -q "RESULT complete" "$WORK/out"; }
+LOG=$PWD/check-recorder.log
+: >"$LOG"
+run() {
+    "$TOOL" "$DEV" "$@" >"$WORK/out" 2>&1
+    { echo "==== $*"; cat "$WORK/out"; } >>"$LOG"
+    grep -q "RESULT complete" "$WORK/out"
+}
 info() { "$TOOL" "$DEV" info | awk -v k="$1" '$1 == k { print $2 }'; }
 files() { # DIR SEED: a tree of files that differ from each other
     mkdir -p "$1/sub"
@@ -147,5 +153,5 @@ if ask "leave a disc in $DEV, the tray will open and close"; then
 fi
 
 echo
-echo "passed $PASSED, failed $FAILED, skipped $SKIPPED"
+echo "passed $PASSED, failed $FAILED, skipped $SKIPPED; every step's output is in $LOG"
 [ "$FAILED" = 0 ]

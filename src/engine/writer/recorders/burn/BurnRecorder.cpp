@@ -376,6 +376,19 @@ JobOutcome BurnRecorder::eraseWith(BurnDrive &drive, const BurnMedium::Assessmen
                     .arg(m_inquiry.address));
     if (a.overwriteable) {
         BurnLibrary::AbortGuard guard;
+        int formatStatus = 0, formats = 0;
+        off_t formatSize = 0;
+        unsigned blockLength = 0;
+        if (!drive.isPseudo() &&
+            burn::burn_disc_get_formats(drive.get(), &formatStatus, &formatSize, &blockLength,
+                                        &formats) > 0 &&
+            formatStatus == BURN_FORMAT_IS_UNFORMATTED) {
+            // A DVD+RW, DVD-RAM or BD-RE as it comes from the box: erasing it means formatting
+            // it (size mode 3: the drive's default size).
+            monitor.log(QStringLiteral("The medium is unformatted: it is formatted."));
+            burn::burn_disc_format(drive.get(), 0, 3 << 1);
+            return waitForDrive(drive, monitor, QStringLiteral("Formatting"));
+        }
         return eraseOverwriteable(drive, a, quick, monitor);
     }
     // Only CD-RW and sequential DVD-RW are blanked; write-once media can't be.
