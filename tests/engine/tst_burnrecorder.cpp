@@ -143,7 +143,8 @@ private slots:
     void mismatchAfterWriteIsAWriteError_data();
     void mismatchAfterWriteIsAWriteError();
     void isoFileGoesToBlockZero();
-    void libburnRefusesAudioOnAFile();
+    void precheckOnABlankFile_data();
+    void precheckOnABlankFile();
     void eraseMakesTheFileBlank_data();
     void eraseMakesTheFileBlank();
     void finishHasNothingToClose();
@@ -368,21 +369,36 @@ void tst_BurnRecorder::isoFileGoesToBlockZero() {
     QCOMPARE(rig.engine.FreeBlocks(), 0);
 }
 
-void tst_BurnRecorder::libburnRefusesAudioOnAFile() {
+void tst_BurnRecorder::precheckOnABlankFile_data() {
+    QTest::addColumn<qint32>("mode");
+    QTest::addColumn<qint32>("start");
+    QTest::addColumn<qint32>("driveError"); // 0: the drive takes it
+    QTest::addColumn<QString>("said");
+    QTest::newRow("data for the first session") << 1 << 32 << 0 << "";
+    QTest::newRow("a plain image at block 0") << 1 << 0 << 0 << "";
+    QTest::newRow("data laid out elsewhere") << 1 << 100 << 1038 << "laid out for block 100";
+    // libburn's own check refuses, and its reason reaches the user.
+    QTest::newRow("audio") << 0 << 32 << 1040 << "audio track prohibited";
+}
+
+void tst_BurnRecorder::precheckOnABlankFile() {
+    QFETCH(qint32, mode);
+    QFETCH(qint32, start);
+    QFETCH(qint32, driveError);
+    QFETCH(QString, said);
     TestEnvironment env;
     QTemporaryDir media;
-    BurnRecorder recorder({"stdio:" + media.filePath("audio.bin"), "libburn", "File drive", true});
-    BytesTrack audio(0, 750);
+    BurnRecorder recorder({"stdio:" + media.filePath("p.bin"), "libburn", "File drive", true});
+    BytesTrack track(mode, 750);
     WritePlan plan;
-    plan.tracks = {&audio};
-    plan.startAddress = 32;
-    const JobOutcome refused = recorder.precheck(plan);
-    QCOMPARE(refused.kind, JobOutcome::Failed);
-    QCOMPARE(refused.writeError, 3);
-    QCOMPARE(refused.driveError, 1040);
-    // libburn's own reason reaches the user.
-    QVERIFY2(refused.errorInfo.contains("audio track prohibited"), qPrintable(refused.errorInfo));
-    QVERIFY(refused.senseInfo.startsWith("5/64/00"));
+    plan.tracks = {&track};
+    plan.startAddress = start;
+    const JobOutcome o = recorder.precheck(plan);
+    QCOMPARE(o.kind, driveError ? JobOutcome::Failed : JobOutcome::Completed);
+    QCOMPARE(o.driveError, driveError);
+    QVERIFY2(o.errorInfo.contains(said), qPrintable(o.errorInfo));
+    if (driveError)
+        QCOMPARE(o.writeError, 3);
 }
 
 void tst_BurnRecorder::eraseMakesTheFileBlank_data() {

@@ -102,7 +102,10 @@ JobOutcome BurnWriter::check(BurnDrive &drive, const BurnMedium::Assessment &med
     if (st.nextWritableAddress < 0)
         return JobOutcome::driveFailure(1032, QStringLiteral("The medium takes no more data"),
                                         DriveSense::senseText({0x5, 0x30, 0x05}));
-    if (m_plan.startAddress != st.nextWritableAddress && !plainImageOnBlank)
+    // Only data is laid out for an address; audio goes wherever the drive continues.
+    const bool addressBound = std::any_of(m_plan.tracks.begin(), m_plan.tracks.end(),
+                                          [](const TrackSource *t) { return t->mode() != 0; });
+    if (addressBound && m_plan.startAddress != st.nextWritableAddress && !plainImageOnBlank)
         return JobOutcome::driveFailure(
             1038,
             QStringLiteral("The track was laid out for block %1, the medium continues at %2")
