@@ -5,6 +5,7 @@
 #include "DriveSense.h"
 
 #include <QDir>
+#include <QFile>
 #include <QFileInfo>
 #include <QThread>
 
@@ -108,6 +109,10 @@ std::vector<BurnRecorder::Inquiry> BurnRecorder::scanMachine(QStringList *notes)
     if (infos)
         burn::burn_drive_info_free(infos);
     const QStringList said = BurnLibrary::takeMessages();
+    if (r < 0 && notes)
+        *notes << QStringLiteral("libburn's drive scan failed: %1")
+                      .arg(said.isEmpty() ? QStringLiteral("no reason given")
+                                          : said.join(QStringLiteral("; ")));
     // A drive that the scan passed over is named with the reason, so that the user learns why
     // it is missing.
     const QDir dev(QStringLiteral("/dev"));
