@@ -1,8 +1,9 @@
-// What drives and libburn say about failures, in the engine's terms; and the session layout of
-// media written at any address.
+// What drives and libburn say, in the engine's terms; how a track is handed to libburn; and the
+// session layout of media written at any address.
 #include "engine/writer/recorders/burn/BurnMedium.h"
 #include "engine/writer/recorders/burn/DriveSense.h"
 #include "engine/writer/recorders/burn/OverwriteSessions.h"
+#include "engine/writer/recorders/burn/TrackFeed.h"
 
 #include <QTest>
 
@@ -23,6 +24,34 @@ QByteArray descriptor(int type, quint32 blocks) {
     }
     return b;
 }
+
+// A track whose byte n is n * 7 mod 251, so that a lost or doubled byte shows; it fails at
+// block `failAt`.
+class PatternTrack : public TrackSource {
+public:
+    PatternTrack(qint32 mode, qint64 blocks, qint64 failAt = -1)
+        : m_mode(mode)
+        , m_blocks(blocks)
+        , m_failAt(failAt) {}
+    qint32 mode() const override { return m_mode; }
+    qint64 blockCount() const override { return m_blocks; }
+    bool read(char *buffer, qint64 bytes) override {
+        const qint64 block = m_mode == 0 ? 2352 : 2048;
+        if (bytes % block != 0)
+            return false;
+        if (m_failAt >= 0 && (m_offset + bytes) / block > m_failAt)
+            return false;
+        for (qint64 i = 0; i < bytes; ++i)
+            buffer[i] = char((m_offset + i) * 7 % 251);
+        m_offset += bytes;
+        return true;
+    }
+
+private:
+    qint32 m_mode;
+    qint64 m_blocks, m_failAt;
+    qint64 m_offset = 0;
+};
 
 OverwriteSessions::BlockReader reader(const Blocks &blocks) {
     return [blocks](qint32 lba, char *out) {
@@ -48,6 +77,9 @@ private slots:
     void sessionsOfAMedium_data();
     void sessionsOfAMedium();
     void headCountsFromBlockZero();
+    void feedHandsOutTheTrack_data();
+    void feedHandsOutTheTrack();
+    void feedReportsAFailedSource();
     void profilesAsMediaTypes_data();
     void profilesAsMediaTypes();
     void discTypesOfCdInformation_data();
@@ -230,6 +262,56 @@ void tst_BurnSense::headCountsFromBlockZero() {
     QCOMPARE(head.mid(17 * 2048, 2048), descriptor(2, 89)); // Joliet's counts too, both orders
     QCOMPARE(head.mid(18 * 2048, 2048), descriptor(255, 0));
     QCOMPARE(head.left(16 * 2048), session.left(16 * 2048));
+}
+
+void tst_BurnSense::feedHandsOutTheTrack_data() {
+    QTest::addColumn<int>("mode");
+    QTest::addColumn<int>("blocks");
+    QTest::addColumn<int>("readSize"); // what libburn asks for per call
+    QTest::newRow("audio, a sector per call") << 0 << 75 << 2352;
+    QTest::newRow("data, a sector per call") << 1 << 70 << 2048;
+    QTest::newRow("data, odd sizes across runs") << 1 << 33 << 1000;
+    QTest::newRow("audio, large calls") << 0 << 40 << 2352 * 16;
+}
+
+void tst_BurnSense::feedHandsOutTheTrack() {
+    QFETCH(int, mode);
+    QFETCH(int, blocks);
+    QFETCH(int, readSize);
+    PatternTrack track(mode, blocks);
+    auto record = std::make_shared<TrackFeed::Record>();
+    BurnLibrary::SourcePtr src = TrackFeed::create(&track, record);
+    QVERIFY(src);
+    const qint64 blockBytes = mode == 0 ? 2352 : 2048;
+    QCOMPARE(qint64(src->get_size(src.get())), blocks * blockBytes);
+    QByteArray all;
+    std::vector<unsigned char> buffer(static_cast<size_t>(readSize));
+    for (int n; (n = src->read_xt(src.get(), buffer.data(), readSize)) > 0;)
+        all.append(reinterpret_cast<const char *>(buffer.data()), n);
+    QCOMPARE(all.size(), blocks * blockBytes);
+    for (qint64 i = 0; i < all.size(); i += 4093)
+        QCOMPARE(static_cast<unsigned char>(all[i]), static_cast<unsigned char>(i * 7 % 251));
+    // One digest per run of blocks, each of exactly the bytes handed out.
+    const qint64 run = TrackFeed::DigestBlocks * blockBytes;
+    QCOMPARE(record->digests.size(),
+             (blocks + TrackFeed::DigestBlocks - 1) / TrackFeed::DigestBlocks);
+    for (qsizetype r = 0; r < record->digests.size(); ++r)
+        QCOMPARE(record->digests[r],
+                 TrackFeed::digest(all.constData() + r * run, std::min(run, all.size() - r * run)));
+    QVERIFY(!record->failed.load());
+}
+
+void tst_BurnSense::feedReportsAFailedSource() {
+    PatternTrack track(1, 100, 40);
+    auto record = std::make_shared<TrackFeed::Record>();
+    BurnLibrary::SourcePtr src = TrackFeed::create(&track, record);
+    std::vector<unsigned char> buffer(2048);
+    int last = 0, calls = 0;
+    while ((last = src->read_xt(src.get(), buffer.data(), 2048)) > 0)
+        ++calls;
+    QCOMPARE(last, -1); // a failure, never an early end that libburn would pad with zeros
+    QCOMPARE(calls, 32);
+    QVERIFY(record->failed.load());
 }
 
 void tst_BurnSense::profilesAsMediaTypes_data() {

@@ -117,7 +117,7 @@ if command -v cd-paranoia >/dev/null && command -v ffmpeg >/dev/null &&
     grep -E "Write type" "$WORK/out"
     check "the disc holds two audio tracks" 'cd-paranoia -d "$XDEV" -Q 2>&1 | grep -cE "^ +[0-9]+\." | grep -q 2'
     (cd "$WORK" && cd-paranoia -d "$XDEV" -O "$OFFSET" -r 1 rip1.raw >/dev/null 2>&1)
-    tail -c +45 "$WORK/t1.wav" >"$WORK/t1.pcm"
+    ffmpeg -loglevel error -i "$WORK/t1.wav" -f s16le -c:a pcm_s16le "$WORK/t1.pcm"
     check "track 1 rips back bit-exact (OFFSET=$OFFSET samples)" \
         'cmp -s <(head -c "$(stat -c %s "$WORK/t1.pcm")" "$WORK/rip1.raw") "$WORK/t1.pcm"'
 fi

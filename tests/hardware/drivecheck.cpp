@@ -34,26 +34,43 @@ void usage() {
     out.flush();
 }
 
-// The raw samples of a wave file (after its 44-byte header), as an audio track.
+// The samples of a wave file's "data" chunk, as an audio track.
 class WaveTrack : public TrackSource {
 public:
     explicit WaveTrack(const QString &path)
         : m_file(path) {
-        if (m_file.open(QIODevice::ReadOnly))
-            m_file.seek(44);
+        if (!m_file.open(QIODevice::ReadOnly) || !m_file.seek(12))
+            return;
+        // Walks the chunks after "RIFF....WAVE" to the samples.
+        while (m_file.bytesAvailable() >= 8) {
+            const QByteArray head = m_file.read(8);
+            const auto *u = reinterpret_cast<const unsigned char *>(head.constData() + 4);
+            const qint64 size =
+                qint64(u[0]) | qint64(u[1]) << 8 | qint64(u[2]) << 16 | qint64(u[3]) << 24;
+            if (head.startsWith("data")) {
+                m_bytes = std::min(size, m_file.bytesAvailable());
+                return;
+            }
+            if (!m_file.seek(m_file.pos() + size + (size & 1)))
+                return;
+        }
     }
     qint32 mode() const override { return 0; }
-    qint64 blockCount() const override { return (m_file.size() - 44 + 2351) / 2352; }
+    qint64 blockCount() const override { return (m_bytes + 2351) / 2352; }
     bool read(char *buffer, qint64 bytes) override {
-        const qint64 got = m_file.read(buffer, bytes);
-        if (got < 0)
+        const qint64 want = std::min(bytes, m_bytes - m_done);
+        const qint64 got = want > 0 ? m_file.read(buffer, want) : 0;
+        if (got != want)
             return false;
+        m_done += got;
         std::fill(buffer + got, buffer + bytes, 0);
         return true;
     }
 
 private:
     QFile m_file;
+    qint64 m_bytes = 0;
+    qint64 m_done = 0;
 };
 
 class PrintingMonitor : public JobMonitor {
