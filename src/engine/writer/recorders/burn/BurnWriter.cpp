@@ -277,7 +277,9 @@ JobOutcome BurnWriter::run(std::unique_ptr<BurnDrive> &drive, const BurnMedium::
     closeTracksUpTo(qint32(m_plan.tracks.size()));
     if (!m_sessionClosed && (m_plan.closeSession || m_plan.finalize))
         m_monitor.closingSession();
-    if (m_plan.finalize && !medium.overwriteable)
+    // A medium written at any address has no disc to close; the windows see the step all the
+    // same, in the order they rest on.
+    if (m_plan.finalize)
         m_monitor.closingDisc();
     if (m_plan.testWrite)
         return JobOutcome::completed();
