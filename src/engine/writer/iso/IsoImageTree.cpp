@@ -17,6 +17,10 @@
 
 namespace {
 
+// The buffer between libisofs's producing thread and the job: 8 MiB rides out the moments
+// when one of the two waits for a core on a busy machine.
+constexpr int FifoBlocks = 4096;
+
 constexpr int FieldLength[IsoImageTree::IdentifierCount] = {32, 32, 128, 128, 128, 128, 37, 37, 37};
 
 // Directories keep the path they were added from as extended information.
@@ -532,6 +536,8 @@ IsoLibrary::BurnSourcePtr IsoImageTree::makeStream(const StreamOptions &options,
     iso_write_opts_set_ms_block(raw, uint32_t(std::max(0, options.startBlock)));
     if (options.sizeOnly)
         iso_write_opts_set_will_cancel(raw, 1);
+    else
+        iso_write_opts_set_fifo_size(raw, FifoBlocks);
     ::burn_source *src = nullptr;
     const int r = iso_image_create_burn_source(m_image.get(), raw, &src);
     if (r < 0 || !src) {

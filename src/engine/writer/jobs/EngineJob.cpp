@@ -13,10 +13,11 @@
 
 namespace {
 constexpr qint64 Block = 2048;
-constexpr qint64 CopyBlocks = 32;
+constexpr qint64 CopyBlocks = 256;
 
-// The image stream of libisofs as a track. libisofs hands out its stream in 2048-byte reads
-// only; a larger read can return short.
+// The image stream of libisofs as a track. A read of many blocks at once is whole unless the
+// stream ends or fails before it; callers never ask past the stream's size, so anything short
+// is a failure. Taking many blocks per call also spares the producing thread a wake-up per block.
 class BurnSourceTrack : public TrackSource {
 public:
     BurnSourceTrack(BurnSource *src, qint32 mode)
@@ -26,17 +27,10 @@ public:
     qint32 mode() const override { return m_mode; }
     qint64 blockCount() const override { return m_blocks; }
     bool read(char *buffer, qint64 bytes) override {
-        for (qint64 off = 0; off < bytes; off += Block) {
-            const int n =
-                m_src->read_xt
-                    ? m_src->read_xt(m_src, reinterpret_cast<unsigned char *>(buffer + off),
-                                     int(Block))
-                    : m_src->read(m_src, reinterpret_cast<unsigned char *>(buffer + off),
-                                  int(Block));
-            if (n != int(Block))
-                return false;
-        }
-        return true;
+        auto *out = reinterpret_cast<unsigned char *>(buffer);
+        const int n = m_src->read_xt ? m_src->read_xt(m_src, out, int(bytes))
+                                     : m_src->read(m_src, out, int(bytes));
+        return n == int(bytes);
     }
 
 private:
