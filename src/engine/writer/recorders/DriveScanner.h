@@ -10,4 +10,9 @@
 class DriveScanner {
 public:
     static std::vector<std::unique_ptr<Recorder>> scan();
+
+    // Leaves the Image Recorder out of the next scans (on by default), so that a machine
+    // without recorders can be seen.
+    static void setImageRecorderEnabled(bool enabled);
+    static bool imageRecorderEnabled();
 };

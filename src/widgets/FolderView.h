@@ -1,0 +1,32 @@
+#pragma once
+
+#include <QPointer>
+#include <QTreeView>
+
+class FileView;
+class QFileSystemModel;
+
+// A folder tree of the file system that can be bound to a file list: choosing a folder fills
+// the list, and the list's folder is shown chosen in the tree. Lives on the UI thread.
+class FolderView : public QTreeView {
+    Q_OBJECT
+public:
+    explicit FolderView(QWidget *parent = nullptr);
+
+    void bindFileView(FileView *view);
+    FileView *boundFileView() const { return m_fileView; }
+
+    QString SelectedPath() const;
+    // Chooses the folder in the tree and opens the branches above it.
+    void setSelectedPath(const QString &path);
+    // Reads the tree again from the disc.
+    void Refresh();
+
+signals:
+    void OnAfterNodeSelect(const QString &NodePath);
+
+private:
+    QFileSystemModel *m_model;
+    QPointer<FileView> m_fileView;
+    bool m_following = false;
+};
