@@ -30,7 +30,7 @@ void setFrameItems(bool enabled, bool withEdit) {
         frame->SmartMenu->Item(QLatin1String(key))->setEnabled(enabled);
         frame->SmartToolbar->Item(QLatin1String(key))->setEnabled(enabled);
     }
-    if (withEdit) {
+    if (withEdit && (!enabled || frame->hasRecorders())) {
         frame->SmartMenu->Item(QStringLiteral("EDIT"))->setEnabled(enabled);
         frame->SmartMenu->Item(QStringLiteral("EDIT"))->setShown(enabled ? 1 : 0);
     }

@@ -390,6 +390,7 @@ void mdiMain::MDIForm_Load() {
 }
 
 void mdiMain::NoCDRDrives() {
+    m_hasRecorders = false;
     for (const char *key :
          {"EDIT", "AUDIODISC", "DATAIMAGE", "VIEW", "CDRECORDER", "EXTRAS", "WINDOWS"}) {
         SmartMenu->Item(QLatin1String(key))->setShown(0);

@@ -156,6 +156,9 @@ public:
     bool mblnTrackWriteFirst = false;
     bool mblnCacheFirst = false;
 
+    // False in the reduced layout of a machine without recorders, whose hidden menus stay hidden.
+    bool hasRecorders() const { return m_hasRecorders; }
+
     // The open children in the order they were loaded.
     QList<QMdiSubWindow *> openForms() const;
     // Opens the application folder's animation of a name ("cdspin"); a missing one is passed
@@ -186,5 +189,6 @@ private:
     void connectEngine();
 
     QMdiArea *m_mdiArea = nullptr;
+    bool m_hasRecorders = true;
     QHash<QString, std::function<void()>> m_commands;
 };

@@ -31,11 +31,17 @@ void KeyedItem::setShown(int value) {
 }
 
 bool KeyedItem::Checked() const {
-    return m_action->isChecked();
+    return m_checked;
+}
+
+void KeyedItem::restoreCheck() {
+    if (m_action->isChecked() != m_checked)
+        m_action->setChecked(m_checked);
 }
 
 void KeyedItem::setChecked(bool value) {
     // A check mark is shown only by a checkable action.
+    m_checked = value;
     m_action->setCheckable(m_action->isCheckable() || value);
     m_action->setChecked(value);
 }

@@ -34,6 +34,9 @@ public:
     QString PictureKey() const { return m_pictureKey; }
     void setPictureKey(const QString &key);
 
+    // A click leaves the check mark to the program: the toolkit's own toggle is undone.
+    void restoreCheck();
+
     QVariant Tag;
     int ItemType = 0;
 
@@ -42,4 +45,5 @@ private:
     QAction *m_action;
     QString m_pictureKey;
     QMenu *m_menu;
+    bool m_checked = false;
 };

@@ -29,7 +29,10 @@ KeyedItem *KeyedMenu::addItem(const QString &menuKey, const QString &key, const 
     auto *item = new KeyedItem(key, action, this);
     item->setPictureKey(pictureKey.isEmpty() ? key : pictureKey);
     m_items.insert(key, item);
-    connect(action, &QAction::triggered, this, [this, item] { emit Click(item); });
+    connect(action, &QAction::triggered, this, [this, item] {
+        item->restoreCheck();
+        emit Click(item);
+    });
     return item;
 }
 

@@ -17,7 +17,10 @@ KeyedItem *KeyedToolbar::addItem(const QString &key, const QString &toolTip,
     item->setPictureKey(pictureKey.isEmpty() ? key : pictureKey);
     m_items.insert(key, item);
     m_order.append(key);
-    connect(action, &QAction::triggered, this, [this, item] { emit Click(item); });
+    connect(action, &QAction::triggered, this, [this, item] {
+        item->restoreCheck();
+        emit Click(item);
+    });
     return item;
 }
 
