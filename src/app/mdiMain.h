@@ -184,6 +184,8 @@ private:
     frmFiles *activeFileBrowser();
     // Opens a window or runs a procedure of another part of the program by name.
     void openForm(const QString &name);
+    // Side by side, each the full height of the area, or one above the other.
+    void tileChildren(bool sideBySide);
     // The active child's window.
     QMdiSubWindow *activeChild() const;
     void connectEngine();

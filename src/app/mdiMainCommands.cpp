@@ -400,8 +400,7 @@ void mdiMain::ToolMenuImportPrevious() {
     openForm(QStringLiteral("ToolMenuImportPrevious"));
 }
 
-void mdiMain::ToolMenuTileVertical() {
-    // Side by side, each the full height of the area.
+void mdiMain::tileChildren(bool sideBySide) {
     QList<QMdiSubWindow *> shown;
     for (QMdiSubWindow *child : openForms()) {
         if (!child->isMinimized() && child->isVisible())
@@ -410,28 +409,22 @@ void mdiMain::ToolMenuTileVertical() {
     if (shown.isEmpty())
         return;
     const QRect area = m_mdiArea->viewport()->rect();
-    const int width = area.width() / int(shown.size());
-    for (int i = 0; i < shown.size(); ++i) {
+    const int n = int(shown.size());
+    for (int i = 0; i < n; ++i) {
         shown[i]->showNormal();
-        shown[i]->setGeometry(i * width, 0, width, area.height());
+        if (sideBySide)
+            shown[i]->setGeometry(i * (area.width() / n), 0, area.width() / n, area.height());
+        else
+            shown[i]->setGeometry(0, i * (area.height() / n), area.width(), area.height() / n);
     }
 }
 
+void mdiMain::ToolMenuTileVertical() {
+    tileChildren(true);
+}
+
 void mdiMain::ToolMenuTileHorizental() {
-    // One above the other, each the full width of the area.
-    QList<QMdiSubWindow *> shown;
-    for (QMdiSubWindow *child : openForms()) {
-        if (!child->isMinimized() && child->isVisible())
-            shown.append(child);
-    }
-    if (shown.isEmpty())
-        return;
-    const QRect area = m_mdiArea->viewport()->rect();
-    const int height = area.height() / int(shown.size());
-    for (int i = 0; i < shown.size(); ++i) {
-        shown[i]->showNormal();
-        shown[i]->setGeometry(0, i * height, area.width(), height);
-    }
+    tileChildren(false);
 }
 
 void mdiMain::ToolMenuCascade() {

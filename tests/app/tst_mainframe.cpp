@@ -22,6 +22,7 @@
 #include <QMdiArea>
 #include <QMdiSubWindow>
 #include <QMenu>
+#include <QProcess>
 #include <QStatusBar>
 #include <QTabWidget>
 #include <QTest>
@@ -35,6 +36,7 @@ class tst_MainFrame : public QObject {
 private slots:
     void startSizeAt1024x768WithNoOptions();
     void frameWithoutRecorders();
+    void programOptionLeavesTheImageRecorderOut();
     void browsersReuseTheLowestFreeNumber();
     void hundredAndFirstBrowserEndsInTheTrap();
     void windowListFollowsTheFormsOrder();
@@ -92,6 +94,21 @@ void tst_MainFrame::frameWithoutRecorders() {
     QVERIFY(!f->linCDSize->isVisible());
     QCOMPARE(childWindows().size(), 1);
     QCOMPARE(browserNumber(captions().first()), 1);
+}
+
+void tst_MainFrame::programOptionLeavesTheImageRecorderOut() {
+    TestEnvironment env;
+    QProcess program;
+    program.start(TestEnvironment::programPath(),
+                  {"--app-folder", env.appFolder(), "--unattended", "--no-image-recorder"});
+    QVERIFY(program.waitForStarted());
+    QString said;
+    QTRY_VERIFY_WITH_TIMEOUT((said += QString::fromLocal8Bit(program.readAllStandardError()))
+                                 .contains("There are no compatible CDR drives reported."),
+                             20000);
+    QVERIFY2(said.contains("Drives Cannot be initialized...Contact support!"), qPrintable(said));
+    program.kill();
+    program.waitForFinished();
 }
 
 void tst_MainFrame::browsersReuseTheLowestFreeNumber() {
