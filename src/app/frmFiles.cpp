@@ -10,6 +10,7 @@
 #include "widgets/KeyedItem.h"
 #include "widgets/KeyedMenu.h"
 #include "widgets/KeyedToolbar.h"
+#include "widgets/PictureList.h"
 #include "widgets/Twips.h"
 
 #include <QCloseEvent>
@@ -40,6 +41,7 @@ void setFrameItems(bool enabled, bool withEdit) {
 frmFiles::frmFiles() {
     setObjectName(QStringLiteral("frmFiles"));
     setAttribute(Qt::WA_DeleteOnClose);
+    setWindowIcon(PictureList::icon(QStringLiteral("BROWSEFOLDER")));
     FolderViewAdd = new FolderView(this);
     FileViewAdd = new FileView(this);
     imgSplitter = new QWidget(this);

@@ -15,6 +15,7 @@
 #include "widgets/KeyedToolbar.h"
 #include "widgets/LineControl.h"
 #include "widgets/MessageBoxService.h"
+#include "widgets/PictureList.h"
 #include "widgets/Twips.h"
 
 #include <QCloseEvent>
@@ -150,6 +151,7 @@ const QHash<QString, QString> &toolPictures() {
 mdiMain::mdiMain() {
     setAttribute(Qt::WA_DeleteOnClose);
     setObjectName(QStringLiteral("mdiMain"));
+    setWindowIcon(PictureList::icon(QStringLiteral("BURN")));
     Tessaly = new CDWriterPro(this);
     m_mdiArea = new QMdiArea(this);
     m_mdiArea->setObjectName(QStringLiteral("mdiArea"));

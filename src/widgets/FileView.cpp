@@ -73,7 +73,7 @@ void FileView::setPath(const QString &path) {
 void FileView::setColumnHeader(int column, const QString &text, int width) {
     static_cast<HeaderProxy *>(m_proxy)->captions.insert(column, text);
     emit m_proxy->headerDataChanged(Qt::Horizontal, column, column);
-    setColumnWidth(column, width);
+    setColumnWidth(column, qRound(width * logicalDpiX() / 72.0));
 }
 
 QString FileView::columnHeader(int column) const {

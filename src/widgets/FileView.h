@@ -22,6 +22,7 @@ public:
     // A folder that does not exist is taken as it is and shows no entries.
     void setPath(const QString &path);
 
+    // The width is in points, so that a column keeps its room on any screen.
     void setColumnHeader(int column, const QString &text, int width);
     QString columnHeader(int column) const;
 

@@ -4,6 +4,8 @@
 
 #include <QFileSystemModel>
 #include <QHeaderView>
+#include <QResizeEvent>
+#include <QTimer>
 
 FolderView::FolderView(QWidget *parent)
     : QTreeView(parent)
@@ -23,6 +25,20 @@ FolderView::FolderView(QWidget *parent)
                     m_fileView->setPath(path);
                 emit OnAfterNodeSelect(path);
             });
+    // The model reads folders in the background; the tree opens down to the chosen folder as
+    // the branches arrive.
+    // Sorting the read branches moves rows as well.
+    connect(m_model, &QFileSystemModel::layoutChanged, this,
+            [this] { QTimer::singleShot(0, this, [this] { showPending(); }); });
+    connect(m_model, &QFileSystemModel::rowsInserted, this, [this](const QModelIndex &parent) {
+        if (m_pending.isEmpty() || !m_pending.startsWith(m_model->filePath(parent)))
+            return;
+        const QModelIndex index = m_model->index(m_pending);
+        for (QModelIndex up = index.parent(); up.isValid(); up = up.parent())
+            expand(up);
+        // After the tree has laid the new rows out.
+        QTimer::singleShot(0, this, [this] { showPending(); });
+    });
 }
 
 void FolderView::bindFileView(FileView *view) {
@@ -48,7 +64,8 @@ void FolderView::setSelectedPath(const QString &path) {
     for (QModelIndex up = index.parent(); up.isValid(); up = up.parent())
         expand(up);
     setCurrentIndex(index);
-    scrollTo(index);
+    scrollTo(index, QAbstractItemView::PositionAtCenter);
+    m_pending = path;
 }
 
 void FolderView::Refresh() {
@@ -58,4 +75,33 @@ void FolderView::Refresh() {
     m_model->setRootPath(QStringLiteral("/"));
     if (!path.isEmpty())
         setSelectedPath(path);
+}
+
+void FolderView::resizeEvent(QResizeEvent *event) {
+    QTreeView::resizeEvent(event);
+    // A tree laid out at its real size for the first time shows its chosen folder.
+    if (!m_pending.isEmpty() && event->oldSize().height() < 50 && height() >= 50)
+        QTimer::singleShot(
+            0, this, [this] { scrollTo(currentIndex(), QAbstractItemView::PositionAtCenter); });
+}
+
+void FolderView::showPending() {
+    if (!m_pending.isEmpty())
+        scrollTo(m_model->index(m_pending), QAbstractItemView::PositionAtCenter);
+}
+
+// The tree follows the chosen folder while its branches arrive, until the user takes it over.
+void FolderView::mousePressEvent(QMouseEvent *event) {
+    m_pending.clear();
+    QTreeView::mousePressEvent(event);
+}
+
+void FolderView::wheelEvent(QWheelEvent *event) {
+    m_pending.clear();
+    QTreeView::wheelEvent(event);
+}
+
+void FolderView::keyPressEvent(QKeyEvent *event) {
+    m_pending.clear();
+    QTreeView::keyPressEvent(event);
 }

@@ -25,8 +25,18 @@ public:
 signals:
     void OnAfterNodeSelect(const QString &NodePath);
 
+protected:
+    void resizeEvent(QResizeEvent *event) override;
+    void mousePressEvent(QMouseEvent *event) override;
+    void wheelEvent(QWheelEvent *event) override;
+    void keyPressEvent(QKeyEvent *event) override;
+
 private:
+    void showPending();
+
     QFileSystemModel *m_model;
     QPointer<FileView> m_fileView;
     bool m_following = false;
+    // A folder asked for before the model has read the folders above it.
+    QString m_pending;
 };

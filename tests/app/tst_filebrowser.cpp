@@ -46,6 +46,7 @@ class tst_FileBrowser : public QObject {
 private slots:
     void opensWhereTheOptionsSay_data();
     void opensWhereTheOptionsSay();
+    void missingFolderIsTakenAsItIs();
     void captionFollowsFolderAndSelection();
     void narrowBrowserGetsItsMinimumWidth();
     void splitterKeepsBothPanes_data();
@@ -87,6 +88,20 @@ void tst_FileBrowser::opensWhereTheOptionsSay() {
     settle();
     QCOMPARE(sGetINI(env.iniFile(), "Directories", "FileBrowser Last Dir", "none"),
              QDir::tempPath());
+}
+
+void tst_FileBrowser::missingFolderIsTakenAsItIs() {
+    TestEnvironment env;
+    const QString gone = env.appFolder() + "/no such folder";
+    env.writeFile("Dat/tessaly.ini",
+                  "[Directories]\r\nFileBrowser Last Dir=" + gone.toLocal8Bit() + "\r\n");
+    QVERIFY(env.startProgram());
+    QCOMPARE(browser()->FileViewAdd->Path(), gone);
+    QCOMPARE(browser()->FileViewAdd->ItemCount(), 0);
+    QCOMPARE(browser()->windowTitle(), "File Browser [1]  " + gone);
+    // Select all over an empty list selects nothing and fails nothing.
+    frame()->runCommand("SELECTALL");
+    QVERIFY(browser()->FileViewAdd->selectedPaths().isEmpty());
 }
 
 void tst_FileBrowser::captionFollowsFolderAndSelection() {
