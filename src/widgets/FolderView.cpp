@@ -21,6 +21,10 @@ FolderView::FolderView(QWidget *parent)
                 if (!current.isValid())
                     return;
                 const QString path = m_model->filePath(current);
+                // The view makes a row current by itself at times; only a folder the user or
+                // the program chose counts.
+                if (!m_choosing && !m_userInput)
+                    return;
                 if (m_fileView && !m_following)
                     m_fileView->setPath(path);
                 emit OnAfterNodeSelect(path);
@@ -63,7 +67,9 @@ void FolderView::setSelectedPath(const QString &path) {
         return;
     for (QModelIndex up = index.parent(); up.isValid(); up = up.parent())
         expand(up);
+    m_choosing = true;
     setCurrentIndex(index);
+    m_choosing = false;
     scrollTo(index, QAbstractItemView::PositionAtCenter);
     m_pending = path;
 }
@@ -93,7 +99,9 @@ void FolderView::showPending() {
 // The tree follows the chosen folder while its branches arrive, until the user takes it over.
 void FolderView::mousePressEvent(QMouseEvent *event) {
     m_pending.clear();
+    m_userInput = true;
     QTreeView::mousePressEvent(event);
+    m_userInput = false;
 }
 
 void FolderView::wheelEvent(QWheelEvent *event) {
@@ -103,5 +111,7 @@ void FolderView::wheelEvent(QWheelEvent *event) {
 
 void FolderView::keyPressEvent(QKeyEvent *event) {
     m_pending.clear();
+    m_userInput = true;
     QTreeView::keyPressEvent(event);
+    m_userInput = false;
 }

@@ -37,6 +37,8 @@ private:
     QFileSystemModel *m_model;
     QPointer<FileView> m_fileView;
     bool m_following = false;
+    bool m_choosing = false;
+    bool m_userInput = false;
     // A folder asked for before the model has read the folders above it.
     QString m_pending;
 };
