@@ -31,6 +31,26 @@
 
 using namespace FrameFixture;
 
+namespace {
+// Stands in for the data compilation window: its tree and list carry each item's destination
+// path in the first column's user data.
+class DataWindowStandIn : public QWidget {
+    Q_OBJECT
+public:
+    DataWindowStandIn() {
+        setObjectName("frmData");
+        for (QTreeWidget **view : {&tvwDirectories, &lvwImageFiles}) {
+            *view = new QTreeWidget(this);
+            (*view)->setObjectName(view == &tvwDirectories ? "tvwDirectories" : "lvwImageFiles");
+        }
+    }
+    Q_INVOKABLE void UpdateImage() { ++updates; }
+    QTreeWidget *tvwDirectories = nullptr;
+    QTreeWidget *lvwImageFiles = nullptr;
+    int updates = 0;
+};
+} // namespace
+
 class tst_MainFrame : public QObject {
     Q_OBJECT
 private slots:
@@ -47,6 +67,8 @@ private slots:
     void viewToggles_data();
     void viewToggles();
     void datePairSetsTheEngine();
+    void imageCommandsWorkOnTheSelection_data();
+    void imageCommandsWorkOnTheSelection();
     void enableFormLocksTheFrame();
     void tileSideBySideAndAboveEachOther();
     void helpOpensAtContentsIndexAndContext_data();
@@ -368,6 +390,70 @@ void tst_MainFrame::datePairSetsTheEngine() {
     QVERIFY(f->Tessaly->UseFileModifiedDate());
     QVERIFY(!f->SmartMenu->Item("DATEADDED")->Checked());
     QVERIFY(f->SmartMenu->Item("DATEMODIFIED")->Checked());
+}
+
+void tst_MainFrame::imageCommandsWorkOnTheSelection_data() {
+    QTest::addColumn<QString>("key");
+    QTest::addColumn<QString>("selectKey"); // empty: nothing selected
+    QTest::addColumn<QString>("prompt");    // empty: no box
+    QTest::addColumn<int>("updates");
+    QTest::addColumn<int>("filesLeft");
+    QTest::newRow("remove file, none selected") << "REMOVEFILE"
+                                                << ""
+                                                << "No Item Selected." << 0 << 1;
+    QTest::newRow("remove directory, none selected") << "REMOVEDIRECTORY"
+                                                     << ""
+                                                     << "No Item Selected." << 0 << 1;
+    QTest::newRow("rename file, none selected") << "RENAMEFILE"
+                                                << ""
+                                                << "No Item Selected." << 0 << 1;
+    QTest::newRow("remove file") << "REMOVEFILE"
+                                 << "\\song.wav"
+                                 << "" << 1 << 0;
+    QTest::newRow("remove a file the image lacks") << "REMOVEFILE"
+                                                   << "\\other.wav"
+                                                   << "Item could not be removed." << 1 << 1;
+    QTest::newRow("rename file") << "RENAMEFILE"
+                                 << "\\song.wav"
+                                 << "" << 0 << 1;
+}
+
+void tst_MainFrame::imageCommandsWorkOnTheSelection() {
+    QFETCH(QString, key);
+    QFETCH(QString, selectKey);
+    QFETCH(QString, prompt);
+    QFETCH(int, updates);
+    QFETCH(int, filesLeft);
+    TestEnvironment env;
+    ScriptedAnswers answers;
+    QVERIFY(env.startProgram());
+    mdiMain *f = frame();
+    env.writeFile("song.wav", "RIFF");
+    f->Tessaly->AddISOFile("\\song.wav", env.appFolder() + "/song.wav");
+    QCOMPARE(f->Tessaly->ISOFileCount(), 1);
+    DataWindowStandIn data;
+    data.show();
+    QTreeWidget *view = key.contains("DIRECTORY") ? data.tvwDirectories : data.lvwImageFiles;
+    if (!selectKey.isEmpty()) {
+        auto *item = new QTreeWidgetItem(view, {selectKey.mid(1)});
+        item->setData(0, Qt::UserRole, selectKey);
+        item->setFlags(item->flags() | Qt::ItemIsEditable);
+        view->setCurrentItem(item);
+    }
+    f->runCommand(key);
+    if (prompt.isEmpty()) {
+        QVERIFY(answers.boxes.isEmpty());
+    } else {
+        QCOMPARE(answers.boxes.size(), 1);
+        QCOMPARE(answers.boxes[0].prompt, prompt);
+        QCOMPARE(answers.boxes[0].buttons, int(vbInformation));
+        QCOMPARE(answers.boxes[0].title, QStringLiteral("Tessaly - Information"));
+    }
+    QCOMPARE(data.updates, updates);
+    QCOMPARE(f->Tessaly->ISOFileCount(), filesLeft);
+    // A rename opens the item's editor; the rename itself belongs to the data window.
+    QCOMPARE(view->findChild<QLineEdit *>() != nullptr,
+             key.startsWith("RENAME") && !selectKey.isEmpty());
 }
 
 void tst_MainFrame::enableFormLocksTheFrame() {
