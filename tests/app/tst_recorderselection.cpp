@@ -17,6 +17,7 @@
 #include <QApplication>
 #include <QComboBox>
 #include <QLabel>
+#include <QProgressBar>
 #include <QPushButton>
 #include <QTest>
 
@@ -73,6 +74,8 @@ private slots:
     void sessionCheckOnlyWhenShown_data();
     void sessionCheckOnlyWhenShown();
     void writeDialogFollowsTheDisc();
+    void sizePanelsFollowTheImage_data();
+    void sizePanelsFollowTheImage();
 };
 
 void tst_RecorderSelection::speedList_data() {
@@ -238,6 +241,40 @@ void tst_RecorderSelection::writeDialogFollowsTheDisc() {
     f->runCommand("EJECTCD");
     QVERIFY(!cmdWrite->isEnabled());
     QCOMPARE(lblActions->text(), QStringLiteral("Please insert the disc again..."));
+}
+
+void tst_RecorderSelection::sizePanelsFollowTheImage_data() {
+    QTest::addColumn<bool>("disc");
+    QTest::addColumn<bool>("withFile");
+    QTest::newRow("empty image, no disc") << false << false;
+    QTest::newRow("empty image, blank disc") << true << false;
+    QTest::newRow("one file, blank disc") << true << true;
+}
+
+void tst_RecorderSelection::sizePanelsFollowTheImage() {
+    QFETCH(bool, disc);
+    QFETCH(bool, withFile);
+    TestEnvironment env;
+    ScriptedAnswers answers;
+    QVERIFY(env.startProgram());
+    mdiMain *f = frameOnImageRecorder();
+    if (disc)
+        f->runCommand("CLOSETRAY");
+    if (withFile) {
+        env.writeFile("big.bin", QByteArray(3 * 1024 * 1024, 'x'));
+        f->Tessaly->AddISOFile("\\big.bin", env.appFolder() + "/big.bin");
+    }
+    f->RecalcImageSize();
+    const QString shown = f->smartStatusBar->Item("DATA")->Text();
+    // The image's blocks as the engine counts them, in megabytes of 1024 * 1024.
+    const double mb = f->Tessaly->BlocksToBytes(f->Tessaly->ISOImageBlocks(), 1) / 1048576;
+    QVERIFY(withFile ? (mb > 3 && mb < 4) : mb < 1);
+    QCOMPARE(shown, QString(" Data Image Size: %1 MB  ").arg(mb, 0, 'f', 2));
+    QCOMPARE(f->prbSize->maximum(), qMax(1, qRound(mb)));
+    QCOMPARE(f->smartStatusBar->Item("FILES")->Text(), QString(" Files: %1").arg(withFile ? 1 : 0));
+    QVERIFY(f->smartStatusBar->Item("DIRECTORIES")->Text().startsWith(" Directories: "));
+    // A blank CD-R has room for this: no warning, with a disc or without.
+    QVERIFY(answers.boxes.isEmpty());
 }
 
 QTEST_MAIN(tst_RecorderSelection)
