@@ -1,19 +1,169 @@
 #pragma once
 
-#include <QMainWindow>
+#include "base/Checked.h"
 
+#include <QHash>
+#include <QList>
+#include <QMainWindow>
+#include <QPointer>
+#include <functional>
+
+class AnimationControl;
+class CDNotify;
+class CDWriterPro;
+class KeyedItem;
+class KeyedMenu;
+class KeyedStatusBar;
+class KeyedToolbar;
+class LineControl;
+class QComboBox;
+class QLabel;
+class QLineEdit;
 class QMdiArea;
+class QMdiSubWindow;
+class QMenu;
+class QProgressBar;
+class frmFiles;
 
 // The main frame: the multiple-document area that holds the file browsers and the compilation
-// windows, the menus, the toolbar and the strips. One default instance. On the UI thread.
+// windows, the keyed menu, toolbar and status bar, the recorder strip and the size ruler. It
+// owns the disc-writing engine and the media notifier for the whole run. One default instance.
+// On the UI thread.
 class mdiMain : public QMainWindow {
     Q_OBJECT
 public:
     mdiMain();
+    ~mdiMain() override;
 
     QMdiArea *mdiArea() const { return m_mdiArea; }
 
+    // The engines.
+    CDWriterPro *Tessaly = nullptr;
+    CDNotify *CDNotify1 = nullptr;
+
+    // Menu, toolbar and status bar, by key.
+    KeyedMenu *SmartMenu = nullptr;
+    KeyedToolbar *SmartToolbar = nullptr;
+    KeyedStatusBar *smartStatusBar = nullptr;
+
+    // The top strip: recorder, speed, volume identifier.
+    QWidget *asxTop = nullptr;
+    QLabel *lblRecorder = nullptr;
+    QComboBox *cboDevices = nullptr;
+    QLabel *lblWriteSpeed = nullptr;
+    QComboBox *cboWriteSpeed = nullptr;
+    QLabel *lblVolIdentifier = nullptr;
+    QLineEdit *txtVolIdentifier = nullptr;
+
+    // The bottom strip: the size ruler, lengths in twips, 10 to the megabyte from 100.
+    QWidget *asxBottom = nullptr;
+    AnimationControl *aniRuler = nullptr;
+    QProgressBar *prbSize = nullptr;
+    LineControl *linTopSize = nullptr;
+    LineControl *linCDSize = nullptr;
+    QList<LineControl *> linSize;
+    QList<QLabel *> lblSize;
+
+    // Pop-up menus the compilation windows fill and show.
+    QMenu *mnuPopUpTV = nullptr;
+    QMenu *mnuPopUpLV = nullptr;
+    QMenu *mnuPopUpAudio = nullptr;
+
+    // Operations the other windows use.
+    void EnableForm(bool blnEnable);
+    void CheckSession();
+    void SetChildNumbers(qint16 ClosingForm);
+    void RecalcImageSize();
+    void SetTypeSize();
+    void LoadDriveCombo();
+    void LoadWriteSpeedCombo();
+    void NoCDRDrives();
+    void setCDSizeLine();
+    void ShowHelpContents(int intHelpFile);
+    void ShowHelpIndex(int intHelpFile);
+    void ShowHelpContextID(int intHelpFile, qint32 lngContextID);
+    void UpdateWindowList();
+
+    // The command of a key, as the menu and the toolbar run it; an unknown key does nothing.
+    void runCommand(const QString &key);
+
+    // The command handlers.
+    void ToolMenuNew();
+    void ToolMenuClose();
+    void ToolMenuAddFiles();
+    void ToolMenuCloseAll();
+    void ToolMenuSaveAsIso();
+    void ToolMenuWriteDisc();
+    void ToolMenuWriteIso();
+    void ToolMenuPreferences();
+    void ToolMenuPrint();
+    void ToolMenuPrintPreview();
+    void ToolMenuPrinterSettings();
+    void ToolMenuPageSettings();
     void ToolMenuExit();
+    void ToolMenuRefresh();
+    void ToolMenuMoveUp();
+    void ToolMenuCreateFolder();
+    void ToolMenuBrowseFolder();
+    void ToolMenuSelectAll(bool blnSelected);
+    void ToolMenuClearAudio();
+    void ToolMenuRemoveTrack();
+    void ToolMenuRipAudio();
+    void ToolMenuNormalize();
+    void ToolMenuRipData();
+    void ToolMenuClearAllItems();
+    void ToolMenuRemoveDirectory();
+    void ToolMenuRenameDirectory();
+    void ToolMenuRemoveFile();
+    void ToolMenuRenameFile();
+    void ToolMenuFileDateModified();
+    void ToolMenuFileDateAdded();
+    void ToolMenuViewToolbar();
+    void ToolMenuViewStatusbar();
+    void ToolMenuViewMeter();
+    void ToolMenuEjectCd();
+    void ToolMenuCloseTray();
+    void ToolMenuRecorderInfo();
+    void ToolMenuDiscInfo();
+    void ToolMenuEraseDisc();
+    void ToolMenuImportPrevious();
+    void ToolMenuTileVertical();
+    void ToolMenuTileHorizental();
+    void ToolMenuCascade();
+    void ToolMenuArrangeIcons();
+    void ToolMenuSupportedDrives();
+    void ToolMenuLicense();
+    void ToolMenuInternetUpdate();
+    void ToolMenuOnWeb();
+    void ToolMenuHelp();
+    void ToolMenuHelpContents();
+    void ToolMenuHelpIndex();
+    void ToolMenuAbout();
+
+    // Event handlers.
+    void smartMenu_Click(KeyedItem *Item);
+    void smartToolbar_Click(KeyedItem *Item);
+    void smartmenu_BeforeDropDown(KeyedItem *Item, bool &Cancel);
+    void cboDevices_Click();
+    void cboWriteSpeed_Click();
+    void CDNotify1_Arrival(const QString &Drive);
+    void CDNotify1_RemoveComplete(const QString &Drive);
+
+    // The highest browser number given out since the last close-all, and the browsers.
+    Integer NumberForms = 0;
+    CheckedArray<QPointer<frmFiles>, 100> frmF;
+    QString mstrSpeed;
+    bool mblnTrackWriteFirst = false;
+    bool mblnCacheFirst = false;
+
+    // False in the reduced layout of a machine without recorders, whose hidden menus stay hidden.
+    bool hasRecorders() const { return m_hasRecorders; }
+
+    // The open children in the order they were loaded.
+    QList<QMdiSubWindow *> openForms() const;
+    // Opens the application folder's animation of a name ("cdspin"); a missing one is passed
+    // over and the old one stays.
+    void ShowAnimation(const QString &name);
 
 protected:
     void closeEvent(QCloseEvent *event) override;
@@ -23,5 +173,24 @@ private:
     // Cancel is set to 1 to keep the frame.
     void MDIForm_QueryUnload(int &Cancel, int UnloadMode);
 
+    void buildMenu();
+    void buildToolbar();
+    void buildStatusBar();
+    QWidget *buildTopStrip();
+    QWidget *buildBottomStrip();
+    void buildCommandTable();
+    void setMenuState(const QStringList &keys, bool enabled);
+    void setToolbarState(const QStringList &keys, bool enabled);
+    frmFiles *activeFileBrowser();
+    // Opens a window or runs a procedure of another part of the program by name.
+    void openForm(const QString &name);
+    // Side by side, each the full height of the area, or one above the other.
+    void tileChildren(bool sideBySide);
+    // The active child's window.
+    QMdiSubWindow *activeChild() const;
+    void connectEngine();
+
     QMdiArea *m_mdiArea = nullptr;
+    bool m_hasRecorders = true;
+    QHash<QString, std::function<void()>> m_commands;
 };

@@ -6,12 +6,15 @@
 #include <QLoggingCategory>
 #include <QMutex>
 
+#include <atomic>
+
 Q_LOGGING_CATEGORY(lcDrives, "tessaly.drives")
 
 namespace {
 QMutex stateMutex;
 QStringList pseudoDrives;
 QStringList notes;
+std::atomic<bool> imageRecorderEnabledFlag{true};
 } // namespace
 
 std::vector<std::unique_ptr<Recorder>> DriveScanner::scan() {
@@ -39,7 +42,8 @@ std::vector<std::unique_ptr<Recorder>> DriveScanner::scan() {
         drives.push_back(std::make_unique<BurnRecorder>(std::move(q)));
     }
     // The Image Recorder, which every machine has, is always listed last.
-    drives.push_back(std::make_unique<ImageRecorder>());
+    if (imageRecorderEnabledFlag)
+        drives.push_back(std::make_unique<ImageRecorder>());
     return drives;
 }
 
@@ -56,4 +60,12 @@ void DriveScanner::clearPseudoDrives() {
 QStringList DriveScanner::lastNotes() {
     QMutexLocker lock(&stateMutex);
     return notes;
+}
+
+void DriveScanner::setImageRecorderEnabled(bool enabled) {
+    imageRecorderEnabledFlag = enabled;
+}
+
+bool DriveScanner::imageRecorderEnabled() {
+    return imageRecorderEnabledFlag;
 }

@@ -22,4 +22,8 @@ public:
     // What the last scan noticed: drives that exist but can't be used, with the reason. Also
     // written to the log category "tessaly.drives".
     static QStringList lastNotes();
+    // Leaves the Image Recorder out of the next scans (on by default), so that a machine
+    // without recorders can be seen.
+    static void setImageRecorderEnabled(bool enabled);
+    static bool imageRecorderEnabled();
 };

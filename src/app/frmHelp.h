@@ -1,0 +1,49 @@
+#pragma once
+
+#include <QMap>
+#include <QPointer>
+#include <QWidget>
+
+class QLineEdit;
+class QListWidget;
+class QTabWidget;
+class QTextBrowser;
+class QTreeWidget;
+
+// The help window: the program's help text with its contents and its index beside it. One
+// window for the run, brought to the front at each request. On the UI thread.
+class frmHelp : public QWidget {
+    Q_OBJECT
+public:
+    enum Request { Contents, Index, Context };
+
+    // Opens the help file (the program's help name; an empty name shows nothing) at the
+    // contents, the index or the topic of a context number.
+    static void showHelp(const QString &helpFile, Request request, qint32 contextId,
+                         QWidget *owner);
+    static frmHelp *instance();
+
+    explicit frmHelp(QWidget *owner);
+
+    QTabWidget *tabNavigation = nullptr;
+    QTreeWidget *tvwContents = nullptr;
+    QLineEdit *txtIndex = nullptr;
+    QListWidget *lstIndex = nullptr;
+    QTextBrowser *txtTopic = nullptr;
+
+    // Loads a help page; false when there is none.
+    bool load(const QString &htmlFile);
+    QString loadedFile() const { return m_file; }
+    // The anchor the topic view stands at, empty for the top.
+    QString currentAnchor() const { return m_anchor; }
+    void showAnchor(const QString &anchor);
+    // The index keywords, sorted, with the anchor each leads to.
+    QMap<QString, QString> indexEntries() const { return m_index; }
+
+private:
+    void fillIndex(const QString &filter);
+
+    QString m_file;
+    QString m_anchor;
+    QMap<QString, QString> m_index;
+};

@@ -1,0 +1,202 @@
+// The frame's recorder strip and size ruler: the drive and speed lists, the media state and
+// the free space line.
+#include "FormRegistry.h"
+#include "WriteSpeedList.h"
+#include "base/App.h"
+#include "base/Conversions.h"
+#include "base/Format.h"
+#include "engine/writer/CDWriterPro.h"
+#include "mdiMain.h"
+#include "modDeclarations.h"
+#include "modGlobals.h"
+#include "widgets/AnimationControl.h"
+#include "widgets/KeyedItem.h"
+#include "widgets/KeyedMenu.h"
+#include "widgets/KeyedStatusBar.h"
+#include "widgets/LineControl.h"
+#include "widgets/MessageBoxService.h"
+#include "widgets/Twips.h"
+
+#include <QComboBox>
+#include <QFileInfo>
+#include <QLabel>
+#include <QMdiSubWindow>
+#include <QProgressBar>
+#include <QPushButton>
+
+void mdiMain::LoadDriveCombo() {
+    cboDevices->clear();
+    glngCurrentDrive = -1;
+    for (qint32 i = 0; i < Tessaly->DriveCount(); ++i) {
+        if (Tessaly->DriveIsRecorder(i))
+            cboDevices->addItem(Tessaly->DriveLetter(i) + QStringLiteral(": ") +
+                                    Tessaly->DriveVendor(i) + QStringLiteral(" ") +
+                                    Tessaly->DriveProduct(i),
+                                i);
+    }
+    if (cboDevices->count() > 0) {
+        cboDevices->setCurrentIndex(0);
+    } else {
+        MsgBox(QStringLiteral("There are no compatible CDR drives reported.\nSome older CDR "
+                              "drives are not currently supported."),
+               vbInformation, App::ProductName() + QStringLiteral(" - Information"));
+        glngDriveIndex = -1;
+    }
+}
+
+void mdiMain::cboDevices_Click() {
+    glngDriveIndex = cboDevices->currentData().toInt();
+    if (Tessaly->SelectDrive(glngDriveIndex))
+        glngCurrentDrive = glngDriveIndex;
+    else
+        glngCurrentDrive = -1;
+    LoadWriteSpeedCombo();
+}
+
+void mdiMain::LoadWriteSpeedCombo() {
+    const qint32 DiscType = Tessaly->MediaType();
+    const qint32 lngMaxWriteSpeedKBS = Tessaly->MaxWriteSpeed();
+    // Filling the list must not select each entry in turn: the first is chosen at the end.
+    {
+        const QSignalBlocker quiet(cboWriteSpeed);
+        cboWriteSpeed->clear();
+        for (const WriteSpeedList::Entry &entry :
+             WriteSpeedList::entries(DiscType, lngMaxWriteSpeedKBS))
+            cboWriteSpeed->addItem(entry.text, entry.itemData);
+        cboWriteSpeed->setCurrentIndex(-1);
+    }
+    if (cboWriteSpeed->count() > 0)
+        cboWriteSpeed->setCurrentIndex(0);
+}
+
+void mdiMain::cboWriteSpeed_Click() {
+    if (cboWriteSpeed->currentText() != QLatin1String("Default")) {
+        Tessaly->SetWriteSpeed(cboWriteSpeed->currentData().toInt());
+        mstrSpeed = cboWriteSpeed->currentText();
+    }
+}
+
+void mdiMain::setCDSizeLine() {
+    linCDSize->show();
+    const double x = (GetFreeSpace(Tessaly, 3) - 5) * 10 + 100;
+    const int twips = int(qBound(-1e9, x, 1e9));
+    linCDSize->setX(twips, twips);
+}
+
+void mdiMain::ShowAnimation(const QString &name) {
+    const QString file = App::resourcePath(QStringLiteral("Dat/") + name + QStringLiteral(".gif"));
+    if (file.isEmpty() || !QFileInfo::exists(file))
+        return;
+    if (aniRuler->Open(file)) {
+        aniRuler->setVisible(true);
+        aniRuler->setAutoPlay(true);
+    }
+}
+
+namespace {
+// The write dialog follows the disc while it waits for one.
+void tellWriteDialog(bool discReady) {
+    QWidget *burn = FormRegistry::find(QStringLiteral("frmBurn"));
+    if (!burn)
+        return;
+    if (auto *cmdWrite = burn->findChild<QPushButton *>(QStringLiteral("cmdWrite")))
+        cmdWrite->setEnabled(discReady);
+    if (auto *lblActions = burn->findChild<QLabel *>(QStringLiteral("lblActions")))
+        lblActions->setText(discReady ? QStringLiteral("Disc inserted ready to write...")
+                                      : QStringLiteral("Please insert the disc again..."));
+}
+
+void refreshCompilation(mdiMain *frame) {
+    if (gblnDisctypeIsData == 1) {
+        if (QWidget *audio = FormRegistry::find(QStringLiteral("frmAudio")))
+            QMetaObject::invokeMethod(audio, "LoadTrackList");
+    } else if (gblnDisctypeIsData == 0) {
+        frame->RecalcImageSize();
+    }
+}
+} // namespace
+
+void mdiMain::CDNotify1_Arrival(const QString &Drive) {
+    Q_UNUSED(Drive);
+    if (Tessaly->LastSessionStatus() != CDWriterPro::SessionClosed) {
+        LoadWriteSpeedCombo();
+        smartStatusBar->Item(QStringLiteral("STATUSIMG"))->setImageKey(QStringLiteral("MEDIA"));
+        if (!gblnIsTestWrite)
+            CheckSession();
+        setCDSizeLine();
+        ShowAnimation(QStringLiteral("cdspin"));
+        refreshCompilation(this);
+    } else {
+        smartStatusBar->Item(QStringLiteral("STATUSIMG"))->setImageKey(QStringLiteral("NOMEDIA"));
+        ShowAnimation(QStringLiteral("removecd"));
+    }
+    tellWriteDialog(true);
+}
+
+void mdiMain::CDNotify1_RemoveComplete(const QString &Drive) {
+    Q_UNUSED(Drive);
+    LoadWriteSpeedCombo();
+    linCDSize->hide();
+    smartStatusBar->Item(QStringLiteral("STATUSIMG"))->setImageKey(QStringLiteral("NOMEDIA"));
+    SmartMenu->Item(QStringLiteral("SESSION"))->setEnabled(false);
+    ShowAnimation(QStringLiteral("insertcd"));
+    refreshCompilation(this);
+    tellWriteDialog(false);
+}
+
+void mdiMain::CheckSession() {
+    // A minimised frame opens no box over the desktop.
+    if (isMinimized())
+        return;
+    if (Tessaly->DiscStatus() == CDWriterPro::DiscOpen &&
+        Tessaly->LastSessionStatus() == CDWriterPro::SessionEmpty && Tessaly->SessionCount() > 1) {
+        SmartMenu->Item(QStringLiteral("SESSION"))->setEnabled(true);
+        openForm(QStringLiteral("frmSessionCheck"));
+    }
+}
+
+void mdiMain::SetTypeSize() {
+    for (int i = 0; i <= 10; ++i) {
+        QLabel *label = lblSize.at(i);
+        if (gblnDisctypeIsData == 1)
+            label->setText(QString::number(i * 10) + QStringLiteral("MIN"));
+        else if (gblnDisctypeIsData == 0 || gblnDisctypeIsData == 3)
+            label->setText(QString::number(i * 100) + QStringLiteral("MB"));
+        label->adjustSize();
+    }
+}
+
+void mdiMain::RecalcImageSize() {
+    const Long lngSizeBlocks = Tessaly->ISOImageBlocks();
+    const double dblSizeBytes = Tessaly->BlocksToBytes(lngSizeBlocks, 1);
+    smartStatusBar->Item(QStringLiteral("DATA"))
+        ->setText(QStringLiteral(" Data Image Size: ") +
+                  Format(dblSizeBytes / 1024 / 1024, QStringLiteral("##0.00")) +
+                  QStringLiteral(" MB  "));
+    // The bar is always full: its length is the measure, 10 twips to the megabyte.
+    Long maximum = CLng(dblSizeBytes / 1024 / 1024);
+    if (maximum > 10000)
+        maximum = 10000;
+    prbSize->setMaximum(qMax<qint32>(maximum, 1));
+    Long width = maximum;
+    width *= 10;
+    prbSize->resize(Twips::toPixels(width), prbSize->height());
+    prbSize->setValue(maximum);
+    const double shownMB = maximum;
+    if (Tessaly->LastSessionStatus() != CDWriterPro::SessionClosed &&
+        Tessaly->MediaType() != CDWriterPro::MediaNone) {
+        prbSize->setPalette(QPalette());
+        if (GetFreeSpace(Tessaly, 3) - 5 <= shownMB)
+            MsgBox(QStringLiteral("You must remove some files from the image.\nData image size "
+                                  "is bigger than free space on media!"),
+                   vbExclamation, App::ProductName() + QStringLiteral(" - Warning"));
+    } else {
+        QPalette highlight = prbSize->palette();
+        highlight.setColor(QPalette::Highlight, palette().color(QPalette::Highlight));
+        prbSize->setPalette(highlight);
+    }
+    smartStatusBar->Item(QStringLiteral("FILES"))
+        ->setText(QStringLiteral(" Files: ") + QString::number(Tessaly->ISOFileCount()));
+    smartStatusBar->Item(QStringLiteral("DIRECTORIES"))
+        ->setText(QStringLiteral(" Directories: ") + QString::number(Tessaly->ISODirectoryCount()));
+}

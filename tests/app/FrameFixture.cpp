@@ -1,0 +1,62 @@
+#include "FrameFixture.h"
+#include "app/mdiMain.h"
+#include "widgets/DefaultInstance.h"
+#include "widgets/KeyedItem.h"
+#include "widgets/KeyedMenu.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QFile>
+#include <QMdiArea>
+#include <QMdiSubWindow>
+#include <QRegularExpression>
+
+namespace FrameFixture {
+
+mdiMain *frame() {
+    return DefaultInstance<mdiMain>::peek();
+}
+
+QList<QMdiSubWindow *> childWindows() {
+    return frame()->mdiArea()->subWindowList(QMdiArea::CreationOrder);
+}
+
+QStringList captions() {
+    QStringList list;
+    for (QMdiSubWindow *w : childWindows())
+        list.append(w->windowTitle());
+    return list;
+}
+
+int browserNumber(const QString &caption) {
+    static const QRegularExpression number(QStringLiteral(R"(^File Browser \[(\d+)\])"));
+    const auto m = number.match(caption);
+    return m.hasMatch() ? m.captured(1).toInt() : 0;
+}
+
+QStringList shownMenus(const KeyedMenu *menu) {
+    QStringList shown;
+    for (const QString &key : menu->menuKeys()) {
+        if (menu->Menu(key)->Shown() == 1)
+            shown.append(key);
+    }
+    return shown;
+}
+
+void settle() {
+    QCoreApplication::processEvents();
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    QCoreApplication::processEvents();
+}
+
+void useScreen1024x768() {
+    const QString config = QDir::temp().filePath(QStringLiteral("tessaly-screen-1024x768.json"));
+    QFile f(config);
+    if (f.open(QIODevice::WriteOnly))
+        f.write(R"({"screens": [{"name": "Screen", "x": 0, "y": 0, "width": 1024,
+                    "height": 768, "logicalDpi": 96, "logicalBaseDpi": 96, "dpr": 1}]})");
+    f.close();
+    qputenv("QT_QPA_PLATFORM", "offscreen:configfile=" + config.toLocal8Bit());
+}
+
+} // namespace FrameFixture
