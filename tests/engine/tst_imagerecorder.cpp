@@ -141,13 +141,13 @@ void tst_ImageRecorder::sessionGaps() {
     // pregap; later sessions a 2250-block lead-out instead.
     ImageMedium cd = ImageMedium::blank(*ImageMedium::kindByName("CD-R 80"), "d.iso");
     QCOMPARE(cd.state().freeBlocks, 360000);
-    cd.sessions.append({0, 1000, 1, true});
+    cd.sessions.append({0, 1000, 1, true, {}});
     QCOMPARE(cd.nextWritableAddress(), 1000 + 11400);
     QCOMPARE(cd.state().freeBlocks, 360000 - 12400);
     QCOMPARE(cd.state().sessionCount, 2);
     QCOMPARE(cd.state().discStatus, 1);
     QCOMPARE(cd.state().lastSessionStatus, 0);
-    cd.sessions.append({12400, 500, 1, true});
+    cd.sessions.append({12400, 500, 1, true, {}});
     QCOMPARE(cd.nextWritableAddress(), 12900 + 6900);
     cd.finalized = true;
     QCOMPARE(cd.state().freeBlocks, 0);
@@ -156,12 +156,12 @@ void tst_ImageRecorder::sessionGaps() {
     QCOMPARE(cd.state().sessionCount, 2);
     // A session left open (a write that stopped) takes nothing more.
     ImageMedium broken = ImageMedium::blank(*ImageMedium::kindByName("CD-R 80"), "d.iso");
-    broken.sessions.append({0, 40, 1, false});
+    broken.sessions.append({0, 40, 1, false, {}});
     QCOMPARE(broken.state().lastSessionStatus, 1);
     QCOMPARE(broken.state().freeBlocks, 0);
     // DVD sessions end on a whole ECC block, without CD lead-in/out.
     ImageMedium dvd = ImageMedium::blank(*ImageMedium::kindByName("DVD+R"), "d.iso");
-    dvd.sessions.append({0, 1001, 1, true});
+    dvd.sessions.append({0, 1001, 1, true, {}});
     QCOMPARE(dvd.nextWritableAddress(), 1008);
     // Round trip through the descriptor text.
     const auto again = ImageMedium::parse(cd.serialize());

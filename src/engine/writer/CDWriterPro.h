@@ -160,6 +160,8 @@ public:
     // For CDNotify: a text that changes whenever the medium in a drive changes (a disc put in,
     // taken out or swapped); empty while the drive holds none.
     QString mediumIdentity(qint32 index) const;
+    // For CDNotify: true for a drive that only exists in this program (the Image Recorder).
+    bool isVirtualDrive(qint32 index) const;
 
 signals:
     // Destination paths have the form "\dir\sub\name", the root is "\".
