@@ -45,6 +45,8 @@ EngineProbe::EngineProbe(CDWriterPro *engine)
     connect(engine, &CDWriterPro::ClosingSession, this, [=, this] { on("ClosingSession"); });
     connect(engine, &CDWriterPro::ClosingDisc, this, [=, this] { on("ClosingDisc"); });
     connect(engine, &CDWriterPro::WriteComplete, this, [=, this] { on("WriteComplete"); });
+    connect(engine, &CDWriterPro::EraseDiscStart, this, [=, this] { on("EraseDiscStart"); });
+    connect(engine, &CDWriterPro::EraseDiscComplete, this, [=, this] { on("EraseDiscComplete"); });
     connect(engine, &CDWriterPro::WriteCancelled, this, [=, this] { on("WriteCancelled"); });
     connect(engine, &CDWriterPro::WriteError, this,
             [=, this](qint32 we, qint32 de, const QString &info, const QString &) {

@@ -59,7 +59,16 @@ public:
     }
     qint32 mode() const override { return m_mode; }
     qint64 blockCount() const override { return (m_size + Block - 1) / Block; }
+    bool breakSource() override {
+        m_broken = true;
+        return true;
+    }
     bool read(char *buffer, qint64 bytes) override {
+        if (m_broken) {
+            if (m_observer)
+                m_observer->fileFailed(2, m_file.fileName());
+            return false;
+        }
         const qint64 expected = std::min(bytes, m_size - m_done);
         const qint64 got = expected > 0 ? m_file.read(buffer, expected) : 0;
         if (got != expected) {
@@ -78,6 +87,7 @@ private:
     qint64 m_size;
     qint64 m_done = 0;
     SourceReadObserver *m_observer;
+    bool m_broken = false;
 };
 
 qint64 steadyMs() {
