@@ -106,6 +106,7 @@ private slots:
     void writeAndRipBack_data();
     void writeAndRipBack();
     void testWriteLeavesDiscBlank();
+    void cancelLeavesAnIncompleteSession();
     void refusedByTheDrive_data();
     void refusedByTheDrive();
     void sourceChangedAfterAdding_data();
@@ -197,6 +198,29 @@ void tst_AudioWrite::testWriteLeavesDiscBlank() {
     QCOMPARE(rig.engine.DiscStatus(), 0);
     QCOMPARE(rig.engine.FreeBlocks(), 360000);
     QCOMPARE(rig.eject("cue"), QString());
+}
+
+void tst_AudioWrite::cancelLeavesAnIncompleteSession() {
+    AudioRig rig;
+    QTemporaryDir dir;
+    const QList<Track> tracks = makeTracks(dir);
+    for (int i = 0; i < tracks.size(); ++i)
+        QVERIFY(rig.engine.AddAudioTrack(tracks[i].path, i + 1));
+    rig.probe.cancelAtOnePercent = true;
+    QVERIFY(rig.write());
+    QCOMPARE(rig.probe.endingEvent(), QStringLiteral("WriteCancelled"));
+    QCOMPARE(rig.probe.count("WriteCancelled"), 1);
+    QCOMPARE(rig.probe.count("ClosingSession"), 0);
+    // The frames burnt before the stop stay, in a session that was never closed.
+    QCOMPARE(rig.engine.DiscStatus(), 1);
+    QCOMPARE(rig.engine.LastSessionStatus(), 1);
+    // The list is still there for a second try on a fresh disc.
+    QCOMPARE(rig.engine.AudioTrackCount(), 3);
+    rig.engine.MoveTray(false);
+    rig.engine.MoveTray(true);
+    rig.probe.cancelAtOnePercent = false;
+    QVERIFY(rig.write());
+    QCOMPARE(rig.probe.endingEvent(), QStringLiteral("WriteComplete"));
 }
 
 void tst_AudioWrite::refusedByTheDrive_data() {

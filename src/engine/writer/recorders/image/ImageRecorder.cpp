@@ -26,6 +26,11 @@ QString setting(const QString &key, const QString &defaultValue) {
 }
 
 // Moves a file into a folder, choosing a free name there.
+JobOutcome noMedium() {
+    return JobOutcome::driveFailure(1033, QStringLiteral("No medium in the Image Recorder"),
+                                    QStringLiteral("2/3A/00 MEDIUM NOT PRESENT"));
+}
+
 QString cuePath(const QString &dataPath) {
     const QFileInfo info(dataPath);
     return info.dir().filePath(info.completeBaseName() + QStringLiteral(".cue"));
@@ -53,6 +58,9 @@ ImageRecorder::ImageRecorder() {
                     ";   CD-RW 74, CD-RW 80, DVD-R, DVD+R, DVD-RW, DVD+RW or DVD-RAM.\n"
                     "; EmulateSpeed: 1 holds writing back to the chosen speed, 0 writes as fast\n"
                     ";   as the machine can.\n"
+                    "; Failures on purpose, each for the next operation only (see the notes):\n"
+                    ";   FailAtBlock, FailDriveCode, FailSense, UnreadableSourceAtBlock,\n"
+                    ";   RemoveMediumAtBlock, FailErase, FailClose.\n"
                     "[Image Recorder]\n"
                     "BlankMedium=CD-R 80\n"
                     "EmulateSpeed=0\n");
@@ -174,13 +182,20 @@ void ImageRecorder::ejectLoaded(const Loaded &loaded) const {
     moveInto(loaded.descriptorPath, ejectedFolder());
 }
 
-void ImageRecorder::takeTime(qint64 frames, qint32 speed, JobMonitor &monitor) {
-    if (speed <= 0 || setting(QStringLiteral("EmulateSpeed"), QStringLiteral("0")) != u"1")
+std::optional<ImageRecorder::Loaded> ImageRecorder::lockedLoad() const {
+    QMutexLocker lock(&m_mutex);
+    return load();
+}
+
+void ImageRecorder::takeTime(const MediumKind &kind, qint64 blocks, JobMonitor &monitor) {
+    if (kind.maxSpeed <= 0 || setting(QStringLiteral("EmulateSpeed"), QStringLiteral("0")) != u"1")
         return;
-    // 75 frames of 2352 bytes make a second at 1x of a CD (176 kB/s).
+    // A second of a CD is 75 sectors of 2352 bytes at 1x (176 kB/s) whatever they hold; a DVD's
+    // speed counts 2048-byte blocks.
+    const qint64 rawBytes = kind.cd ? ImageMedium::AudioFrameBytes : Block;
     QElapsedTimer clock;
     clock.start();
-    const qint64 dueMs = frames * ImageMedium::AudioFrameBytes / speed;
+    const qint64 dueMs = blocks * rawBytes / kind.maxSpeed;
     while (clock.elapsed() < dueMs && !monitor.cancelRequested())
         QThread::msleep(ulong(std::min<qint64>(100, dueMs - clock.elapsed())));
 }
@@ -235,8 +250,7 @@ bool ImageRecorder::readBlocks(qint32 lba, qint32 count, char *buffer) {
 
 JobOutcome ImageRecorder::check(const WritePlan &plan, const std::optional<Loaded> &loaded) const {
     if (!loaded)
-        return JobOutcome::driveFailure(1033, QStringLiteral("No medium in the Image Recorder"),
-                                        QStringLiteral("2/3A/00 MEDIUM NOT PRESENT"));
+        return noMedium();
     const MediumKind *kind = ImageMedium::kindByName(loaded->medium.kindName);
     const MediumState st = loaded->medium.state();
     if (!kind || !kind->writable || loaded->descriptorPath.isEmpty() || st.nextWritableAddress < 0)
@@ -454,7 +468,7 @@ JobOutcome ImageRecorder::writeTracks(const WritePlan &plan, Loaded &loaded, Job
     if (plan.closeSession || plan.finalize) {
         monitor.closingSession();
         if (emulate)
-            takeTime(ImageMedium::FirstSessionGap, speed, monitor);
+            takeTime(*kind, ImageMedium::FirstSessionGap, monitor);
     }
     if (plan.finalize)
         monitor.closingDisc();
@@ -474,14 +488,9 @@ JobOutcome ImageRecorder::writeTracks(const WritePlan &plan, Loaded &loaded, Job
 
 JobOutcome ImageRecorder::erase(bool quick, JobMonitor &monitor) {
     const ImageFaults faults = ImageFaults::fromSettings(settingsFile());
-    std::optional<Loaded> loaded;
-    {
-        QMutexLocker lock(&m_mutex);
-        loaded = load();
-    }
+    std::optional<Loaded> loaded = lockedLoad();
     if (!loaded)
-        return JobOutcome::driveFailure(1033, QStringLiteral("No medium in the Image Recorder"),
-                                        QStringLiteral("2/3A/00 MEDIUM NOT PRESENT"));
+        return noMedium();
     const MediumKind *kind = ImageMedium::kindByName(loaded->medium.kindName);
     if (!kind || !kind->rewritable || loaded->descriptorPath.isEmpty())
         return JobOutcome::driveFailure(1036, QStringLiteral("The medium is not rewritable"),
@@ -489,10 +498,7 @@ JobOutcome ImageRecorder::erase(bool quick, JobMonitor &monitor) {
     monitor.log(QStringLiteral("Image Recorder: %1 erase of a %2")
                     .arg(quick ? QStringLiteral("quick") : QStringLiteral("full"), kind->name));
     // A quick erase rewrites the lead-in with its table of contents, a full one every block.
-    const qint32 rawBytes = kind->cd ? ImageMedium::AudioFrameBytes : qint32(Block);
-    takeTime((quick ? ImageMedium::FirstSessionGap : kind->capacity) * rawBytes /
-                 ImageMedium::AudioFrameBytes,
-             kind->maxSpeed, monitor);
+    takeTime(*kind, quick ? ImageMedium::FirstSessionGap : kind->capacity, monitor);
     if (monitor.cancelRequested())
         return JobOutcome::cancelled();
     if (faults.eraseErrorCode) {
@@ -526,14 +532,9 @@ JobOutcome ImageRecorder::erase(bool quick, JobMonitor &monitor) {
 
 JobOutcome ImageRecorder::finish(bool closeDisc, JobMonitor &monitor) {
     const ImageFaults faults = ImageFaults::fromSettings(settingsFile());
-    std::optional<Loaded> loaded;
-    {
-        QMutexLocker lock(&m_mutex);
-        loaded = load();
-    }
+    std::optional<Loaded> loaded = lockedLoad();
     if (!loaded)
-        return JobOutcome::driveFailure(1033, QStringLiteral("No medium in the Image Recorder"),
-                                        QStringLiteral("2/3A/00 MEDIUM NOT PRESENT"));
+        return noMedium();
     const MediumKind *kind = ImageMedium::kindByName(loaded->medium.kindName);
     ImageMedium &medium = loaded->medium;
     if (!kind || !kind->writable || loaded->descriptorPath.isEmpty() || medium.finalized ||
@@ -544,9 +545,7 @@ JobOutcome ImageRecorder::finish(bool closeDisc, JobMonitor &monitor) {
                     .arg(closeDisc ? QStringLiteral("disc") : QStringLiteral("session")));
     monitor.closingSession();
     // The lead-out, and the lead-in with the table of contents, are written now.
-    const qint32 rawBytes = kind->cd ? ImageMedium::AudioFrameBytes : qint32(Block);
-    takeTime(qint64(ImageMedium::FirstSessionGap) * rawBytes / ImageMedium::AudioFrameBytes,
-             kind->maxSpeed, monitor);
+    takeTime(*kind, ImageMedium::FirstSessionGap, monitor);
     if (faults.closeErrorCode) {
         faults.consume(ImageFaults::CloseKey);
         return JobOutcome::driveFailure(faults.closeErrorCode,

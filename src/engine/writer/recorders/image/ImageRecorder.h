@@ -50,8 +50,10 @@ private:
     bool save(const Loaded &loaded) const;
     // Moves the disc out of the tray into the ejected folder.
     void ejectLoaded(const Loaded &loaded) const;
-    // Takes as long as a drive needs for `blocks` at `speed`, when speed emulation is on.
-    static void takeTime(qint64 frames, qint32 speed, JobMonitor &monitor);
+    std::optional<Loaded> lockedLoad() const;
+    // Takes as long as a drive needs for `blocks` of the medium at its highest speed, when
+    // speed emulation is on.
+    static void takeTime(const MediumKind &kind, qint64 blocks, JobMonitor &monitor);
     JobOutcome check(const WritePlan &plan, const std::optional<Loaded> &loaded) const;
     JobOutcome writeTracks(const WritePlan &plan, Loaded &loaded, JobMonitor &monitor);
 
