@@ -23,6 +23,7 @@ private slots:
     void sessionGaps();
     void descriptorRejectsBadText_data();
     void descriptorRejectsBadText();
+    void descriptorReadsAudioDisc();
     void plainIsoIsPressedDisc();
 };
 
@@ -192,6 +193,40 @@ void tst_ImageRecorder::descriptorRejectsBadText_data() {
     QTest::newRow("open session before another")
         << head + "Sessions=2\n[Session1]\nStart=0\nBlocks=1\nMode=1\nClosed=0\n[Session2]\nStart="
                   "20000\nBlocks=1\nMode=1\n";
+    // Audio: one session from block 0 whose tracks start inside it, each after a full gap.
+    const QByteArray audio = head + "Sessions=1\n[Session1]\nStart=0\nBlocks=2000\nMode=0\n";
+    QTest::newRow("audio without tracks") << audio;
+    QTest::newRow("tracks of a data session")
+        << head + "Sessions=1\n[Session1]\nStart=0\nBlocks=2000\nMode=1\nTracks=0\n";
+    QTest::newRow("first track after the start") << audio + "Tracks=10 600\n";
+    QTest::newRow("gap too short") << audio + "Tracks=0 150\n";
+    QTest::newRow("track past the end") << audio + "Tracks=0 2000\n";
+    QTest::newRow("track not a number") << audio + "Tracks=0 x\n";
+    QTest::newRow("data after audio")
+        << head + "Sessions=2\n[Session1]\nStart=0\nBlocks=2000\nMode=0\nTracks=0 400\n"
+                  "[Session2]\nStart=20000\nBlocks=1\nMode=1\n";
+}
+
+void tst_ImageRecorder::descriptorReadsAudioDisc() {
+    const QByteArray text = "[Tessaly Disc]\nVersion=1\nMedium=CD-RW 74\nData=d.bin\nSessions=1\n"
+                            "[Session1]\nStart=0\nBlocks=1464\nMode=0\nTracks=0 526  1014\n";
+    const auto medium = ImageMedium::parse(text);
+    QVERIFY(medium);
+    QVERIFY(medium->isAudio());
+    QCOMPARE(medium->sessions.first().trackStarts, QList<qint32>({0, 526, 1014}));
+    QCOMPARE(medium->state().discType, 0);
+    // Written out and read again unchanged, with the cue sheet that ordinary tools read.
+    QCOMPARE(ImageMedium::parse(medium->serialize())->serialize(), medium->serialize());
+    QCOMPARE(medium->cueSheet("d.bin"), QByteArray("REM Audio disc of the Tessaly Image Recorder\n"
+                                                   "FILE \"d.bin\" BINARY\n"
+                                                   "  TRACK 01 AUDIO\n"
+                                                   "    INDEX 01 00:00:00\n"
+                                                   "  TRACK 02 AUDIO\n"
+                                                   "    INDEX 00 00:05:01\n"
+                                                   "    INDEX 01 00:07:01\n"
+                                                   "  TRACK 03 AUDIO\n"
+                                                   "    INDEX 00 00:11:39\n"
+                                                   "    INDEX 01 00:13:39\n"));
 }
 
 void tst_ImageRecorder::descriptorRejectsBadText() {
