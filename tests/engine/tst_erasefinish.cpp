@@ -180,8 +180,10 @@ void tst_EraseFinish::finishRefused() {
         rig.engine.MoveTray(false);
     if (state == u"closed") {
         QVERIFY(writeData(rig, true));
+        rig.probe.events.clear();
         QVERIFY(rig.engine.FinishDisc(true));
         QVERIFY(rig.probe.waitForEnd());
+        QCOMPARE(rig.engine.DiscStatus(), 2);
     }
     rig.probe.events.clear();
     QVERIFY(!rig.engine.FinishDisc(false));

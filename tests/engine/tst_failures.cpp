@@ -160,7 +160,7 @@ void tst_Failures::duringWrite() {
     if (discStatus < 0) {
         // The disc is gone from the drive, and the windows hear of it.
         QCOMPARE(rig.engine.MediaType(), 254);
-        QTRY_COMPARE_WITH_TIMEOUT(removed.size(), 1, 1000);
+        QTRY_COMPARE_WITH_TIMEOUT(removed.size(), 1, 5000);
         QCOMPARE(removed.first().first().toString(), QStringLiteral("IMG"));
     } else {
         // What the drive burnt before it stopped stays, in a session it could not close.

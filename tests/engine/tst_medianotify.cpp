@@ -65,7 +65,7 @@ void tst_MediaNotify::swappedByHand() {
     for (const QString &f : tray.entryList(QDir::Files))
         QVERIFY(QFile::rename(tray.filePath(f), ejected + "/" + f));
     ImageRecorder().moveTray(true); // a blank disc put in by hand, behind the engine's back
-    QTRY_COMPARE_WITH_TIMEOUT(arrival.size(), 1, 1000);
+    QTRY_COMPARE_WITH_TIMEOUT(arrival.size(), 1, 5000);
     QCOMPARE(removal.size(), 1);
     QCOMPARE(removal.first().first().toString(), QStringLiteral("IMG"));
     QCOMPARE(rig.engine.DiscStatus(), 0);
