@@ -288,11 +288,7 @@ JobOutcome EngineJob::runWrite() {
         }
     } remover{cache};
     if (m_setup.cacheImage && m_setup.kind == Kind::WriteImage) {
-        QDir().mkpath(m_setup.cacheFolder);
-        cache.setFileName(QDir(m_setup.cacheFolder)
-                              .filePath(QStringLiteral("image-%1-%2.cache")
-                                            .arg(QCoreApplication::applicationPid())
-                                            .arg(QDateTime::currentMSecsSinceEpoch())));
+        cache.setFileName(cacheFile("image"));
         FileSink sink;
         if (!sink.open(cache.fileName(), false))
             return JobOutcome::failed(
@@ -326,6 +322,66 @@ void EngineJob::trackStarted(qint32 trackNumber) {
     post([](CDWriterPro *e) { emit e->CreatingDirectories(); });
 }
 
+QString EngineJob::cacheFile(const char *kind) const {
+    QDir().mkpath(m_setup.cacheFolder);
+    return QDir(m_setup.cacheFolder)
+        .filePath(QStringLiteral("%1-%2-%3.cache")
+                      .arg(QLatin1String(kind))
+                      .arg(QCoreApplication::applicationPid())
+                      .arg(QDateTime::currentMSecsSinceEpoch()));
+}
+
+JobOutcome EngineJob::cacheAudio(const std::vector<std::unique_ptr<AudioTrackSource>> &sources,
+                                 QFile &cache) {
+    cache.setFileName(cacheFile("audio"));
+    if (!cache.open(QIODevice::WriteOnly))
+        return JobOutcome::failed(
+            2, QStringLiteral("The cache can't be made: %1").arg(cache.errorString()));
+    log(QStringLiteral("Caching the tracks in %1").arg(cache.fileName()));
+    const auto cacheFailed = [&] {
+        return JobOutcome::failed(
+            2, QStringLiteral("Writing the cache failed: %1").arg(cache.errorString()));
+    };
+    qint64 total = 0;
+    for (const auto &s : sources)
+        total += s->blockCount() * AudioTrackList::FrameBytes;
+    qint64 before = 0;
+    qint32 lastPercent = -1;
+    auto status = [&](qint64 done) {
+        const qint32 percent = total > 0 ? qint32((before + done) * 100 / total) : 100;
+        if (percent != lastPercent) {
+            lastPercent = percent;
+            post([percent](CDWriterPro *e) { emit e->CachingStatus(qint16(percent)); });
+        }
+        return !cancelRequested();
+    };
+    std::vector<qint64> offsets;
+    for (size_t i = 0; i < sources.size(); ++i) {
+        const qint32 number = qint32(i + 1);
+        const QString file = sources[i]->track().fileName;
+        m_track.store(number);
+        post(
+            [file, number](CDWriterPro *e) { emit e->ReadingTrackFile(file, number - 1, number); });
+        offsets.push_back(before);
+        status(0);
+        if (!sources[i]->copyTo(cache, status)) {
+            if (cancelRequested())
+                return JobOutcome::cancelled();
+            return cache.error() != QFileDevice::NoError ? cacheFailed() : sourceFailure(file);
+        }
+        before += sources[i]->blockCount() * AudioTrackList::FrameBytes;
+    }
+    if (!cache.flush())
+        return cacheFailed();
+    cache.close();
+    // From now on the tracks are read from the cache, each from where its frames begin.
+    for (size_t i = 0; i < sources.size(); ++i) {
+        if (!sources[i]->useCache(cache.fileName(), offsets[i]))
+            return JobOutcome::failed(2, QStringLiteral("The cache can't be read back"));
+    }
+    return JobOutcome::completed();
+}
+
 JobOutcome EngineJob::runAudio() {
     WritePlan plan = m_setup.plan;
     std::vector<std::unique_ptr<AudioTrackSource>> sources;
@@ -353,56 +409,8 @@ JobOutcome EngineJob::runAudio() {
         }
     } remover{cache};
     if (m_setup.cacheImage) {
-        QDir().mkpath(m_setup.cacheFolder);
-        cache.setFileName(QDir(m_setup.cacheFolder)
-                              .filePath(QStringLiteral("audio-%1-%2.cache")
-                                            .arg(QCoreApplication::applicationPid())
-                                            .arg(QDateTime::currentMSecsSinceEpoch())));
-        if (!cache.open(QIODevice::WriteOnly))
-            return JobOutcome::failed(
-                2, QStringLiteral("The cache can't be made: %1").arg(cache.errorString()));
-        log(QStringLiteral("Caching the tracks in %1").arg(cache.fileName()));
-        qint64 total = 0;
-        for (const auto &s : sources)
-            total += s->blockCount() * AudioTrackList::FrameBytes;
-        qint64 before = 0;
-        qint32 lastPercent = -1;
-        auto status = [&](qint64 done) {
-            const qint32 percent = total > 0 ? qint32((before + done) * 100 / total) : 100;
-            if (percent != lastPercent) {
-                lastPercent = percent;
-                post([percent](CDWriterPro *e) { emit e->CachingStatus(qint16(percent)); });
-            }
-            return !cancelRequested();
-        };
-        std::vector<qint64> offsets;
-        for (size_t i = 0; i < sources.size(); ++i) {
-            const qint32 number = qint32(i + 1);
-            const QString file = sources[i]->track().fileName;
-            m_track.store(number);
-            post([file, number](CDWriterPro *e) {
-                emit e->ReadingTrackFile(file, number - 1, number);
-            });
-            offsets.push_back(before);
-            status(0);
-            if (!sources[i]->copyTo(cache, status)) {
-                if (cancelRequested())
-                    return JobOutcome::cancelled();
-                if (cache.error() != QFileDevice::NoError)
-                    return JobOutcome::failed(
-                        2, QStringLiteral("Writing the cache failed: %1").arg(cache.errorString()));
-                return sourceFailure(file);
-            }
-            before += sources[i]->blockCount() * AudioTrackList::FrameBytes;
-        }
-        if (!cache.flush())
-            return JobOutcome::failed(
-                2, QStringLiteral("Writing the cache failed: %1").arg(cache.errorString()));
-        cache.close();
-        for (size_t i = 0; i < sources.size(); ++i) {
-            if (!sources[i]->useCache(cache.fileName(), offsets[i]))
-                return JobOutcome::failed(2, QStringLiteral("The cache can't be read back"));
-        }
+        if (JobOutcome cached = cacheAudio(sources, cache); cached.kind != JobOutcome::Completed)
+            return cached;
     }
     return m_setup.recorder->write(plan, *this);
 }

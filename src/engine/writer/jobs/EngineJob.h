@@ -14,6 +14,7 @@
 #include <memory>
 
 class CDWriterPro;
+class AudioTrackSource;
 class FileSink;
 class QThread;
 
@@ -72,6 +73,11 @@ private:
     JobOutcome runWrite();
     JobOutcome runCreate();
     JobOutcome runAudio();
+    // Reads every track into one cache file with CachingStatus and ReadingTrackFile, then
+    // points the sources at it.
+    JobOutcome cacheAudio(const std::vector<std::unique_ptr<AudioTrackSource>> &sources,
+                          QFile &cache);
+    QString cacheFile(const char *kind) const; // a fresh name in the cache folder
     // Copies the image stream into a file with CachingStatus; false on failure or cancel.
     JobOutcome copyImage(FileSink &target, bool reportFiles);
     JobOutcome sourceFailure(const QString &what) const;
