@@ -127,7 +127,17 @@ void tst_AudioWrite::writeAndRipBack() {
     for (int i = 0; i < tracks.size(); ++i)
         QVERIFY(rig.engine.AddAudioTrack(tracks[i].path, i + 1));
     rig.engine.setCacheImage(cache);
+    const QString log = rig.env.appFolder() + "/Dat/Burnlog.txt";
+    rig.engine.SetLogging(true, log);
     QVERIFY(rig.write());
+
+    // The engine's own log tells the write track by track.
+    QFile logFile(log);
+    QVERIFY(logFile.open(QIODevice::ReadOnly));
+    const QByteArray logText = logFile.readAll();
+    for (const char *line : {"Writing an audio disc", "3 track(s)", "Track 3 starts.",
+                             "Closing the disc.", "Finished well."})
+        QVERIFY2(logText.contains(line), line);
 
     // Events in the order the windows rest on, tracks numbered from 1.
     const QStringList &ev = rig.probe.events;
