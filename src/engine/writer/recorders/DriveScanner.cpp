@@ -1,11 +1,59 @@
 #include "DriveScanner.h"
 
+#include "burn/BurnRecorder.h"
 #include "image/ImageRecorder.h"
+
+#include <QLoggingCategory>
+#include <QMutex>
+
+Q_LOGGING_CATEGORY(lcDrives, "tessaly.drives")
+
+namespace {
+QMutex stateMutex;
+QStringList pseudoDrives;
+QStringList notes;
+} // namespace
 
 std::vector<std::unique_ptr<Recorder>> DriveScanner::scan() {
     std::vector<std::unique_ptr<Recorder>> drives;
-    // Physical recorders through libburn take their places here, before the Image Recorder,
-    // which every machine has and which is always listed last.
+    QStringList noticed;
+    for (BurnRecorder::Inquiry &q : BurnRecorder::scanMachine(&noticed)) {
+        qCInfo(lcDrives).noquote() << "Drive" << q.address << q.vendor << q.product
+                                   << (q.writes ? "records" : "reads only");
+        drives.push_back(std::make_unique<BurnRecorder>(std::move(q)));
+    }
+    for (const QString &line : noticed)
+        qCWarning(lcDrives).noquote() << line;
+    QStringList pseudo;
+    {
+        QMutexLocker lock(&stateMutex);
+        notes = noticed;
+        pseudo = pseudoDrives;
+    }
+    for (const QString &path : pseudo) {
+        BurnRecorder::Inquiry q;
+        q.address = QStringLiteral("stdio:") + path;
+        q.vendor = QStringLiteral("libburn");
+        q.product = QStringLiteral("File drive");
+        q.writes = true;
+        drives.push_back(std::make_unique<BurnRecorder>(std::move(q)));
+    }
+    // The Image Recorder, which every machine has, is always listed last.
     drives.push_back(std::make_unique<ImageRecorder>());
     return drives;
+}
+
+void DriveScanner::addPseudoDrive(const QString &path) {
+    QMutexLocker lock(&stateMutex);
+    pseudoDrives << path;
+}
+
+void DriveScanner::clearPseudoDrives() {
+    QMutexLocker lock(&stateMutex);
+    pseudoDrives.clear();
+}
+
+QStringList DriveScanner::lastNotes() {
+    QMutexLocker lock(&stateMutex);
+    return notes;
 }

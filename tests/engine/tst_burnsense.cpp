@@ -1,0 +1,364 @@
+// What drives and libburn say, in the engine's terms; how a track is handed to libburn; and the
+// session layout of media written at any address.
+#include "engine/writer/recorders/burn/BurnMedium.h"
+#include "engine/writer/recorders/burn/DriveSense.h"
+#include "engine/writer/recorders/burn/OverwriteSessions.h"
+#include "engine/writer/recorders/burn/TrackFeed.h"
+
+#include <QTest>
+
+#include <cstring>
+
+namespace {
+using Blocks = QMap<qint32, QByteArray>;
+
+// A volume descriptor block of the given type counting `blocks`.
+QByteArray descriptor(int type, quint32 blocks) {
+    QByteArray b(2048, '\0');
+    b[0] = char(type);
+    std::memcpy(b.data() + 1, "CD001", 5);
+    b[6] = 1;
+    for (int i = 0; i < 4; ++i) {
+        b[80 + i] = char(blocks >> (8 * i));
+        b[87 - i] = char(blocks >> (8 * i));
+    }
+    return b;
+}
+
+// A track whose byte n is n * 7 mod 251, so that a lost or doubled byte shows; it fails at
+// block `failAt`.
+class PatternTrack : public TrackSource {
+public:
+    PatternTrack(qint32 mode, qint64 blocks, qint64 failAt = -1)
+        : m_mode(mode)
+        , m_blocks(blocks)
+        , m_failAt(failAt) {}
+    qint32 mode() const override { return m_mode; }
+    qint64 blockCount() const override { return m_blocks; }
+    bool read(char *buffer, qint64 bytes) override {
+        const qint64 block = m_mode == 0 ? 2352 : 2048;
+        if (bytes % block != 0)
+            return false;
+        if (m_failAt >= 0 && (m_offset + bytes) / block > m_failAt)
+            return false;
+        for (qint64 i = 0; i < bytes; ++i)
+            buffer[i] = char((m_offset + i) * 7 % 251);
+        m_offset += bytes;
+        return true;
+    }
+
+private:
+    qint32 m_mode;
+    qint64 m_blocks, m_failAt;
+    qint64 m_offset = 0;
+};
+
+OverwriteSessions::BlockReader reader(const Blocks &blocks) {
+    return [blocks](qint32 lba, char *out) {
+        std::fill(out, out + 2048, '\0');
+        const auto it = blocks.find(lba);
+        if (it != blocks.end())
+            std::copy_n(it->constData(), std::min<qsizetype>(it->size(), 2048), out);
+        return true;
+    };
+}
+} // namespace
+
+class tst_BurnSense : public QObject {
+    Q_OBJECT
+private slots:
+    void senseToDriveCode_data();
+    void senseToDriveCode();
+    void everySenseGivesACodeOfTheTable();
+    void parseLibburnMessages_data();
+    void parseLibburnMessages();
+    void failureFromMessages_data();
+    void failureFromMessages();
+    void sessionsOfAMedium_data();
+    void sessionsOfAMedium();
+    void headCountsFromBlockZero();
+    void feedHandsOutTheTrack_data();
+    void feedHandsOutTheTrack();
+    void feedReportsAFailedSource();
+    void profilesAsMediaTypes_data();
+    void profilesAsMediaTypes();
+    void discTypesOfCdInformation_data();
+    void discTypesOfCdInformation();
+};
+
+void tst_BurnSense::senseToDriveCode_data() {
+    QTest::addColumn<int>("key");
+    QTest::addColumn<int>("asc");
+    QTest::addColumn<int>("ascq");
+    QTest::addColumn<int>("code");
+    QTest::addColumn<QString>("text");
+    QTest::newRow("buffer underrun")
+        << 3 << 0x0C << 0x09 << 1008 << "3/0C/09 WRITE ERROR - LOSS OF STREAMING";
+    QTest::newRow("plain write error") << 3 << 0x0C << 0x00 << 1005 << "3/0C/00 WRITE ERROR";
+    QTest::newRow("write error, recovery needed")
+        << 3 << 0x0C << 0x07 << 1006 << "3/0C/07 WRITE ERROR - RECOVERY NEEDED";
+    QTest::newRow("tray open: any qualifier of 3A")
+        << 2 << 0x3A << 0x02 << 1033 << "2/3A/02 MEDIUM NOT PRESENT";
+    QTest::newRow("format in progress")
+        << 2 << 0x04 << 0x04 << 1055 << "2/04/04 LOGICAL UNIT NOT READY, FORMAT IN PROGRESS";
+    QTest::newRow("becoming ready")
+        << 2 << 0x04 << 0x01 << 1002 << "2/04/01 LOGICAL UNIT NOT READY";
+    QTest::newRow("invalid address for write")
+        << 5 << 0x21 << 0x02 << 1038 << "5/21/02 INVALID ADDRESS FOR WRITE";
+    QTest::newRow("past the end") << 5 << 0x21 << 0x00 << 1021
+                                  << "5/21/00 LOGICAL BLOCK ADDRESS OUT OF RANGE";
+    QTest::newRow("track mode") << 5 << 0x64 << 0x00 << 1040
+                                << "5/64/00 ILLEGAL MODE FOR THIS TRACK";
+    QTest::newRow("incompatible format")
+        << 5 << 0x30 << 0x05 << 1032 << "5/30/05 CANNOT WRITE MEDIUM - INCOMPATIBLE FORMAT";
+    QTest::newRow("incomplete track at closing")
+        << 3 << 0x72 << 0x03 << 1045
+        << "3/72/03 SESSION FIXATION ERROR - INCOMPLETE TRACK IN SESSION";
+    QTest::newRow("power calibration area full")
+        << 3 << 0x73 << 0x02 << 1047 << "3/73/02 POWER CALIBRATION AREA IS FULL";
+    QTest::newRow("PMA full") << 3 << 0x73 << 0x05 << 1050 << "3/73/05 PROGRAM MEMORY AREA IS FULL";
+    QTest::newRow("erase failure") << 3 << 0x51 << 0x00 << 1036 << "3/51/00 ERASE FAILURE";
+    QTest::newRow("L-EC") << 3 << 0x11 << 0x05 << 1012 << "3/11/05 L-EC UNCORRECTABLE ERROR";
+    QTest::newRow("bus reset") << 6 << 0x29 << 0x00 << 1026
+                               << "6/29/00 POWER ON, RESET, OR BUS DEVICE RESET OCCURRED";
+    QTest::newRow("invalid field in CDB")
+        << 5 << 0x24 << 0x00 << 1022 << "5/24/00 INVALID FIELD IN CDB";
+    QTest::newRow("miscompare while verifying")
+        << 0xE << 0x1D << 0x00 << 1005 << "E/1D/00 MISCOMPARE DURING VERIFY OPERATION";
+    QTest::newRow("unknown ASC: the key decides")
+        << 4 << 0x99 << 0x01 << 1034 << "4/99/01 HARDWARE ERROR";
+    QTest::newRow("aborted command") << 0xB << 0x00 << 0x06 << 1001 << "B/00/06 ABORTED COMMAND";
+    QTest::newRow("nothing wrong")
+        << 0 << 0 << 0 << 1052 << "0/00/00 NO ADDITIONAL SENSE INFORMATION";
+}
+
+void tst_BurnSense::senseToDriveCode() {
+    QFETCH(int, key);
+    QFETCH(int, asc);
+    QFETCH(int, ascq);
+    QFETCH(int, code);
+    QFETCH(QString, text);
+    const DriveSense::Sense sense{key, asc, ascq};
+    QCOMPARE(DriveSense::driveCode(sense), code);
+    QCOMPARE(DriveSense::senseText(sense), text);
+}
+
+void tst_BurnSense::everySenseGivesACodeOfTheTable() {
+    // Whatever a drive reports, the window finds a text for the code.
+    for (int key = 0; key < 16; ++key) {
+        for (int asc = 0; asc < 256; ++asc) {
+            for (int ascq = 0; ascq < 256; ascq += 17) {
+                const qint32 code = DriveSense::driveCode({key, asc, ascq});
+                QVERIFY2(
+                    code >= 1000 && code <= 1055,
+                    qPrintable(
+                        QStringLiteral("%1/%2/%3 gives %4").arg(key).arg(asc).arg(ascq).arg(code)));
+            }
+        }
+    }
+}
+
+void tst_BurnSense::parseLibburnMessages_data() {
+    QTest::addColumn<QString>("message");
+    QTest::addColumn<QString>("sense"); // empty: none
+    QTest::newRow("bracketed") << "SCSI error on write(33,16): [5 21 02] Invalid address for write"
+                               << "5/21/02";
+    QTest::newRow("bracketed, lower case") << "FAILURE: [3 0c 09] write error"
+                                           << "3/0C/09";
+    QTest::newRow("bare, after the command")
+        << "SCSI error condition on command 2Ah WRITE(10) : 5 64 00 ILLEGAL MODE FOR THIS TRACK"
+        << "5/64/00";
+    QTest::newRow("bare, but no SCSI in it") << "Track 1 of 12 05 done"
+                                             << "";
+    QTest::newRow("no sense") << "Drive offers no suitable write mode with this job"
+                              << "";
+    QTest::newRow("fifo") << "Read error on fifo input"
+                          << "";
+}
+
+void tst_BurnSense::parseLibburnMessages() {
+    QFETCH(QString, message);
+    QFETCH(QString, sense);
+    const auto parsed = DriveSense::parse(message);
+    QCOMPARE(parsed.has_value(), !sense.isEmpty());
+    if (parsed)
+        QVERIFY2(DriveSense::senseText(*parsed).startsWith(sense),
+                 qPrintable(DriveSense::senseText(*parsed)));
+}
+
+void tst_BurnSense::failureFromMessages_data() {
+    QTest::addColumn<QStringList>("messages");
+    QTest::addColumn<bool>("fallback"); // "the read failed" when the drive says nothing
+    QTest::addColumn<int>("code");
+    QTest::addColumn<QString>("sense");
+    QTest::newRow("sense data decides")
+        << QStringList{"NOTE: Drive is ready",
+                       "FAILURE: SCSI error on write: [3 0C 09] Write error"}
+        << true << 1008 << "3/0C/09 WRITE ERROR - LOSS OF STREAMING";
+    QTest::newRow("libburn's refusal in words")
+        << QStringList{"SORRY: audio track prohibited by non-CD"} << false << 1040
+        << "5/64/00 ILLEGAL MODE FOR THIS TRACK (SORRY: audio track prohibited by non-CD)";
+    QTest::newRow("the step's meaning when nothing is said")
+        << QStringList{} << true << 1009 << "3/11/00 UNRECOVERED READ ERROR";
+    QTest::newRow("nothing known: libburn's last word")
+        << QStringList{"NOTE: a", "FATAL: Something never seen"} << false << 1051
+        << "FATAL: Something never seen";
+    QTest::newRow("nothing at all")
+        << QStringList{} << false << 1051 << "0/00/00 NO ADDITIONAL SENSE INFORMATION";
+}
+
+void tst_BurnSense::failureFromMessages() {
+    QFETCH(QStringList, messages);
+    QFETCH(bool, fallback);
+    QFETCH(int, code);
+    QFETCH(QString, sense);
+    const JobOutcome o = DriveSense::failure(
+        "What failed", messages,
+        fallback ? std::optional(DriveSense::Sense{3, 0x11, 0x00}) : std::nullopt);
+    QCOMPARE(o.kind, JobOutcome::Failed);
+    QCOMPARE(o.writeError, 3);
+    QCOMPARE(o.driveError, code);
+    QCOMPARE(o.errorInfo, QStringLiteral("What failed"));
+    QCOMPARE(o.senseInfo, sense);
+}
+
+void tst_BurnSense::sessionsOfAMedium_data() {
+    QTest::addColumn<Blocks>("blocks");
+    QTest::addColumn<QList<int>>("starts");
+    QTest::addColumn<int>("next");
+    QTest::newRow("blank") << Blocks{} << QList<int>{} << 32;
+    QTest::newRow("cancelled first session: no head")
+        << Blocks{{48, descriptor(1, 500)}} << QList<int>{} << 32;
+    QTest::newRow("image at block 0") << Blocks{{16, descriptor(1, 700)}} << QList<int>{0} << -1;
+    QTest::newRow("two sessions") << Blocks{{16, descriptor(1, 89)},
+                                            {48, descriptor(1, 24)},
+                                            {80, descriptor(1, 25)}}
+                                  << QList<int>{32, 64} << 96;
+    QTest::newRow("remains of a cancel beyond the head")
+        << Blocks{{16, descriptor(1, 56)}, {48, descriptor(1, 24)}, {80, descriptor(1, 9000)}}
+        << QList<int>{32} << 64;
+}
+
+void tst_BurnSense::sessionsOfAMedium() {
+    QFETCH(Blocks, blocks);
+    QFETCH(QList<int>, starts);
+    QFETCH(int, next);
+    const auto sessions = OverwriteSessions::scan(reader(blocks), 100000);
+    QList<int> found;
+    for (const auto &s : sessions)
+        found << s.start;
+    QCOMPARE(found, starts);
+    QCOMPARE(OverwriteSessions::nextStart(sessions), next);
+}
+
+void tst_BurnSense::headCountsFromBlockZero() {
+    QByteArray session(32 * 2048, '\x11');
+    session.replace(16 * 2048, 2048, descriptor(1, 25));
+    session.replace(17 * 2048, 2048, descriptor(2, 25));
+    session.replace(18 * 2048, 2048, descriptor(255, 0));
+    const QByteArray head = OverwriteSessions::head(session, 64, 25);
+    QCOMPARE(head.size(), session.size());
+    QCOMPARE(OverwriteSessions::volumeBlocks(head.constData() + 16 * 2048), 89);
+    QCOMPARE(head.mid(17 * 2048, 2048), descriptor(2, 89)); // Joliet's counts too, both orders
+    QCOMPARE(head.mid(18 * 2048, 2048), descriptor(255, 0));
+    QCOMPARE(head.left(16 * 2048), session.left(16 * 2048));
+}
+
+void tst_BurnSense::feedHandsOutTheTrack_data() {
+    QTest::addColumn<int>("mode");
+    QTest::addColumn<int>("blocks");
+    QTest::addColumn<int>("readSize"); // what libburn asks for per call
+    QTest::newRow("audio, a sector per call") << 0 << 75 << 2352;
+    QTest::newRow("data, a sector per call") << 1 << 70 << 2048;
+    QTest::newRow("data, odd sizes across runs") << 1 << 33 << 1000;
+    QTest::newRow("audio, large calls") << 0 << 40 << 2352 * 16;
+}
+
+void tst_BurnSense::feedHandsOutTheTrack() {
+    QFETCH(int, mode);
+    QFETCH(int, blocks);
+    QFETCH(int, readSize);
+    PatternTrack track(mode, blocks);
+    auto record = std::make_shared<TrackFeed::Record>();
+    BurnLibrary::SourcePtr src = TrackFeed::create(&track, record);
+    QVERIFY(src);
+    const qint64 blockBytes = mode == 0 ? 2352 : 2048;
+    QCOMPARE(qint64(src->get_size(src.get())), blocks * blockBytes);
+    QByteArray all;
+    std::vector<unsigned char> buffer(static_cast<size_t>(readSize));
+    for (int n; (n = src->read_xt(src.get(), buffer.data(), readSize)) > 0;)
+        all.append(reinterpret_cast<const char *>(buffer.data()), n);
+    QCOMPARE(all.size(), blocks * blockBytes);
+    for (qint64 i = 0; i < all.size(); i += 4093)
+        QCOMPARE(static_cast<unsigned char>(all[i]), static_cast<unsigned char>(i * 7 % 251));
+    // One digest per run of blocks, each of exactly the bytes handed out.
+    const qint64 run = TrackFeed::DigestBlocks * blockBytes;
+    QCOMPARE(record->digests.size(),
+             (blocks + TrackFeed::DigestBlocks - 1) / TrackFeed::DigestBlocks);
+    for (qsizetype r = 0; r < record->digests.size(); ++r)
+        QCOMPARE(record->digests[r],
+                 TrackFeed::digest(all.constData() + r * run, std::min(run, all.size() - r * run)));
+    QVERIFY(!record->failed.load());
+}
+
+void tst_BurnSense::feedReportsAFailedSource() {
+    PatternTrack track(1, 100, 40);
+    auto record = std::make_shared<TrackFeed::Record>();
+    BurnLibrary::SourcePtr src = TrackFeed::create(&track, record);
+    std::vector<unsigned char> buffer(2048);
+    int last = 0, calls = 0;
+    while ((last = src->read_xt(src.get(), buffer.data(), 2048)) > 0)
+        ++calls;
+    QCOMPARE(last, -1); // a failure, never an early end that libburn would pad with zeros
+    QCOMPARE(calls, 32);
+    QVERIFY(record->failed.load());
+}
+
+void tst_BurnSense::profilesAsMediaTypes_data() {
+    QTest::addColumn<int>("profile");
+    QTest::addColumn<int>("mediaType");
+    QTest::addColumn<bool>("anyAddress"); // sessions laid out by this recorder, not the drive
+    QTest::newRow("CD-ROM, shown as a closed CD-R") << 0x08 << 255 << false;
+    QTest::newRow("CD-R") << 0x09 << 255 << false;
+    QTest::newRow("CD-RW") << 0x0a << 253 << false;
+    QTest::newRow("DVD-ROM") << 0x10 << 0 << false;
+    QTest::newRow("DVD-R") << 0x11 << 2 << false;
+    QTest::newRow("DVD-R DL") << 0x15 << 2 << false;
+    QTest::newRow("DVD-RAM") << 0x12 << 1 << true;
+    QTest::newRow("DVD-RW restricted overwrite") << 0x13 << 3 << true;
+    QTest::newRow("DVD-RW sequential") << 0x14 << 3 << false;
+    QTest::newRow("DVD+RW") << 0x1a << 9 << true;
+    QTest::newRow("DVD+RW DL") << 0x2a << 9 << true;
+    QTest::newRow("DVD+R") << 0x1b << 10 << false;
+    QTest::newRow("DVD+R DL") << 0x2b << 10 << false;
+    QTest::newRow("BD-R") << 0x41 << 2 << false;
+    QTest::newRow("BD-RE") << 0x43 << 1 << true;
+    QTest::newRow("a file") << 0xffff << 1 << true;
+    QTest::newRow("none") << 0 << 254 << false;
+}
+
+void tst_BurnSense::profilesAsMediaTypes() {
+    QFETCH(int, profile);
+    QFETCH(int, mediaType);
+    QFETCH(bool, anyAddress);
+    QCOMPARE(BurnMedium::mediaTypeOf(profile), mediaType);
+    QCOMPARE(BurnMedium::isOverwriteable(profile), anyAddress);
+}
+
+void tst_BurnSense::discTypesOfCdInformation_data() {
+    QTest::addColumn<QByteArray>("text");
+    QTest::addColumn<int>("discType");
+    QTest::newRow("CD-DA or CD-ROM") << QByteArray("CD-DA or CD-ROM") << 0;
+    QTest::newRow("CD-I") << QByteArray("CD-I") << 16;
+    QTest::newRow("CD-ROM XA") << QByteArray("CD-ROM XA") << 32;
+    QTest::newRow("undefined") << QByteArray("undefined") << 255;
+}
+
+void tst_BurnSense::discTypesOfCdInformation() {
+    QFETCH(QByteArray, text);
+    QFETCH(int, discType);
+    QCOMPARE(BurnMedium::discTypeOf(text.constData()), discType);
+}
+
+QTEST_MAIN(tst_BurnSense)
+#include "tst_burnsense.moc"
