@@ -469,7 +469,7 @@ bool CDWriterProPrivate::startJob(EngineJob::Setup setup, const ImageMaker &make
     const bool erase = setup.kind == EngineJob::Kind::Erase;
     const bool write = !erase && setup.kind != EngineJob::Kind::Finish;
     auto made =
-        std::make_unique<EngineJob>(q, std::move(setup), [this, erase](const JobOutcome &o) {
+        std::make_unique<EngineJob>(q, std::move(setup), [this, erase, write](const JobOutcome &o) {
             job->wait();
             job.reset();
             switch (o.kind) {
@@ -481,7 +481,7 @@ bool CDWriterProPrivate::startJob(EngineJob::Setup setup, const ImageMaker &make
                 break;
             case JobOutcome::Cancelled:
                 // Erasing and closing stop only when the engine goes away, and nobody listens then.
-                if (!erase)
+                if (write)
                     emit q->WriteCancelled();
                 break;
             case JobOutcome::Failed:
