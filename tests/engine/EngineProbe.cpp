@@ -8,6 +8,7 @@
 #include <QFile>
 #include <QProcess>
 #include <QTest>
+#include <QtEndian>
 
 #include "base/Conversions.h"
 
@@ -44,6 +45,8 @@ EngineProbe::EngineProbe(CDWriterPro *engine)
     connect(engine, &CDWriterPro::ClosingSession, this, [=, this] { on("ClosingSession"); });
     connect(engine, &CDWriterPro::ClosingDisc, this, [=, this] { on("ClosingDisc"); });
     connect(engine, &CDWriterPro::WriteComplete, this, [=, this] { on("WriteComplete"); });
+    connect(engine, &CDWriterPro::EraseDiscStart, this, [=, this] { on("EraseDiscStart"); });
+    connect(engine, &CDWriterPro::EraseDiscComplete, this, [=, this] { on("EraseDiscComplete"); });
     connect(engine, &CDWriterPro::WriteCancelled, this, [=, this] { on("WriteCancelled"); });
     connect(engine, &CDWriterPro::WriteError, this,
             [=, this](qint32 we, qint32 de, const QString &info, const QString &) {
@@ -110,5 +113,46 @@ QByteArray pseudoRandom(int size, int seed) {
         b[i] = char(x >> 24);
     }
     return b;
+}
+
+QByteArray le16(quint16 v) {
+    QByteArray b(2, '\0');
+    qToLittleEndian(v, b.data());
+    return b;
+}
+
+QByteArray le32(quint32 v) {
+    QByteArray b(4, '\0');
+    qToLittleEndian(v, b.data());
+    return b;
+}
+
+QByteArray chunk(const char *id, const QByteArray &body) {
+    QByteArray c = QByteArray(id, 4) + le32(quint32(body.size())) + body;
+    if (body.size() & 1)
+        c.append('\0');
+    return c;
+}
+
+QByteArray fmtChunk(quint16 tag, quint16 channels, quint32 rate, quint16 bits) {
+    const quint16 align = quint16(channels * bits / 8);
+    return chunk("fmt ", le16(tag) + le16(channels) + le32(rate) + le32(rate * align) +
+                             le16(align) + le16(bits));
+}
+
+QByteArray riff(const QByteArray &chunks) {
+    return "RIFF" + le32(quint32(chunks.size() + 4)) + "WAVE" + chunks;
+}
+
+QByteArray rampPcm(int frames) {
+    QByteArray b;
+    b.reserve(frames * 4);
+    for (int i = 0; i < frames; ++i)
+        b += le16(quint16(i)) + le16(quint16(-i));
+    return b;
+}
+
+QByteArray cdWave(const QByteArray &pcm) {
+    return riff(fmtChunk(1, 2, 44100, 16) + chunk("data", pcm));
 }
 } // namespace EngineFixtures

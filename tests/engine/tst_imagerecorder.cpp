@@ -23,6 +23,7 @@ private slots:
     void sessionGaps();
     void descriptorRejectsBadText_data();
     void descriptorRejectsBadText();
+    void descriptorReadsAudioDisc();
     void plainIsoIsPressedDisc();
 };
 
@@ -141,13 +142,13 @@ void tst_ImageRecorder::sessionGaps() {
     // pregap; later sessions a 2250-block lead-out instead.
     ImageMedium cd = ImageMedium::blank(*ImageMedium::kindByName("CD-R 80"), "d.iso");
     QCOMPARE(cd.state().freeBlocks, 360000);
-    cd.sessions.append({0, 1000, 1, true});
+    cd.sessions.append({0, 1000, 1, true, {}});
     QCOMPARE(cd.nextWritableAddress(), 1000 + 11400);
     QCOMPARE(cd.state().freeBlocks, 360000 - 12400);
     QCOMPARE(cd.state().sessionCount, 2);
     QCOMPARE(cd.state().discStatus, 1);
     QCOMPARE(cd.state().lastSessionStatus, 0);
-    cd.sessions.append({12400, 500, 1, true});
+    cd.sessions.append({12400, 500, 1, true, {}});
     QCOMPARE(cd.nextWritableAddress(), 12900 + 6900);
     cd.finalized = true;
     QCOMPARE(cd.state().freeBlocks, 0);
@@ -156,12 +157,12 @@ void tst_ImageRecorder::sessionGaps() {
     QCOMPARE(cd.state().sessionCount, 2);
     // A session left open (a write that stopped) takes nothing more.
     ImageMedium broken = ImageMedium::blank(*ImageMedium::kindByName("CD-R 80"), "d.iso");
-    broken.sessions.append({0, 40, 1, false});
+    broken.sessions.append({0, 40, 1, false, {}});
     QCOMPARE(broken.state().lastSessionStatus, 1);
     QCOMPARE(broken.state().freeBlocks, 0);
     // DVD sessions end on a whole ECC block, without CD lead-in/out.
     ImageMedium dvd = ImageMedium::blank(*ImageMedium::kindByName("DVD+R"), "d.iso");
-    dvd.sessions.append({0, 1001, 1, true});
+    dvd.sessions.append({0, 1001, 1, true, {}});
     QCOMPARE(dvd.nextWritableAddress(), 1008);
     // Round trip through the descriptor text.
     const auto again = ImageMedium::parse(cd.serialize());
@@ -192,6 +193,40 @@ void tst_ImageRecorder::descriptorRejectsBadText_data() {
     QTest::newRow("open session before another")
         << head + "Sessions=2\n[Session1]\nStart=0\nBlocks=1\nMode=1\nClosed=0\n[Session2]\nStart="
                   "20000\nBlocks=1\nMode=1\n";
+    // Audio: one session from block 0 whose tracks start inside it, each after a full gap.
+    const QByteArray audio = head + "Sessions=1\n[Session1]\nStart=0\nBlocks=2000\nMode=0\n";
+    QTest::newRow("audio without tracks") << audio;
+    QTest::newRow("tracks of a data session")
+        << head + "Sessions=1\n[Session1]\nStart=0\nBlocks=2000\nMode=1\nTracks=0\n";
+    QTest::newRow("first track after the start") << audio + "Tracks=10 600\n";
+    QTest::newRow("gap too short") << audio + "Tracks=0 150\n";
+    QTest::newRow("track past the end") << audio + "Tracks=0 2000\n";
+    QTest::newRow("track not a number") << audio + "Tracks=0 x\n";
+    QTest::newRow("data after audio")
+        << head + "Sessions=2\n[Session1]\nStart=0\nBlocks=2000\nMode=0\nTracks=0 400\n"
+                  "[Session2]\nStart=20000\nBlocks=1\nMode=1\n";
+}
+
+void tst_ImageRecorder::descriptorReadsAudioDisc() {
+    const QByteArray text = "[Tessaly Disc]\nVersion=1\nMedium=CD-RW 74\nData=d.bin\nSessions=1\n"
+                            "[Session1]\nStart=0\nBlocks=1464\nMode=0\nTracks=0 526  1014\n";
+    const auto medium = ImageMedium::parse(text);
+    QVERIFY(medium);
+    QVERIFY(medium->isAudio());
+    QCOMPARE(medium->sessions.first().trackStarts, QList<qint32>({0, 526, 1014}));
+    QCOMPARE(medium->state().discType, 0);
+    // Written out and read again unchanged, with the cue sheet that ordinary tools read.
+    QCOMPARE(ImageMedium::parse(medium->serialize())->serialize(), medium->serialize());
+    QCOMPARE(medium->cueSheet("d.bin"), QByteArray("REM Audio disc of the Tessaly Image Recorder\n"
+                                                   "FILE \"d.bin\" BINARY\n"
+                                                   "  TRACK 01 AUDIO\n"
+                                                   "    INDEX 01 00:00:00\n"
+                                                   "  TRACK 02 AUDIO\n"
+                                                   "    INDEX 00 00:05:01\n"
+                                                   "    INDEX 01 00:07:01\n"
+                                                   "  TRACK 03 AUDIO\n"
+                                                   "    INDEX 00 00:11:39\n"
+                                                   "    INDEX 01 00:13:39\n"));
 }
 
 void tst_ImageRecorder::descriptorRejectsBadText() {

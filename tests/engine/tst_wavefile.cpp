@@ -1,3 +1,5 @@
+#include "EngineProbe.h"
+
 #include "engine/writer/audio/WaveFile.h"
 
 #include <QBuffer>
@@ -7,40 +9,11 @@
 #include <QTest>
 #include <QtEndian>
 
+using namespace EngineFixtures;
+
 namespace {
-
-QByteArray le16(quint16 v) {
-    QByteArray b(2, '\0');
-    qToLittleEndian(v, b.data());
-    return b;
-}
-QByteArray le32(quint32 v) {
-    QByteArray b(4, '\0');
-    qToLittleEndian(v, b.data());
-    return b;
-}
-QByteArray chunk(const char *id, const QByteArray &body) {
-    QByteArray c = QByteArray(id, 4) + le32(quint32(body.size())) + body;
-    if (body.size() & 1)
-        c.append('\0');
-    return c;
-}
-QByteArray fmt(quint16 tag, quint16 channels, quint32 rate, quint16 bits) {
-    const quint16 align = quint16(channels * bits / 8);
-    return chunk("fmt ", le16(tag) + le16(channels) + le32(rate) + le32(rate * align) +
-                             le16(align) + le16(bits));
-}
-// Recognisable samples: frame i holds i and -i.
-QByteArray pcm(int frames) {
-    QByteArray b;
-    for (int i = 0; i < frames; ++i)
-        b += le16(quint16(i)) + le16(quint16(-i));
-    return b;
-}
-QByteArray riff(const QByteArray &chunks) {
-    return "RIFF" + le32(quint32(chunks.size() + 4)) + "WAVE" + chunks;
-}
-
+const auto fmt = fmtChunk;
+const auto pcm = rampPcm;
 } // namespace
 
 class tst_WaveFile : public QObject {

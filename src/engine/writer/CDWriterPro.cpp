@@ -149,6 +149,11 @@ QString CDWriterPro::mediumIdentity(qint32 index) const {
     return r ? r->mediumIdentity() : QString();
 }
 
+bool CDWriterPro::isVirtualDrive(qint32 index) const {
+    const Recorder *r = d->drive(index);
+    return r && r->isVirtual();
+}
+
 qint32 CDWriterPro::MediaType() const {
     return d->medium().mediaType;
 }
@@ -379,25 +384,74 @@ bool CDWriterPro::ImportLastSession(bool) {
     return d->tree->importSession(*r, st.lastSessionStart, d->addedSink(), d->replaceQuestion());
 }
 
-// --- Audio tracks: the next step of the engine ----------------------------------------------
+// --- Audio tracks ---------------------------------------------------------------------------
 
-void CDWriterPro::ClearAudioTracks() {}
-bool CDWriterPro::AddAudioTrack(const QString &, qint32) {
-    return false;
+void CDWriterPro::ClearAudioTracks() {
+    if (!d->jobRunning())
+        d->audio.clear();
 }
-void CDWriterPro::RemoveAudioTrack(qint32) {}
-void CDWriterPro::ListAudioTracks() {}
+
+bool CDWriterPro::AddAudioTrack(const QString &fileName, qint32 position) {
+    return !d->jobRunning() && d->audio.add(fileName, position);
+}
+
+void CDWriterPro::RemoveAudioTrack(qint32 index) {
+    if (!d->jobRunning())
+        d->audio.remove(index);
+}
+
+void CDWriterPro::ListAudioTracks() {
+    const std::vector<AudioTrack> tracks = d->audio.tracks(); // a handler may change the list
+    for (size_t i = 0; i < tracks.size(); ++i) {
+        const AudioTrack &t = tracks[i];
+        emit EnumAudioTrack(t.fileName, t.blocks, qint32(std::min<qint64>(t.pcmBytes, INT32_MAX)),
+                            qint32(i + 1));
+    }
+}
+
 qint32 CDWriterPro::AudioTrackCount() const {
-    return 0;
+    return d->audio.count();
 }
+
 qint32 CDWriterPro::AudioImageBlocks() const {
-    return 0;
+    return qint32(std::min<qint64>(d->audio.imageBlocks(), INT32_MAX));
 }
-bool CDWriterPro::EraseDisc(bool) {
-    return false;
+
+// --- Erasing and closing --------------------------------------------------------------------
+
+bool CDWriterPro::EraseDisc(bool quick) {
+    Recorder *r = d->currentDrive();
+    if (!r || d->jobRunning())
+        return false;
+    // Only rewritable media are blanked; a write-once disc is refused before anything starts.
+    switch (r->medium().mediaType) {
+    case MediaCDRW:
+    case MediaDVDRW:
+    case MediaDVDPlusRW:
+    case MediaDVDRAM:
+        break;
+    default:
+        return false;
+    }
+    EngineJob::Setup setup;
+    setup.kind = EngineJob::Kind::Erase;
+    setup.recorder = r;
+    setup.quick = quick;
+    return d->startJob(std::move(setup), {});
 }
-bool CDWriterPro::FinishDisc(bool) {
-    return false;
+
+bool CDWriterPro::FinishDisc(bool closeDisc) {
+    Recorder *r = d->currentDrive();
+    if (!r || d->jobRunning())
+        return false;
+    // Only an open disc has a session or a disc left to close.
+    if (r->medium().discStatus != DiscOpen)
+        return false;
+    EngineJob::Setup setup;
+    setup.kind = EngineJob::Kind::Finish;
+    setup.recorder = r;
+    setup.closeDisc = closeDisc;
+    return d->startJob(std::move(setup), {});
 }
 
 // --- Jobs -----------------------------------------------------------------------------------
@@ -412,21 +466,29 @@ bool CDWriterProPrivate::startJob(EngineJob::Setup setup, const ImageMaker &make
     setup.cacheImage = cacheImage;
     setup.cacheFolder = App::pathOf(QStringLiteral("/Cache"));
     setup.logPath = logging ? logPath : QString();
-    auto made = std::make_unique<EngineJob>(q, std::move(setup), [this](const JobOutcome &o) {
-        job->wait();
-        job.reset();
-        switch (o.kind) {
-        case JobOutcome::Completed:
-            emit q->WriteComplete();
-            break;
-        case JobOutcome::Cancelled:
-            emit q->WriteCancelled();
-            break;
-        case JobOutcome::Failed:
-            emit q->WriteError(o.writeError, o.driveError, o.errorInfo, o.senseInfo);
-            break;
-        }
-    });
+    const bool erase = setup.kind == EngineJob::Kind::Erase;
+    const bool write = !erase && setup.kind != EngineJob::Kind::Finish;
+    auto made =
+        std::make_unique<EngineJob>(q, std::move(setup), [this, erase, write](const JobOutcome &o) {
+            job->wait();
+            job.reset();
+            switch (o.kind) {
+            case JobOutcome::Completed:
+                if (erase)
+                    emit q->EraseDiscComplete();
+                else
+                    emit q->WriteComplete();
+                break;
+            case JobOutcome::Cancelled:
+                // Erasing and closing stop only when the engine goes away, and nobody listens then.
+                if (write)
+                    emit q->WriteCancelled();
+                break;
+            case JobOutcome::Failed:
+                emit q->WriteError(o.writeError, o.driveError, o.errorInfo, o.senseInfo);
+                break;
+            }
+        });
     if (makeImage) {
         IsoLibrary::BurnSourcePtr image = makeImage();
         if (!image)
@@ -434,16 +496,27 @@ bool CDWriterProPrivate::startJob(EngineJob::Setup setup, const ImageMaker &make
         made->setImage(std::move(image));
     }
     job = std::move(made);
-    emit q->PreparingToWrite();
+    if (write)
+        emit q->PreparingToWrite();
     job->start();
     return true;
 }
 
 bool CDWriterPro::WriteDisc() {
     Recorder *r = d->currentDrive();
-    // Audio discs (track mode 0) are written from the track list, a later part of the engine.
-    if (!r || d->jobRunning() || d->trackMode == 0)
+    if (!r || d->jobRunning())
         return false;
+    if (d->trackMode == 0) {
+        // An audio disc goes at once from block 0: every track with its gap, then the closing.
+        if (d->audio.count() == 0)
+            return false;
+        EngineJob::Setup setup;
+        setup.kind = EngineJob::Kind::WriteAudio;
+        setup.recorder = r;
+        setup.audioTracks = d->audio.tracks();
+        setup.plan.startAddress = 0;
+        return d->startJob(std::move(setup), {});
+    }
     const MediumState st = r->medium();
     IsoImageTree::StreamOptions options;
     options.joliet = d->fileSystem == 1;
@@ -505,6 +578,6 @@ bool CDWriterPro::CreateISOFile(const QString &path) {
 }
 
 void CDWriterPro::CancelWrite() {
-    if (d->job)
+    if (d->job && d->job->cancellable())
         d->job->cancel();
 }

@@ -119,6 +119,8 @@ public:
     qint32 ISOFileCount() const;
     qint32 ISODirectoryCount() const;
     qint32 AudioTrackCount() const;
+    // The audio disc's blocks: every track in whole 2352-byte frames (at least 4 seconds) with
+    // the 2-second gap before it, the first track's included, as they take the disc's space.
     qint32 AudioImageBlocks() const;
     QString Version() const;
 
@@ -141,8 +143,12 @@ public:
     bool ImportLastSession(bool reserved);
 
     void ClearAudioTracks();
+    // Puts a wave file of CD audio before the track at `position` (from 1; later positions
+    // append). False for anything else, an empty wave, the hundredth track, or while a job runs.
     bool AddAudioTrack(const QString &fileName, qint32 position);
-    void RemoveAudioTrack(qint32 index);
+    void RemoveAudioTrack(qint32 index); // index from 1
+    // EnumAudioTrack for each track: its frames on the disc (without the gap), the bytes of its
+    // audio and its number from 1.
     void ListAudioTracks();
 
     double BlocksToBytes(qint32 blocks, qint32 mode) const;
@@ -154,12 +160,18 @@ public:
     bool CreateISOFile(const QString &path);
     bool WriteISOFile(const QString &path);
     void CancelWrite();
+    // False at once, with no event, unless a rewritable medium (CD-RW, DVD-RW, DVD+RW,
+    // DVD-RAM) is loaded; then EraseDiscStart, and EraseDiscComplete or WriteError.
     bool EraseDisc(bool quick);
+    // False at once unless the disc is open; then ClosingSession, ClosingDisc when the disc is
+    // closed, and WriteComplete or WriteError. Neither this nor erasing can be cancelled.
     bool FinishDisc(bool closeDisc);
 
     // For CDNotify: a text that changes whenever the medium in a drive changes (a disc put in,
     // taken out or swapped); empty while the drive holds none.
     QString mediumIdentity(qint32 index) const;
+    // For CDNotify: true for a drive that only exists in this program (the Image Recorder).
+    bool isVirtualDrive(qint32 index) const;
 
 signals:
     // Destination paths have the form "\dir\sub\name", the root is "\".

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "CDWriterPro.h"
+#include "audio/AudioTrackList.h"
 #include "iso/IsoImageTree.h"
 #include "jobs/EngineJob.h"
 #include "recorders/Recorder.h"
@@ -43,5 +44,6 @@ public:
     qint32 fileSystem = 1; // Joliet by default: long mixed-case names for other systems
 
     std::unique_ptr<IsoImageTree> tree;
+    AudioTrackList audio;
     std::unique_ptr<EngineJob> job;
 };

@@ -1,5 +1,6 @@
 #include "EngineJob.h"
 
+#include "AudioTrackSource.h"
 #include "FileSink.h"
 #include "engine/writer/CDWriterPro.h"
 
@@ -52,7 +53,16 @@ public:
     }
     qint32 mode() const override { return m_mode; }
     qint64 blockCount() const override { return (m_size + Block - 1) / Block; }
+    bool breakSource() override {
+        m_broken = true;
+        return true;
+    }
     bool read(char *buffer, qint64 bytes) override {
+        if (m_broken) {
+            if (m_observer)
+                m_observer->fileFailed(2, m_file.fileName());
+            return false;
+        }
         const qint64 expected = std::min(bytes, m_size - m_done);
         const qint64 got = expected > 0 ? m_file.read(buffer, expected) : 0;
         if (got != expected) {
@@ -71,6 +81,7 @@ private:
     qint64 m_size;
     qint64 m_done = 0;
     SourceReadObserver *m_observer;
+    bool m_broken = false;
 };
 
 qint64 steadyMs() {
@@ -131,12 +142,13 @@ void EngineJob::log(const QString &line) {
 }
 
 void EngineJob::run() {
-    const char *kinds[] = {"Writing the data image", "Writing an ISO file", "Creating an ISO file"};
+    const char *kinds[] = {"Writing the data image", "Writing an ISO file", "Creating an ISO file",
+                           "Writing an audio disc",  "Erasing the disc",    "Closing the disc"};
     log(QStringLiteral("%1 (Tessaly %2)")
             .arg(QString::fromLatin1(kinds[int(m_setup.kind)]),
                  m_engine ? m_engine->Version() : QString()));
     const WritePlan &p = m_setup.plan;
-    if (m_setup.kind != Kind::CreateIsoFile)
+    if (m_setup.kind != Kind::CreateIsoFile && cancellable())
         log(QStringLiteral("Settings: test write %1, cache %2, close session %3, finalize %4, "
                            "track mode %5, buffer protection %6, speed %7 kB/s")
                 .arg(p.testWrite)
@@ -146,7 +158,25 @@ void EngineJob::run() {
                 .arg(m_setup.trackMode)
                 .arg(p.burnProof)
                 .arg(p.speed));
-    JobOutcome outcome = m_setup.kind == Kind::CreateIsoFile ? runCreate() : runWrite();
+    JobOutcome outcome;
+    switch (m_setup.kind) {
+    case Kind::CreateIsoFile:
+        outcome = runCreate();
+        break;
+    case Kind::WriteAudio:
+        outcome = runAudio();
+        break;
+    case Kind::Erase:
+        post([](CDWriterPro *e) { emit e->EraseDiscStart(); });
+        outcome = m_setup.recorder->erase(m_setup.quick, *this);
+        break;
+    case Kind::Finish:
+        outcome = m_setup.recorder->finish(m_setup.closeDisc, *this);
+        break;
+    default:
+        outcome = runWrite();
+        break;
+    }
     // The first failed source names the failure, whatever step noticed it.
     {
         QMutexLocker lock(&m_failureMutex);
@@ -252,11 +282,7 @@ JobOutcome EngineJob::runWrite() {
         }
     } remover{cache};
     if (m_setup.cacheImage && m_setup.kind == Kind::WriteImage) {
-        QDir().mkpath(m_setup.cacheFolder);
-        cache.setFileName(QDir(m_setup.cacheFolder)
-                              .filePath(QStringLiteral("image-%1-%2.cache")
-                                            .arg(QCoreApplication::applicationPid())
-                                            .arg(QDateTime::currentMSecsSinceEpoch())));
+        cache.setFileName(cacheFile("image"));
         FileSink sink;
         if (!sink.open(cache.fileName(), false))
             return JobOutcome::failed(
@@ -275,8 +301,112 @@ JobOutcome EngineJob::runWrite() {
 
 void EngineJob::trackStarted(qint32 trackNumber) {
     log(QStringLiteral("Track %1 starts.").arg(trackNumber));
-    if (m_setup.trackMode != 0)
-        post([](CDWriterPro *e) { emit e->CreatingDirectories(); });
+    m_track.store(trackNumber);
+    if (m_setup.kind == Kind::WriteAudio) {
+        // Uncached, the wave file is read as its track is written.
+        const size_t index = size_t(trackNumber - 1);
+        if (!m_setup.cacheImage && index < m_setup.audioTracks.size()) {
+            const QString file = m_setup.audioTracks[index].fileName;
+            post([file, trackNumber](CDWriterPro *e) {
+                emit e->ReadingTrackFile(file, trackNumber - 1, trackNumber);
+            });
+        }
+        return;
+    }
+    post([](CDWriterPro *e) { emit e->CreatingDirectories(); });
+}
+
+QString EngineJob::cacheFile(const char *kind) const {
+    QDir().mkpath(m_setup.cacheFolder);
+    return QDir(m_setup.cacheFolder)
+        .filePath(QStringLiteral("%1-%2-%3.cache")
+                      .arg(QLatin1String(kind))
+                      .arg(QCoreApplication::applicationPid())
+                      .arg(QDateTime::currentMSecsSinceEpoch()));
+}
+
+JobOutcome EngineJob::cacheAudio(const std::vector<std::unique_ptr<AudioTrackSource>> &sources,
+                                 QFile &cache) {
+    cache.setFileName(cacheFile("audio"));
+    if (!cache.open(QIODevice::WriteOnly))
+        return JobOutcome::failed(
+            2, QStringLiteral("The cache can't be made: %1").arg(cache.errorString()));
+    log(QStringLiteral("Caching the tracks in %1").arg(cache.fileName()));
+    const auto cacheFailed = [&] {
+        return JobOutcome::failed(
+            2, QStringLiteral("Writing the cache failed: %1").arg(cache.errorString()));
+    };
+    qint64 total = 0;
+    for (const auto &s : sources)
+        total += s->blockCount() * AudioTrackList::FrameBytes;
+    qint64 before = 0;
+    qint32 lastPercent = -1;
+    auto status = [&](qint64 done) {
+        const qint32 percent = total > 0 ? qint32((before + done) * 100 / total) : 100;
+        if (percent != lastPercent) {
+            lastPercent = percent;
+            post([percent](CDWriterPro *e) { emit e->CachingStatus(qint16(percent)); });
+        }
+        return !cancelRequested();
+    };
+    std::vector<qint64> offsets;
+    for (size_t i = 0; i < sources.size(); ++i) {
+        const qint32 number = qint32(i + 1);
+        const QString file = sources[i]->track().fileName;
+        m_track.store(number);
+        post(
+            [file, number](CDWriterPro *e) { emit e->ReadingTrackFile(file, number - 1, number); });
+        offsets.push_back(before);
+        status(0);
+        if (!sources[i]->copyTo(cache, status)) {
+            if (cancelRequested())
+                return JobOutcome::cancelled();
+            return cache.error() != QFileDevice::NoError ? cacheFailed() : sourceFailure(file);
+        }
+        before += sources[i]->blockCount() * AudioTrackList::FrameBytes;
+    }
+    if (!cache.flush())
+        return cacheFailed();
+    cache.close();
+    // From now on the tracks are read from the cache, each from where its frames begin.
+    for (size_t i = 0; i < sources.size(); ++i) {
+        if (!sources[i]->useCache(cache.fileName(), offsets[i]))
+            return JobOutcome::failed(2, QStringLiteral("The cache can't be read back"));
+    }
+    return JobOutcome::completed();
+}
+
+JobOutcome EngineJob::runAudio() {
+    WritePlan plan = m_setup.plan;
+    std::vector<std::unique_ptr<AudioTrackSource>> sources;
+    for (const AudioTrack &t : m_setup.audioTracks) {
+        sources.push_back(std::make_unique<AudioTrackSource>(t, this));
+        plan.tracks.push_back(sources.back().get());
+    }
+    if (JobOutcome refused = m_setup.recorder->precheck(plan);
+        refused.kind != JobOutcome::Completed)
+        return refused;
+    // Disc at once lays every track out before the first block: each file must still be there
+    // and hold the audio it held when it was added, before the drive starts.
+    for (size_t i = 0; i < sources.size(); ++i) {
+        m_track.store(qint32(i + 1));
+        if (!sources[i]->openWave())
+            return sourceFailure(sources[i]->track().fileName);
+    }
+    QFile cache;
+    struct CacheRemover {
+        QFile &file;
+        ~CacheRemover() {
+            file.close();
+            if (!file.fileName().isEmpty())
+                file.remove();
+        }
+    } remover{cache};
+    if (m_setup.cacheImage) {
+        if (JobOutcome cached = cacheAudio(sources, cache); cached.kind != JobOutcome::Completed)
+            return cached;
+    }
+    return m_setup.recorder->write(plan, *this);
 }
 
 void EngineJob::trackProgress(qint32 trackNumber, qint64 blocksWritten, qint64 blocksToWrite) {
@@ -333,5 +463,8 @@ void EngineJob::fileFailed(qint32 fileError, const QString &path) {
         m_failurePath = path;
     }
     log(QStringLiteral("Source file error %1: %2").arg(fileError).arg(path));
-    post([fileError, path](CDWriterPro *e) { emit e->ReadingTrackFileError(fileError, path, 1); });
+    const qint32 track = m_track.load();
+    post([fileError, path, track](CDWriterPro *e) {
+        emit e->ReadingTrackFileError(fileError, path, track);
+    });
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "engine/writer/audio/AudioTrackList.h"
 #include "engine/writer/iso/IsoLibrary.h"
 #include "engine/writer/iso/SourceFileStream.h"
 #include "engine/writer/recorders/Recorder.h"
@@ -13,21 +14,25 @@
 #include <memory>
 
 class CDWriterPro;
+class AudioTrackSource;
 class FileSink;
 class QThread;
 
-// One write job of the engine: a data image or an ISO file to a recorder, or an image to an ISO
-// file. Made on the UI thread, run on a worker thread of its own; every event is posted to the
-// engine, so it is emitted on the UI thread in order. Ends with exactly one call of the
-// finisher, posted last.
+// One job of the engine: a data image, an ISO file or audio tracks to a recorder, an image to an
+// ISO file, erasing or closing a disc. Made on the UI thread, run on a worker thread of its own;
+// every event is posted to the engine, so it is emitted on the UI thread in order. Ends with
+// exactly one call of the finisher, posted last.
 class EngineJob : public JobMonitor, public SourceReadObserver {
 public:
-    enum class Kind { WriteImage, WriteIsoFile, CreateIsoFile };
+    enum class Kind { WriteImage, WriteIsoFile, CreateIsoFile, WriteAudio, Erase, Finish };
     struct Setup {
         Kind kind = Kind::WriteImage;
         Recorder *recorder = nullptr;    // WriteImage, WriteIsoFile
         IsoLibrary::BurnSourcePtr image; // WriteImage, CreateIsoFile
         QString isoFile;                 // WriteIsoFile: the file to write; CreateIsoFile: target
+        std::vector<AudioTrack> audioTracks; // WriteAudio
+        bool quick = false;                  // Erase
+        bool closeDisc = false;              // Finish
         WritePlan plan;
         qint32 trackMode = 1;
         bool cacheImage = false;
@@ -45,6 +50,9 @@ public:
     void setImage(IsoLibrary::BurnSourcePtr image) { m_setup.image = std::move(image); }
     void start();
     void cancel() { m_cancel.store(true); }
+    Kind kind() const { return m_setup.kind; }
+    // Writes stop on request; erasing and closing run to their end as a drive's do.
+    bool cancellable() const { return kind() != Kind::Erase && kind() != Kind::Finish; }
     void wait();
 
     // JobMonitor
@@ -64,6 +72,12 @@ private:
     void run();
     JobOutcome runWrite();
     JobOutcome runCreate();
+    JobOutcome runAudio();
+    // Reads every track into one cache file with CachingStatus and ReadingTrackFile, then
+    // points the sources at it.
+    JobOutcome cacheAudio(const std::vector<std::unique_ptr<AudioTrackSource>> &sources,
+                          QFile &cache);
+    QString cacheFile(const char *kind) const; // a fresh name in the cache folder
     // Copies the image stream into a file with CachingStatus; false on failure or cancel.
     JobOutcome copyImage(FileSink &target, bool reportFiles);
     JobOutcome sourceFailure(const QString &what) const;
@@ -83,4 +97,5 @@ private:
     mutable QMutex m_failureMutex;
     qint32 m_failureClass = -1;
     QString m_failurePath;
+    std::atomic<qint32> m_track{1}; // the track whose source is being read
 };

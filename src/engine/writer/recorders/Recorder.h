@@ -38,6 +38,9 @@ public:
     // Fills `buffer` with the next `bytes` bytes (a whole number of blocks). False when the
     // source failed; the source has then reported why through the job's monitor.
     virtual bool read(char *buffer, qint64 bytes) = 0;
+    // Makes every later read fail as an unreadable source file does, reported the same way.
+    // For a recorder that is told to fail on purpose; false when this source can't.
+    virtual bool breakSource() { return false; }
 };
 
 // What a write asks of the recorder.
@@ -97,6 +100,9 @@ public:
     virtual QString vendor() const = 0;
     virtual QString product() const = 0;
     virtual bool isRecorder() const = 0;
+    // True for a recorder that only exists in this program (its media events come from no
+    // kernel, so it is watched by looking).
+    virtual bool isVirtual() const { return false; }
     virtual bool capability(qint32 code) const = 0;
     // Write speeds for the loaded medium in kB/s, fastest first.
     virtual QList<qint32> writeSpeeds() const = 0;

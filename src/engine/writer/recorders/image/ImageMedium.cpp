@@ -7,6 +7,33 @@ constexpr qint32 CdSpeed = 176;   // kB/s of 1x on a CD
 constexpr qint32 DvdSpeed = 1385; // kB/s of 1x on a DVD
 constexpr int MaxSessions = 99;
 const QString Section = QStringLiteral("Tessaly Disc");
+
+// "Tracks=0 1150 1800": the start of each audio track, rising by more than the gap and lying
+// inside the session's blocks.
+bool parseTracks(const QString &text, ImageMedium::Session &session) {
+    const QStringList parts = text.split(u' ', Qt::SkipEmptyParts);
+    if (parts.size() > ImageMedium::MaxTracks || session.mode != 0)
+        return false;
+    qint64 previous = -1;
+    for (const QString &part : parts) {
+        bool ok = false;
+        const qint32 start = part.toInt(&ok);
+        const bool first = previous < 0;
+        if (!ok || (first && start != session.start) ||
+            (!first && start <= previous + ImageMedium::AudioGap) ||
+            qint64(start) >= qint64(session.start) + session.blocks)
+            return false;
+        session.trackStarts.append(start);
+        previous = start;
+    }
+    return true;
+}
+
+QByteArray msf(qint32 frames) {
+    return QByteArray::number(frames / 4500).rightJustified(2, '0') + ':' +
+           QByteArray::number(frames / 75 % 60).rightJustified(2, '0') + ':' +
+           QByteArray::number(frames % 75).rightJustified(2, '0');
+}
 } // namespace
 
 const QList<MediumKind> &ImageMedium::kinds() {
@@ -46,7 +73,7 @@ ImageMedium ImageMedium::pressed(qint64 imageBytes, const QString &dataFileName)
     const qint32 blocks = qint32(std::min<qint64>((imageBytes + 2047) / 2048, 2298496));
     m.kindName = blocks > 360000 ? QStringLiteral("DVD-ROM") : QStringLiteral("CD-ROM");
     m.dataFile = dataFileName;
-    m.sessions.append({0, blocks, 1, true});
+    m.sessions.append({0, blocks, 1, true, {}});
     m.finalized = true;
     return m;
 }
@@ -81,12 +108,19 @@ std::optional<ImageMedium> ImageMedium::parse(const QByteArray &text) {
         session.blocks = value(s, QStringLiteral("Blocks")).toInt(&okBlocks);
         session.mode = value(s, QStringLiteral("Mode")).toInt(&okMode);
         session.closed = value(s, QStringLiteral("Closed")) != QStringLiteral("0");
+        const QString tracks = value(s, QStringLiteral("Tracks"));
+        if (!tracks.isEmpty() && !parseTracks(tracks, session))
+            return std::nullopt;
         // Sessions follow each other on the medium and stay within its capacity.
         if (!okStart || !okBlocks || !okMode || session.start < end || session.blocks < 0 ||
             session.mode < 0 || session.mode > 2 ||
             qint64(session.start) + session.blocks > k->capacity)
             return std::nullopt;
         if (i < count && !session.closed)
+            return std::nullopt;
+        // Audio and data don't share a disc here: audio is one session from block 0.
+        if ((session.mode == 0) != (i == 1 && !session.trackStarts.isEmpty()) ||
+            (i > 1 && m.sessions.first().mode == 0))
             return std::nullopt;
         end = session.start + session.blocks;
         m.sessions.append(session);
@@ -111,6 +145,12 @@ QByteArray ImageMedium::serialize() const {
         out += "Blocks=" + QByteArray::number(s.blocks) + "\n";
         out += "Mode=" + QByteArray::number(s.mode) + "\n";
         out += "Closed=" + QByteArray(s.closed ? "1" : "0") + "\n";
+        if (!s.trackStarts.isEmpty()) {
+            QByteArrayList starts;
+            for (qint32 t : s.trackStarts)
+                starts.append(QByteArray::number(t));
+            out += "Tracks=" + starts.join(' ') + "\n";
+        }
     }
     return out;
 }
@@ -169,4 +209,19 @@ MediumState ImageMedium::state() const {
     st.sessionCount += st.nextWritableAddress >= 0 ? 1 : 0;
     st.freeBlocks = st.nextWritableAddress >= 0 ? k->capacity - st.nextWritableAddress : 0;
     return st;
+}
+
+QByteArray ImageMedium::cueSheet(const QString &binName) const {
+    if (!isAudio())
+        return QByteArray();
+    QByteArray out = "REM Audio disc of the Tessaly Image Recorder\n";
+    out += "FILE \"" + binName.toUtf8() + "\" BINARY\n";
+    const QList<qint32> &starts = sessions.first().trackStarts;
+    for (int i = 0; i < starts.size(); ++i) {
+        out += "  TRACK " + QByteArray::number(i + 1).rightJustified(2, '0') + " AUDIO\n";
+        if (i > 0)
+            out += "    INDEX 00 " + msf(starts.at(i) - AudioGap) + "\n";
+        out += "    INDEX 01 " + msf(starts.at(i)) + "\n";
+    }
+    return out;
 }

@@ -29,6 +29,9 @@ public:
         qint32 blocks = 0; // blocks written in the track
         qint32 mode = 1;   // 0 audio, 1 Mode 1, 2 Mode 2 XA
         bool closed = true;
+        // Audio sessions: where each track's audio starts (its index 1), from the session's
+        // start on; the 2-second gap before every track but the first lies in the data.
+        QList<qint32> trackStarts;
     };
 
     // CD lead-in/lead-out overhead between the end of a session's track and the next track:
@@ -36,6 +39,12 @@ public:
     // 150 of pregap.
     static constexpr qint32 FirstSessionGap = 6750 + 4500 + 150;
     static constexpr qint32 LaterSessionGap = 2250 + 4500 + 150;
+
+    // The gap of silence before each audio track (2 seconds): before the first it lies ahead of
+    // block 0, before every later one inside the data.
+    static constexpr qint32 AudioGap = 150;
+    static constexpr qint32 AudioFrameBytes = 2352;
+    static constexpr qint32 MaxTracks = 99;
 
     static const QList<MediumKind> &kinds();
     static const MediumKind *kindByName(const QString &name);
@@ -51,6 +60,10 @@ public:
     MediumState state() const;
     qint32 nextWritableAddress() const; // -1 when nothing more can be written
     bool appendable() const;
+    bool isAudio() const { return !sessions.isEmpty() && sessions.first().mode == 0; }
+    // The cue sheet of an audio disc whose frames lie in `binName` (2352 bytes each, from block
+    // 0); empty for any other disc.
+    QByteArray cueSheet(const QString &binName) const;
 
     QString kindName;
     QString dataFile;

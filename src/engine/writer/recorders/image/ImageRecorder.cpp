@@ -1,5 +1,7 @@
 #include "ImageRecorder.h"
 
+#include "ImageFaults.h"
+
 #include "base/App.h"
 #include "base/IniFile.h"
 
@@ -24,6 +26,16 @@ QString setting(const QString &key, const QString &defaultValue) {
 }
 
 // Moves a file into a folder, choosing a free name there.
+JobOutcome noMedium() {
+    return JobOutcome::driveFailure(1033, QStringLiteral("No medium in the Image Recorder"),
+                                    QStringLiteral("2/3A/00 MEDIUM NOT PRESENT"));
+}
+
+QString cuePath(const QString &dataPath) {
+    const QFileInfo info(dataPath);
+    return info.dir().filePath(info.completeBaseName() + QStringLiteral(".cue"));
+}
+
 QString moveInto(const QString &path, const QString &folder) {
     const QFileInfo info(path);
     QString target = folder + u'/' + info.fileName();
@@ -46,6 +58,9 @@ ImageRecorder::ImageRecorder() {
                     ";   CD-RW 74, CD-RW 80, DVD-R, DVD+R, DVD-RW, DVD+RW or DVD-RAM.\n"
                     "; EmulateSpeed: 1 holds writing back to the chosen speed, 0 writes as fast\n"
                     ";   as the machine can.\n"
+                    "; Failures on purpose, each for the next operation only (see the notes):\n"
+                    ";   FailAtBlock, FailDriveCode, FailSense, UnreadableSourceAtBlock,\n"
+                    ";   RemoveMediumAtBlock, FailErase, FailClose.\n"
                     "[Image Recorder]\n"
                     "BlankMedium=CD-R 80\n"
                     "EmulateSpeed=0\n");
@@ -138,7 +153,51 @@ bool ImageRecorder::save(const Loaded &loaded) const {
     if (!f.open(QIODevice::WriteOnly))
         return false;
     f.write(loaded.medium.serialize());
-    return f.commit();
+    if (!f.commit())
+        return false;
+    if (!loaded.medium.isAudio())
+        return true;
+    // libcdio opens the data named after the cue sheet, whatever its FILE line says.
+    QSaveFile cue(cuePath(loaded.dataPath));
+    if (!cue.open(QIODevice::WriteOnly))
+        return false;
+    cue.write(loaded.medium.cueSheet(QFileInfo(loaded.dataPath).fileName()));
+    return cue.commit();
+}
+
+void ImageRecorder::ejectLoaded(const Loaded &loaded) const {
+    if (loaded.descriptorPath.isEmpty()) {
+        moveInto(loaded.dataPath, ejectedFolder());
+        return;
+    }
+    QFile::remove(cuePath(loaded.dataPath));
+    // The data file first: the descriptor is what makes a disc, so it goes last.
+    const QString data = moveInto(loaded.dataPath, ejectedFolder());
+    Loaded moved = loaded;
+    if (!data.isEmpty()) {
+        moved.medium.dataFile = QFileInfo(data).fileName();
+        moved.dataPath = data;
+    }
+    save(moved);
+    moveInto(loaded.descriptorPath, ejectedFolder());
+}
+
+std::optional<ImageRecorder::Loaded> ImageRecorder::lockedLoad() const {
+    QMutexLocker lock(&m_mutex);
+    return load();
+}
+
+void ImageRecorder::takeTime(const MediumKind &kind, qint64 blocks, JobMonitor &monitor) {
+    if (kind.maxSpeed <= 0 || setting(QStringLiteral("EmulateSpeed"), QStringLiteral("0")) != u"1")
+        return;
+    // A second of a CD is 75 sectors of 2352 bytes at 1x (176 kB/s) whatever they hold; a DVD's
+    // speed counts 2048-byte blocks.
+    const qint64 rawBytes = kind.cd ? ImageMedium::AudioFrameBytes : Block;
+    QElapsedTimer clock;
+    clock.start();
+    const qint64 dueMs = blocks * rawBytes / kind.maxSpeed;
+    while (clock.elapsed() < dueMs && !monitor.cancelRequested())
+        QThread::msleep(ulong(std::min<qint64>(100, dueMs - clock.elapsed())));
 }
 
 MediumState ImageRecorder::medium() const {
@@ -153,19 +212,10 @@ void ImageRecorder::moveTray(bool close) {
     QDir().mkpath(ejectedFolder());
     const QString file = mediumFile();
     if (!close) {
-        if (file.isEmpty())
-            return;
-        const auto loaded = load();
-        if (loaded && !loaded->descriptorPath.isEmpty()) {
-            // The data file first: the descriptor is what makes a disc, so it goes last.
-            const QString data = moveInto(loaded->dataPath, ejectedFolder());
-            if (!data.isEmpty() && QFileInfo(data).fileName() != loaded->medium.dataFile) {
-                Loaded moved = *loaded;
-                moved.medium.dataFile = QFileInfo(data).fileName();
-                save(moved);
-            }
-        }
-        moveInto(file, ejectedFolder());
+        if (const auto loaded = load())
+            ejectLoaded(*loaded);
+        else if (!file.isEmpty())
+            moveInto(file, ejectedFolder()); // a broken descriptor goes out all the same
         return;
     }
     if (!file.isEmpty())
@@ -188,7 +238,8 @@ void ImageRecorder::moveTray(bool close) {
 bool ImageRecorder::readBlocks(qint32 lba, qint32 count, char *buffer) {
     QMutexLocker lock(&m_mutex);
     const auto loaded = load();
-    if (!loaded || lba < 0 || count < 0)
+    // An audio disc has no 2048-byte blocks to read.
+    if (!loaded || loaded->medium.isAudio() || lba < 0 || count < 0)
         return false;
     QFile f(loaded->dataPath);
     if (!f.open(QIODevice::ReadOnly) || !f.seek(qint64(lba) * Block))
@@ -199,20 +250,28 @@ bool ImageRecorder::readBlocks(qint32 lba, qint32 count, char *buffer) {
 
 JobOutcome ImageRecorder::check(const WritePlan &plan, const std::optional<Loaded> &loaded) const {
     if (!loaded)
-        return JobOutcome::driveFailure(1033, QStringLiteral("No medium in the Image Recorder"),
-                                        QStringLiteral("2/3A/00 MEDIUM NOT PRESENT"));
+        return noMedium();
     const MediumKind *kind = ImageMedium::kindByName(loaded->medium.kindName);
     const MediumState st = loaded->medium.state();
     if (!kind || !kind->writable || loaded->descriptorPath.isEmpty() || st.nextWritableAddress < 0)
         return JobOutcome::driveFailure(1032, QStringLiteral("The medium takes no more data"),
                                         QStringLiteral("5/21/02 INVALID ADDRESS FOR WRITE"));
+    const JobOutcome wrongMode =
+        JobOutcome::driveFailure(1040, QStringLiteral("The track mode does not suit this medium"),
+                                 QStringLiteral("5/64/00 ILLEGAL MODE FOR THIS TRACK"));
+    if (plan.tracks.empty() || int(plan.tracks.size()) > ImageMedium::MaxTracks)
+        return wrongMode;
+    // Audio goes disc at once on a blank CD, and nothing follows it but the closing.
+    const bool audio = plan.tracks.front()->mode() == 0;
+    if (audio && (!kind->cd || !loaded->medium.sessions.isEmpty()))
+        return wrongMode;
+    if (!audio && loaded->medium.isAudio())
+        return wrongMode;
     qint64 total = 0;
     for (const TrackSource *t : plan.tracks) {
-        if (t->mode() == 0 || (t->mode() == 2 && !kind->cd))
-            return JobOutcome::driveFailure(
-                1040, QStringLiteral("The track mode does not suit this medium"),
-                QStringLiteral("5/64/00 ILLEGAL MODE FOR THIS TRACK"));
-        total += t->blockCount();
+        if ((t->mode() == 0) != audio || (t->mode() == 2 && !kind->cd))
+            return wrongMode;
+        total += t->blockCount() + (audio ? ImageMedium::AudioGap : 0);
     }
     if (plan.startAddress != st.nextWritableAddress)
         return JobOutcome::driveFailure(
@@ -237,55 +296,109 @@ JobOutcome ImageRecorder::precheck(const WritePlan &plan) const {
 }
 
 JobOutcome ImageRecorder::write(const WritePlan &plan, JobMonitor &monitor) {
-    QMutexLocker lock(&m_mutex);
-    auto loaded = load();
-    if (JobOutcome refused = check(plan, loaded); refused.kind != JobOutcome::Completed)
-        return refused;
+    std::optional<Loaded> loaded;
+    {
+        QMutexLocker lock(&m_mutex);
+        loaded = load();
+        if (JobOutcome refused = check(plan, loaded); refused.kind != JobOutcome::Completed)
+            return refused;
+        // An audio disc keeps its frames in a .bin, which the cue sheet beside it describes.
+        const QFileInfo data(loaded->dataPath);
+        if (plan.tracks.front()->mode() == 0 && !plan.testWrite && data.suffix() != u"bin") {
+            const QString bin =
+                data.dir().filePath(data.completeBaseName() + QStringLiteral(".bin"));
+            if (QFileInfo::exists(bin) || !QFile::rename(loaded->dataPath, bin))
+                return JobOutcome::driveFailure(1002,
+                                                QStringLiteral("The medium file can't be renamed"),
+                                                QStringLiteral("2/04/00 LOGICAL UNIT NOT READY"));
+            loaded->dataPath = bin;
+            loaded->medium.dataFile = QFileInfo(bin).fileName();
+            save(*loaded);
+        }
+    }
     qint64 total = 0;
     for (const TrackSource *t : plan.tracks)
         total += t->blockCount();
-    monitor.log(QStringLiteral("Image Recorder: %1 at block %2, %3 blocks%4")
+    monitor.log(QStringLiteral("Image Recorder: %1 at block %2, %3 blocks in %4 track(s)%5")
                     .arg(loaded->medium.kindName)
                     .arg(plan.startAddress)
                     .arg(total)
+                    .arg(plan.tracks.size())
                     .arg(plan.testWrite ? QStringLiteral(", simulation") : QString()));
     return writeTracks(plan, *loaded, monitor);
 }
 
 JobOutcome ImageRecorder::writeTracks(const WritePlan &plan, Loaded &loaded, JobMonitor &monitor) {
     const bool emulate = setting(QStringLiteral("EmulateSpeed"), QStringLiteral("0")) == u"1";
+    const ImageFaults faults = ImageFaults::fromSettings(settingsFile());
     const MediumKind *kind = ImageMedium::kindByName(loaded.medium.kindName);
     const qint32 speed = plan.speed > 0 ? std::min(plan.speed, kind->maxSpeed) : kind->maxSpeed;
+    const qint32 mode = plan.tracks.front()->mode();
+    const bool audio = mode == 0;
+    const qint64 blockBytes = audio ? ImageMedium::AudioFrameBytes : Block;
+    // A second of a CD is 75 sectors whatever they hold; a DVD's speed counts 2048-byte blocks.
+    const qint64 rawBlockBytes = kind->cd ? ImageMedium::AudioFrameBytes : Block;
     QFile data(loaded.dataPath);
     if (!plan.testWrite && !data.open(QIODevice::ReadWrite | QIODevice::Unbuffered))
         return JobOutcome::driveFailure(1002, QStringLiteral("The medium file can't be opened"),
                                         QStringLiteral("2/04/00 LOGICAL UNIT NOT READY"));
-    std::vector<char> buffer(ChunkBlocks * Block);
+    std::vector<char> buffer(size_t(ChunkBlocks * blockBytes));
     qint64 address = plan.startAddress;
     qint64 written = 0; // blocks that reached the medium
+    qint64 sent = 0;    // blocks the write went through, gaps included
+    QList<qint32> starts;
     QElapsedTimer clock;
     clock.start();
-    qint64 sent = 0;
 
+    // Records the session as the medium now holds it.
+    auto keep = [&](bool closed) {
+        data.close();
+        while (!starts.isEmpty() && starts.last() >= plan.startAddress + written)
+            starts.removeLast();
+        ImageMedium::Session s{plan.startAddress, qint32(written), mode, closed,
+                               audio ? starts : QList<qint32>()};
+        loaded.medium.sessions.append(s);
+        loaded.medium.finalized = closed && plan.finalize;
+        QMutexLocker lock(&m_mutex);
+        return save(loaded);
+    };
     // What a drive leaves after it stops in the middle: the blocks it burnt, in a session it
     // could not close.
     auto leaveIncomplete = [&]() {
-        if (plan.testWrite || written == 0)
-            return;
-        data.close();
-        ImageMedium::Session s{plan.startAddress, qint32(written), plan.tracks.front()->mode(),
-                               false};
-        loaded.medium.sessions.append(s);
-        save(loaded);
+        if (!plan.testWrite && written > 0)
+            keep(false);
     };
-
-    for (size_t i = 0; i < plan.tracks.size(); ++i) {
-        TrackSource *track = plan.tracks[i];
-        const qint32 number = qint32(i + 1);
-        const qint64 blocks = track->blockCount();
-        monitor.trackStarted(number);
-        monitor.trackProgress(number, 0, blocks);
-        if (!plan.testWrite && !data.seek(address * Block)) {
+    // A failure the settings ask for, when the write has reached its block.
+    auto fault = [&](TrackSource *track) -> std::optional<JobOutcome> {
+        if (sent == faults.unreadableSourceAt) {
+            faults.consume(ImageFaults::UnreadableKey);
+            if (!track->breakSource())
+                monitor.log(QStringLiteral("Image Recorder: this source can't be made unreadable"));
+        }
+        if (sent == faults.mediumRemovedAt) {
+            faults.consume(ImageFaults::RemovedKey);
+            leaveIncomplete();
+            QMutexLocker lock(&m_mutex);
+            if (const auto now = load())
+                ejectLoaded(*now);
+            return JobOutcome::driveFailure(
+                1033, QStringLiteral("The medium was removed during the write"),
+                QStringLiteral("2/3A/00 MEDIUM NOT PRESENT"));
+        }
+        if (sent == faults.writeErrorAt) {
+            faults.consume(ImageFaults::WriteErrorKey);
+            leaveIncomplete();
+            return JobOutcome::driveFailure(
+                faults.writeErrorCode,
+                QStringLiteral("The drive failed to write block %1").arg(address),
+                faults.writeErrorSense);
+        }
+        return std::nullopt;
+    };
+    // Puts `blocks` blocks on the medium at `address`: the track's, or silence for a gap.
+    auto put = [&](TrackSource *track, qint32 number, qint64 blocks,
+                   bool gap) -> std::optional<JobOutcome> {
+        if (!plan.testWrite && !data.seek(address * blockBytes)) {
             leaveIncomplete();
             return JobOutcome::driveFailure(1017, QStringLiteral("Seek on the medium file failed"),
                                             QStringLiteral("3/02/00 NO SEEK COMPLETE"));
@@ -295,16 +408,23 @@ JobOutcome ImageRecorder::writeTracks(const WritePlan &plan, Loaded &loaded, Job
                 leaveIncomplete();
                 return JobOutcome::cancelled();
             }
-            // Small steps on a small track, so that its progress passes through 1 %.
-            const qint64 step = std::clamp<qint64>(blocks / 200, 1, ChunkBlocks);
-            const qint64 n = std::min(step, blocks - done);
-            if (!track->read(buffer.data(), n * Block)) {
+            if (auto failed = fault(track))
+                return failed;
+            // Small steps on a small track, so that its progress passes through 1 %; never
+            // past a block where a failure waits.
+            qint64 n = std::min(std::clamp<qint64>(blocks / 200, 1, ChunkBlocks), blocks - done);
+            if (const qint64 next = faults.nextWriteFault(sent + 1); next > sent)
+                n = std::min(n, next - sent);
+            const qint64 bytes = n * blockBytes;
+            if (gap) {
+                std::fill(buffer.begin(), buffer.begin() + bytes, 0);
+            } else if (!track->read(buffer.data(), bytes)) {
                 leaveIncomplete();
                 return JobOutcome::failed(
                     1, QStringLiteral("A source of the track could not be read"));
             }
             if (!plan.testWrite) {
-                if (data.write(buffer.data(), n * Block) != n * Block) {
+                if (data.write(buffer.data(), bytes) != bytes) {
                     leaveIncomplete();
                     return JobOutcome::driveFailure(
                         1005,
@@ -316,20 +436,40 @@ JobOutcome ImageRecorder::writeTracks(const WritePlan &plan, Loaded &loaded, Job
             }
             done += n;
             sent += n;
-            monitor.trackProgress(number, done, blocks);
+            address += n;
+            if (!gap)
+                monitor.trackProgress(number, done, blocks);
             if (emulate && speed > 0) {
                 // Hold back to the chosen speed, as a drive would.
-                const qint64 dueMs = sent * 2 * 1000 / speed;
-                const qint64 ahead = dueMs - clock.elapsed();
+                const qint64 ahead = sent * rawBlockBytes / speed - clock.elapsed();
                 if (ahead > 0)
                     QThread::msleep(ulong(ahead));
             }
         }
-        address += blocks;
+        return std::nullopt;
+    };
+
+    for (size_t i = 0; i < plan.tracks.size(); ++i) {
+        TrackSource *track = plan.tracks[i];
+        const qint32 number = qint32(i + 1);
+        if (audio && i > 0) {
+            if (auto ended = put(track, number, ImageMedium::AudioGap, true))
+                return *ended;
+        }
+        starts.append(qint32(address));
+        monitor.trackStarted(number);
+        monitor.trackProgress(number, 0, track->blockCount());
+        if (auto ended = put(track, number, track->blockCount(), false))
+            return *ended;
+        if (auto failed = fault(track)) // a failure asked for at the very end
+            return *failed;
         monitor.closingTrack(number);
     }
-    if (plan.closeSession || plan.finalize)
+    if (plan.closeSession || plan.finalize) {
         monitor.closingSession();
+        if (emulate)
+            takeTime(*kind, ImageMedium::FirstSessionGap, monitor);
+    }
     if (plan.finalize)
         monitor.closingDisc();
     if (plan.testWrite)
@@ -339,12 +479,87 @@ JobOutcome ImageRecorder::writeTracks(const WritePlan &plan, Loaded &loaded, Job
         return JobOutcome::driveFailure(1005, QStringLiteral("Writing the medium file failed"),
                                         QStringLiteral("3/0C/00 WRITE ERROR"));
     }
-    data.close();
-    loaded.medium.sessions.append({plan.startAddress, qint32(written),
-                                   plan.tracks.empty() ? 1 : plan.tracks.front()->mode(),
-                                   plan.closeSession || plan.finalize});
-    loaded.medium.finalized = plan.finalize;
-    if (!save(loaded))
+    if (!keep(plan.closeSession || plan.finalize))
+        return JobOutcome::driveFailure(
+            1049, QStringLiteral("The disc's table of contents could not be written"),
+            QStringLiteral("3/73/00 CD CONTROL ERROR"));
+    return JobOutcome::completed();
+}
+
+JobOutcome ImageRecorder::erase(bool quick, JobMonitor &monitor) {
+    const ImageFaults faults = ImageFaults::fromSettings(settingsFile());
+    std::optional<Loaded> loaded = lockedLoad();
+    if (!loaded)
+        return noMedium();
+    const MediumKind *kind = ImageMedium::kindByName(loaded->medium.kindName);
+    if (!kind || !kind->rewritable || loaded->descriptorPath.isEmpty())
+        return JobOutcome::driveFailure(1036, QStringLiteral("The medium is not rewritable"),
+                                        QStringLiteral("5/30/05 CANNOT WRITE MEDIUM"));
+    monitor.log(QStringLiteral("Image Recorder: %1 erase of a %2")
+                    .arg(quick ? QStringLiteral("quick") : QStringLiteral("full"), kind->name));
+    // A quick erase rewrites the lead-in with its table of contents, a full one every block.
+    takeTime(*kind, quick ? ImageMedium::FirstSessionGap : kind->capacity, monitor);
+    if (monitor.cancelRequested())
+        return JobOutcome::cancelled();
+    if (faults.eraseErrorCode) {
+        faults.consume(ImageFaults::EraseKey);
+        return JobOutcome::driveFailure(faults.eraseErrorCode,
+                                        QStringLiteral("Erasing the medium failed"),
+                                        QStringLiteral("3/51/00 ERASE FAILURE"));
+    }
+    QMutexLocker lock(&m_mutex);
+    if (loaded->medium.isAudio()) {
+        QFile::remove(cuePath(loaded->dataPath));
+        const QFileInfo data(loaded->dataPath);
+        const QString iso = data.dir().filePath(data.completeBaseName() + QStringLiteral(".iso"));
+        if (!QFileInfo::exists(iso) && QFile::rename(loaded->dataPath, iso)) {
+            loaded->dataPath = iso;
+            loaded->medium.dataFile = QFileInfo(iso).fileName();
+        }
+    }
+    // Blank blocks read as zeros: an empty data file holds the whole blank medium.
+    if (!quick && !QFile(loaded->dataPath).resize(0))
+        return JobOutcome::driveFailure(1036, QStringLiteral("Erasing the medium file failed"),
+                                        QStringLiteral("3/51/00 ERASE FAILURE"));
+    loaded->medium.sessions.clear();
+    loaded->medium.finalized = false;
+    if (!save(*loaded))
+        return JobOutcome::driveFailure(
+            1037, QStringLiteral("The table of contents could not be written"),
+            QStringLiteral("3/51/00 ERASE FAILURE"));
+    return JobOutcome::completed();
+}
+
+JobOutcome ImageRecorder::finish(bool closeDisc, JobMonitor &monitor) {
+    const ImageFaults faults = ImageFaults::fromSettings(settingsFile());
+    std::optional<Loaded> loaded = lockedLoad();
+    if (!loaded)
+        return noMedium();
+    const MediumKind *kind = ImageMedium::kindByName(loaded->medium.kindName);
+    ImageMedium &medium = loaded->medium;
+    if (!kind || !kind->writable || loaded->descriptorPath.isEmpty() || medium.finalized ||
+        medium.sessions.isEmpty())
+        return JobOutcome::driveFailure(1042, QStringLiteral("Nothing on this disc can be closed"),
+                                        QStringLiteral("5/2C/00 COMMAND SEQUENCE ERROR"));
+    monitor.log(QStringLiteral("Image Recorder: closing the %1")
+                    .arg(closeDisc ? QStringLiteral("disc") : QStringLiteral("session")));
+    monitor.closingSession();
+    // The lead-out, and the lead-in with the table of contents, are written now.
+    takeTime(*kind, ImageMedium::FirstSessionGap, monitor);
+    if (faults.closeErrorCode) {
+        faults.consume(ImageFaults::CloseKey);
+        return JobOutcome::driveFailure(faults.closeErrorCode,
+                                        closeDisc ? QStringLiteral("Closing the disc failed")
+                                                  : QStringLiteral("Closing the session failed"),
+                                        QStringLiteral("5/72/00 SESSION FIXATION ERROR"));
+    }
+    medium.sessions.last().closed = true;
+    if (closeDisc) {
+        monitor.closingDisc();
+        medium.finalized = true;
+    }
+    QMutexLocker lock(&m_mutex);
+    if (!save(*loaded))
         return JobOutcome::driveFailure(
             1049, QStringLiteral("The disc's table of contents could not be written"),
             QStringLiteral("3/73/00 CD CONTROL ERROR"));

@@ -7,8 +7,9 @@
 
 // The Image Recorder: a virtual recorder whose tray is a folder under the application folder
 // and whose discs are files (format in README.md beside this file). Inquiry and tray members
-// run on the UI thread, write() and readBlocks() on the engine's worker thread; the medium's
-// files are only touched under the mutex.
+// run on the UI thread, write(), erase(), finish() and readBlocks() on the engine's worker
+// thread; the descriptor is only read and written under the mutex, which a write does not hold
+// while its blocks go out, so the UI can ask about the medium meanwhile.
 class ImageRecorder : public Recorder {
 public:
     ImageRecorder();
@@ -22,6 +23,7 @@ public:
     QString vendor() const override { return QStringLiteral("Tessaly"); }
     QString product() const override { return QStringLiteral("Image Recorder"); }
     bool isRecorder() const override { return true; }
+    bool isVirtual() const override { return true; }
     bool capability(qint32 code) const override;
     QList<qint32> writeSpeeds() const override;
 
@@ -34,6 +36,8 @@ public:
     bool readBlocks(qint32 lba, qint32 count, char *buffer) override;
     JobOutcome precheck(const WritePlan &plan) const override;
     JobOutcome write(const WritePlan &plan, JobMonitor &monitor) override;
+    JobOutcome erase(bool quick, JobMonitor &monitor) override;
+    JobOutcome finish(bool closeDisc, JobMonitor &monitor) override;
 
 private:
     struct Loaded {
@@ -42,7 +46,14 @@ private:
         QString dataPath;
     };
     std::optional<Loaded> load() const;
+    // Writes the descriptor, and the cue sheet beside the data of an audio disc.
     bool save(const Loaded &loaded) const;
+    // Moves the disc out of the tray into the ejected folder.
+    void ejectLoaded(const Loaded &loaded) const;
+    std::optional<Loaded> lockedLoad() const;
+    // Takes as long as a drive needs for `blocks` of the medium at its highest speed, when
+    // speed emulation is on.
+    static void takeTime(const MediumKind &kind, qint64 blocks, JobMonitor &monitor);
     JobOutcome check(const WritePlan &plan, const std::optional<Loaded> &loaded) const;
     JobOutcome writeTracks(const WritePlan &plan, Loaded &loaded, JobMonitor &monitor);
 

@@ -1,0 +1,321 @@
+// Audio discs written disc at once on the Image Recorder, then ripped back bit for bit by
+// libcdio-paranoia and by the cd-paranoia program.
+#include "AudioRig.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QRegularExpression>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <cdio/paranoia/cdda.h>
+#include <cdio/paranoia/paranoia.h>
+
+#include <memory>
+
+using namespace EngineFixtures;
+
+namespace {
+constexpr int Frame = 2352;
+constexpr int Gap = 150;
+
+struct Track {
+    QString path;
+    QByteArray pcm;
+    int blocks() const { return (int(pcm.size()) + Frame - 1) / Frame; }
+};
+
+// Three tracks: one of an odd length that ends inside a frame, one whose chunks come in an
+// unusual order, one of whole frames.
+QList<Track> makeTracks(const QTemporaryDir &dir) {
+    QList<Track> tracks;
+    const QByteArray odd = pseudoRandom((5 * 44100 + 1) * 4, 11);
+    const QByteArray shuffled = pseudoRandom(198450 * 4, 12);
+    const QByteArray whole = pseudoRandom(450 * Frame, 13);
+    tracks.append({dir.filePath("one.wav"), odd});
+    tracks.append({dir.filePath("two.wav"), shuffled});
+    tracks.append({dir.filePath("three.wav"), whole});
+    writeFile(tracks[0].path, cdWave(odd));
+    writeFile(tracks[1].path, riff(chunk("LIST", QByteArray("INFOINAM\x04\0\0\0two\0", 16)) +
+                                   fmtChunk(1, 2, 44100, 16) + chunk("JUNK", QByteArray(30, 0)) +
+                                   chunk("data", shuffled) + chunk("smpl", QByteArray(36, 0))));
+    writeFile(tracks[2].path, cdWave(whole));
+    return tracks;
+}
+
+// What a track reads back as: its audio, silence to the end of its last frame, and the gap
+// before the next track, which a disc's table of contents counts to the track before it.
+QByteArray expectedRip(const QList<Track> &tracks, int i) {
+    QByteArray b = tracks[i].pcm;
+    b.append(QByteArray(tracks[i].blocks() * Frame - b.size(), '\0'));
+    if (i + 1 < tracks.size())
+        b.append(QByteArray(Gap * Frame, '\0'));
+    return b;
+}
+
+struct DriveCloser {
+    void operator()(cdrom_drive_t *d) const { cdio_cddap_close(d); }
+};
+struct ParanoiaFree {
+    void operator()(cdrom_paranoia_t *p) const { cdio_paranoia_free(p); }
+};
+
+// Our own reading, as the ripper does it: paranoia over libcdio's BIN/CUE driver. Paranoia would
+// guess the byte order from the audio itself; an image is little-endian, so it is told.
+QList<QByteArray> ripWithLibrary(const QString &cue) {
+    QList<QByteArray> rips;
+    char *message = nullptr;
+    std::unique_ptr<cdrom_drive_t, DriveCloser> drive(
+        cdio_cddap_identify(cue.toLocal8Bit().constData(), CDDA_MESSAGE_FORGETIT, &message));
+    free(message);
+    if (!drive || cdio_cddap_open(drive.get()) != 0)
+        return rips;
+    drive->bigendianp = 0;
+    std::unique_ptr<cdrom_paranoia_t, ParanoiaFree> paranoia(cdio_paranoia_init(drive.get()));
+    paranoia_modeset(paranoia.get(), PARANOIA_MODE_FULL ^ PARANOIA_MODE_NEVERSKIP);
+    const int tracks = cdio_cddap_tracks(drive.get());
+    for (int t = 1; t <= tracks; ++t) {
+        const lsn_t first = cdio_cddap_track_firstsector(drive.get(), t);
+        const lsn_t last = cdio_cddap_track_lastsector(drive.get(), t);
+        QByteArray pcm;
+        paranoia_seek(paranoia.get(), first, SEEK_SET);
+        for (lsn_t s = first; s <= last; ++s) {
+            const int16_t *samples = paranoia_read(paranoia.get(), nullptr);
+            if (!samples)
+                break;
+            pcm.append(reinterpret_cast<const char *>(samples), Frame);
+        }
+        rips.append(pcm);
+    }
+    return rips;
+}
+
+QByteArray ripWithProgram(const QString &cue, int track, const QTemporaryDir &dir) {
+    const QString out = dir.filePath(QStringLiteral("rip%1.raw").arg(track));
+    int status = -1;
+    EngineProbe::run("cd-paranoia", {"-d", cue, "-c", "-r", QString::number(track), out}, &status);
+    QFile f(out);
+    return status == 0 && f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray("failed");
+}
+} // namespace
+
+class tst_AudioWrite : public QObject {
+    Q_OBJECT
+private slots:
+    void writeAndRipBack_data();
+    void writeAndRipBack();
+    void testWriteLeavesDiscBlank();
+    void cancelLeavesAnIncompleteSession();
+    void refusedByTheDrive_data();
+    void refusedByTheDrive();
+    void sourceChangedAfterAdding_data();
+    void sourceChangedAfterAdding();
+};
+
+void tst_AudioWrite::writeAndRipBack_data() {
+    QTest::addColumn<bool>("cache");
+    QTest::newRow("read while writing") << false;
+    QTest::newRow("cached first") << true;
+}
+
+void tst_AudioWrite::writeAndRipBack() {
+    QFETCH(bool, cache);
+    AudioRig rig;
+    QTemporaryDir dir;
+    const QList<Track> tracks = makeTracks(dir);
+    for (int i = 0; i < tracks.size(); ++i)
+        QVERIFY(rig.engine.AddAudioTrack(tracks[i].path, i + 1));
+    rig.engine.setCacheImage(cache);
+    const QString log = rig.env.appFolder() + "/Dat/Burnlog.txt";
+    rig.engine.SetLogging(true, log);
+    QVERIFY(rig.write());
+
+    // The engine's own log tells the write track by track.
+    QFile logFile(log);
+    QVERIFY(logFile.open(QIODevice::ReadOnly));
+    const QByteArray logText = logFile.readAll();
+    for (const char *line : {"Writing an audio disc", "3 track(s)", "Track 3 starts.",
+                             "Closing the disc.", "Finished well."})
+        QVERIFY2(logText.contains(line), line);
+
+    // Events in the order the windows rest on, tracks numbered from 1.
+    const QStringList &ev = rig.probe.events;
+    QCOMPARE(ev.first(), QStringLiteral("PreparingToWrite"));
+    QCOMPARE(ev.last(), QStringLiteral("WriteComplete"));
+    QCOMPARE(rig.probe.count("WriteComplete"), 1);
+    QCOMPARE(rig.readFiles, QStringList({tracks[0].path, tracks[1].path, tracks[2].path}));
+    QCOMPARE(rig.probe.count("CachingStatus") > 0, cache);
+    if (cache) {
+        QCOMPARE(rig.probe.caching.last(), qint16(100));
+        QVERIFY(ev.lastIndexOf("CachingStatus") < ev.indexOf("TrackWriteStatus"));
+    }
+    QCOMPARE(rig.probe.count("CreatingDirectories"), 0);
+    QVERIFY(std::is_sorted(rig.statusTracks.begin(), rig.statusTracks.end()));
+    QCOMPARE(rig.statusTracks.first(), 1);
+    QCOMPARE(rig.statusTracks.last(), 3);
+    QCOMPARE(rig.closedTracks, QList<qint32>({1, 2, 3}));
+    QVERIFY(rig.probe.trackPercents.contains(1));
+    QVERIFY(ev.lastIndexOf("TrackWriteStatus") < ev.lastIndexOf("ClosingTrack"));
+    QVERIFY(ev.lastIndexOf("ClosingTrack") < ev.indexOf("ClosingSession"));
+    QVERIFY(ev.indexOf("ClosingSession") < ev.indexOf("ClosingDisc"));
+    QVERIFY(QDir(rig.env.appFolder() + "/Cache").entryList(QDir::Files).isEmpty());
+
+    // A closed CD-DA, as a drive reports it.
+    QCOMPARE(rig.engine.MediaType(), 255);
+    QCOMPARE(rig.engine.DiscStatus(), 2);
+    QCOMPARE(rig.engine.LastSessionStatus(), 3);
+    QCOMPARE(rig.engine.DiscType(), 0);
+    QCOMPARE(rig.engine.FreeBlocks(), 0);
+
+    const QString cue = rig.eject();
+    QVERIFY2(!cue.isEmpty(), "no cue sheet beside the ejected disc");
+    QVERIFY(QFileInfo::exists(QFileInfo(cue).path() + "/" + QFileInfo(cue).completeBaseName() +
+                              ".bin"));
+
+    // cd-info lists every track where the gaps put it.
+    const QString info = QString::fromUtf8(EngineProbe::run(
+        "cd-info", {"--no-header", "--no-device-info", "--no-cddb", "--cue-file", cue}));
+    QVERIFY2(info.contains("CD-DA"), qPrintable(info));
+    QList<int> lsns;
+    static const QRegularExpression row(R"(^\s*(\d+): \d\d:\d\d:\d\d\s+(\d+) (audio|leadout))",
+                                        QRegularExpression::MultilineOption);
+    for (auto m = row.globalMatch(info); m.hasNext();)
+        lsns.append(m.next().captured(2).toInt());
+    const int second = tracks[0].blocks() + Gap;
+    const int third = second + tracks[1].blocks() + Gap;
+    QCOMPARE(lsns, QList<int>({0, second, third, third + tracks[2].blocks()}));
+
+    const QList<QByteArray> ours = ripWithLibrary(cue);
+    QCOMPARE(ours.size(), 3);
+    for (int i = 0; i < tracks.size(); ++i) {
+        const QByteArray expected = expectedRip(tracks, i);
+        QVERIFY2(ours[i] == expected, qPrintable(QStringLiteral("libcdio, track %1").arg(i + 1)));
+        QVERIFY2(ripWithProgram(cue, i + 1, dir) == expected,
+                 qPrintable(QStringLiteral("cd-paranoia, track %1").arg(i + 1)));
+    }
+}
+
+void tst_AudioWrite::testWriteLeavesDiscBlank() {
+    AudioRig rig;
+    QTemporaryDir dir;
+    const QList<Track> tracks = makeTracks(dir);
+    QVERIFY(rig.engine.AddAudioTrack(tracks[2].path, 1));
+    rig.engine.setTestWrite(true);
+    QVERIFY(rig.write());
+    QCOMPARE(rig.probe.endingEvent(), QStringLiteral("WriteComplete"));
+    QCOMPARE(rig.statusTracks.last(), 1);
+    QCOMPARE(rig.engine.DiscStatus(), 0);
+    QCOMPARE(rig.engine.FreeBlocks(), 360000);
+    QCOMPARE(rig.eject("cue"), QString());
+}
+
+void tst_AudioWrite::cancelLeavesAnIncompleteSession() {
+    AudioRig rig;
+    QTemporaryDir dir;
+    const QList<Track> tracks = makeTracks(dir);
+    for (int i = 0; i < tracks.size(); ++i)
+        QVERIFY(rig.engine.AddAudioTrack(tracks[i].path, i + 1));
+    rig.probe.cancelAtOnePercent = true;
+    QVERIFY(rig.write());
+    QCOMPARE(rig.probe.endingEvent(), QStringLiteral("WriteCancelled"));
+    QCOMPARE(rig.probe.count("WriteCancelled"), 1);
+    QCOMPARE(rig.probe.count("ClosingSession"), 0);
+    // The frames burnt before the stop stay, in a session that was never closed.
+    QCOMPARE(rig.engine.DiscStatus(), 1);
+    QCOMPARE(rig.engine.LastSessionStatus(), 1);
+    // The list is still there for a second try on a fresh disc.
+    QCOMPARE(rig.engine.AudioTrackCount(), 3);
+    rig.engine.MoveTray(false);
+    rig.engine.MoveTray(true);
+    rig.probe.cancelAtOnePercent = false;
+    QVERIFY(rig.write());
+    QCOMPARE(rig.probe.endingEvent(), QStringLiteral("WriteComplete"));
+}
+
+void tst_AudioWrite::refusedByTheDrive_data() {
+    QTest::addColumn<QString>("medium");
+    QTest::addColumn<bool>("dataFirst");
+    QTest::addColumn<int>("driveError");
+    QTest::newRow("audio on a DVD") << "DVD-R" << false << 1040;
+    QTest::newRow("audio after a data session") << "CD-R 80" << true << 1040;
+    QTest::newRow("a closed disc") << "CD-R 74" << true << 1032;
+}
+
+void tst_AudioWrite::refusedByTheDrive() {
+    QFETCH(QString, medium);
+    QFETCH(bool, dataFirst);
+    QFETCH(int, driveError);
+    AudioRig rig(medium);
+    QTemporaryDir dir;
+    const QList<Track> tracks = makeTracks(dir);
+    if (dataFirst) {
+        rig.engine.setTrackMode(1);
+        rig.engine.setFinalizeDisc(driveError == 1032);
+        rig.engine.ClearISOImage();
+        rig.engine.AddISOFile("\\one.wav", tracks[0].path);
+        QVERIFY(rig.write());
+        QCOMPARE(rig.probe.endingEvent(), QStringLiteral("WriteComplete"));
+        rig.engine.setTrackMode(0);
+    }
+    const qint32 sessions = rig.engine.SessionCount();
+    QVERIFY(!rig.write()); // no tracks, no write
+    QVERIFY(rig.engine.AddAudioTrack(tracks[0].path, 1));
+    QVERIFY(rig.write());
+    QCOMPARE(rig.probe.events,
+             QStringList({"PreparingToWrite", "WriteError"})); // refused before anything is read
+    QCOMPARE(rig.probe.writeError, 3);
+    QCOMPARE(rig.probe.driveError, driveError);
+    QVERIFY(!rig.senseInfo.isEmpty());
+    QCOMPARE(rig.engine.SessionCount(), sessions);
+}
+
+void tst_AudioWrite::sourceChangedAfterAdding_data() {
+    QTest::addColumn<QString>("change");
+    QTest::addColumn<bool>("cache");
+    QTest::addColumn<int>("fileError");
+    QTest::newRow("vanished") << "remove" << false << 0;
+    QTest::newRow("vanished, cached") << "remove" << true << 0;
+    QTest::newRow("malformed") << "garbage" << false << 2;
+    QTest::newRow("shorter") << "shorten" << true << 2;
+}
+
+void tst_AudioWrite::sourceChangedAfterAdding() {
+    QFETCH(QString, change);
+    QFETCH(bool, cache);
+    QFETCH(int, fileError);
+    AudioRig rig;
+    QTemporaryDir dir;
+    const QList<Track> tracks = makeTracks(dir);
+    for (int i = 0; i < tracks.size(); ++i)
+        QVERIFY(rig.engine.AddAudioTrack(tracks[i].path, i + 1));
+    const QString victim = tracks[1].path;
+    if (change == u"remove")
+        QVERIFY(QFile::remove(victim));
+    else if (change == u"garbage")
+        writeFile(victim, pseudoRandom(5000, 7));
+    else
+        writeFile(victim, cdWave(tracks[1].pcm.left(4000)));
+    rig.engine.setCacheImage(cache);
+    QVERIFY(rig.write());
+    QCOMPARE(rig.probe.endingEvent(), QStringLiteral("WriteError"));
+    QCOMPARE(rig.probe.fileError, fileError);
+    QCOMPARE(rig.probe.failedFile, victim);
+    QCOMPARE(rig.errorTrack, 2);
+    QCOMPARE(rig.probe.writeError, 1);
+    const QStringList &ev = rig.probe.events;
+    QVERIFY(ev.indexOf("ReadingTrackFileError") < ev.indexOf("WriteError"));
+    // Nothing went to the disc: no track of silence stands where the file was.
+    QCOMPARE(rig.probe.count("TrackWriteStatus"), 0);
+    QCOMPARE(rig.engine.DiscStatus(), 0);
+    QVERIFY(QDir(rig.env.appFolder() + "/Cache").entryList(QDir::Files).isEmpty());
+
+    // With the file back, the same list writes.
+    writeFile(victim, cdWave(tracks[1].pcm));
+    QVERIFY(rig.write());
+    QCOMPARE(rig.probe.endingEvent(), QStringLiteral("WriteComplete"));
+    QCOMPARE(rig.closedTracks.size(), 3);
+}
+
+QTEST_GUILESS_MAIN(tst_AudioWrite)
+#include "tst_audiowrite.moc"
