@@ -12,8 +12,10 @@
 #include <QLineEdit>
 #include <QMdiArea>
 #include <QMimeData>
+#include <QProcess>
 #include <QProgressBar>
 #include <QRegularExpression>
+#include <QTemporaryDir>
 #include <QTest>
 #include <QTreeWidget>
 
@@ -37,6 +39,7 @@ private slots:
     void volumeIdentifierFollowsBox();
     void unloadRestoresFrame();
     void viewAndSortEntries();
+    void imageHoldsTheCompiledNames();
 };
 
 void tst_DataWindow::dropOnEmptyWindowGoesBelowRoot() {
@@ -296,6 +299,47 @@ void tst_DataWindow::viewAndSortEntries() {
     data->popupEntry("mnuClearAllItemsLV")->trigger();
     QCOMPARE(rig.nodeKeys(), QStringList{"\\"});
     QCOMPARE(rig.rowKeys(), QStringList());
+}
+
+// What the window compiled is what an outside reader finds in the image file.
+void tst_DataWindow::imageHoldsTheCompiledNames() {
+    DataWindowRig rig;
+    QVERIFY(rig.started());
+    const QByteArray letter(70000, 'q');
+    const QString a = rig.source("tree/inner/letter.txt", letter);
+    const QString loose = rig.source("loose.bin", "loose bytes");
+    rig.drop(rig.data()->tvwDirectories, {QFileInfo(QFileInfo(a).path()).path(), loose});
+    rig.rename(rig.data()->node("\\tree\\inner"), QStringLiteral("Renamed Folder"));
+    rig.data()->tvwDirectories->setCurrentItem(nullptr);
+    rig.data()->tvwDirectories->clearSelection();
+    rig.data()->UpdateImage();
+    QTreeWidgetItem *row = rig.data()->lvwImageFiles->topLevelItem(0);
+    QVERIFY(row);
+    rig.rename(row, QStringLiteral("notes.dat"));
+    QCOMPARE(rig.takeBoxes(), QStringList());
+    rig.frame()->txtVolIdentifier->setText(QStringLiteral("MY_DISC"));
+    // The labels reach the engine when an image is saved or written.
+    rig.frame()->Tessaly->setVolumeIdentifier(gstrVolumeIdentifier);
+    QTemporaryDir out;
+    const QString iso = out.filePath("out.iso");
+    QVERIFY(rig.frame()->Tessaly->CreateISOFile(iso));
+    QProcess find;
+    find.start("xorriso", {"-indev", iso, "-find", "/", "-type", "f"});
+    QVERIFY(find.waitForFinished(60000));
+    QStringList files =
+        QString::fromUtf8(find.readAllStandardOutput()).split('\n', Qt::SkipEmptyParts);
+    files.sort();
+    QCOMPARE(files, (QStringList{"'/notes.dat'", "'/tree/Renamed Folder/letter.txt'"}));
+    QProcess extract;
+    extract.start("xorriso", {"-osirrox", "on", "-indev", iso, "-extract", "/", out.filePath("x")});
+    QVERIFY(extract.waitForFinished(60000));
+    QFile back(out.filePath("x/tree/Renamed Folder/letter.txt"));
+    QVERIFY(back.open(QIODevice::ReadOnly));
+    QCOMPARE(back.readAll(), letter);
+    QProcess info;
+    info.start("isoinfo", {"-d", "-i", iso});
+    QVERIFY(info.waitForFinished(60000));
+    QVERIFY(info.readAllStandardOutput().contains("Volume id: MY_DISC"));
 }
 
 QTEST_MAIN(tst_DataWindow)
