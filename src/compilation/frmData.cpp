@@ -402,7 +402,14 @@ void frmData::OLEDragDrop(const QMimeData *Data) {
     }
     if (files.isEmpty())
         return;
+    if (m_dropping)
+        return;
     setCursor(Qt::WaitCursor);
+    // The views stay out of reach until the image is whole again: no rename, removal or
+    // second drop lands in the middle of this one.
+    m_dropping = true;
+    tvwDirectories->setEnabled(false);
+    lvwImageFiles->setEnabled(false);
     QString strDestPath;
     if (QTreeWidgetItem *selected = selectedNode(); selected && keyOf(selected) != u"\\")
         strDestPath = keyOf(selected);
@@ -415,6 +422,9 @@ void frmData::OLEDragDrop(const QMimeData *Data) {
         else
             engine->AddISOFile(strDestPath + u'\\' + strName, strFile);
     }
+    m_dropping = false;
+    tvwDirectories->setEnabled(true);
+    lvwImageFiles->setEnabled(true);
     UpdateImage();
     unsetCursor();
 }
@@ -469,8 +479,8 @@ bool frmData::dropEvent(QObject *, QEvent *event) {
     else
         data = static_cast<QDragMoveEvent *>(event)->mimeData();
     auto *drag = static_cast<QDropEvent *>(event);
-    // Only a list of files is taken.
-    if (!data || !data->hasUrls()) {
+    // Only a list of files is taken, and not while another drop is being added.
+    if (!data || !data->hasUrls() || m_dropping) {
         drag->ignore();
         return true;
     }

@@ -68,6 +68,7 @@ public:
     // The selected directory, or null.
     QTreeWidgetItem *selectedNode() const;
     static QString keyOf(const QTreeWidgetItem *item);
+    bool isDropping() const { return m_dropping; }
 
     // The image's mirror.
     QTreeWidgetItem *node(const QString &key) const override;
@@ -98,6 +99,8 @@ private:
 
     QHash<QString, QTreeWidgetItem *> m_nodes;
     QHash<QString, QAction *> m_entries;
+    // A drop lets events in while it adds; meanwhile the window takes no other change.
+    bool m_dropping = false;
     int m_view = 3;
     int m_sortKey = 0;
     bool m_resizing = false;

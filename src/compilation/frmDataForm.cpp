@@ -117,6 +117,11 @@ void frmData::Form_Unload(int &Cancel) {
 }
 
 void frmData::closeEvent(QCloseEvent *event) {
+    // The window is in use by the drop that is being added.
+    if (m_dropping) {
+        event->ignore();
+        return;
+    }
     int Cancel = 0;
     ErrorTrap::run("Form_Unload", "frmData", [&] { Form_Unload(Cancel); });
     if (Cancel != 0) {

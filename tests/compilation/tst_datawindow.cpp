@@ -17,6 +17,7 @@
 #include <QRegularExpression>
 #include <QTemporaryDir>
 #include <QTest>
+#include <QTimer>
 #include <QTreeWidget>
 
 namespace {
@@ -29,6 +30,7 @@ private slots:
     void dropOnEmptyWindowGoesBelowRoot();
     void dropOnListGoesToSelectedDirectory();
     void otherDropsAreIgnored();
+    void windowHoldsDuringDrop();
     void removingDirectoryFallsBackToRoot();
     void rootCannotBeRenamed();
     void rename_data();
@@ -88,6 +90,35 @@ void tst_DataWindow::otherDropsAreIgnored() {
     QCOMPARE(rig.nodeKeys(), QStringList{"\\"});
     QCOMPARE(rig.frame()->Tessaly->ISOFileCount(), 0);
     QCOMPARE(rig.takeBoxes(), QStringList());
+}
+
+// Events run while a drop is added; a close or a second drop meanwhile must not break it.
+void tst_DataWindow::windowHoldsDuringDrop() {
+    DataWindowRig rig;
+    QVERIFY(rig.started());
+    QString first;
+    for (int i = 0; i < 300; ++i)
+        first = rig.source(QStringLiteral("many/f%1.txt").arg(i));
+    const QString other = rig.source("other.txt");
+    int tries = 0;
+    bool closed = false;
+    QTimer poke;
+    poke.setInterval(0);
+    connect(&poke, &QTimer::timeout, [&] {
+        if (!rig.data()->isDropping() || tries++ > 0)
+            return;
+        rig.drop(rig.data()->lvwImageFiles, {other});
+        closed = rig.data()->parentWidget()->close();
+    });
+    poke.start();
+    rig.drop(rig.data()->tvwDirectories, {QFileInfo(first).path()});
+    poke.stop();
+    QCOMPARE(tries > 0, true);
+    QVERIFY(!closed);
+    QVERIFY(rig.data());
+    QCOMPARE(rig.frame()->Tessaly->ISOFileCount(), 300);
+    QVERIFY(rig.data()->lvwImageFiles->isEnabled());
+    QCOMPARE(rig.panel("FILES"), QStringLiteral(" Files: 300"));
 }
 
 void tst_DataWindow::removingDirectoryFallsBackToRoot() {
