@@ -8,6 +8,7 @@
 #include "engine/writer/CDWriterPro.h"
 #include "widgets/KeyedItem.h"
 #include "widgets/KeyedMenu.h"
+#include "widgets/Twips.h"
 
 #include <QLineEdit>
 #include <QMdiArea>
@@ -38,6 +39,8 @@ private slots:
     void renamedDirectoryKeepsItsSubtree();
     void overrunWarnsOncePerRecalculation();
     void emptyImageShowsZero();
+    void barWithoutMedium_data();
+    void barWithoutMedium();
     void volumeIdentifierFollowsBox();
     void unloadRestoresFrame();
     void viewAndSortEntries();
@@ -255,6 +258,29 @@ void tst_DataWindow::emptyImageShowsZero() {
     QVERIFY(rig.panel("DATA").endsWith(" MB  "));
     QCOMPARE(rig.frame()->prbSize->width(), 0);
     QCOMPARE(rig.frame()->prbSize->value(), 0);
+}
+
+void tst_DataWindow::barWithoutMedium_data() {
+    QTest::addColumn<int>("megabytes");
+    QTest::addColumn<int>("barTwips");
+    QTest::addColumn<QString>("panel");
+    QTest::newRow("more than a CD") << 800 << 8000 << " Data Image Size: 800.";
+    QTest::newRow("past the bar's end") << 10300 << 100000 << " Data Image Size: 10300.";
+}
+
+// Without a disc nothing is compared, so nothing is said; the bar measures all the same.
+void tst_DataWindow::barWithoutMedium() {
+    QFETCH(int, megabytes);
+    QFETCH(int, barTwips);
+    QFETCH(QString, panel);
+    DataWindowRig rig;
+    QVERIFY(rig.started());
+    rig.frame()->Tessaly->MoveTray(false);
+    QTRY_COMPARE(rig.frame()->Tessaly->MediaType(), qint32(CDWriterPro::MediaNone));
+    rig.drop(rig.data()->tvwDirectories, {rig.sparseSource("huge.raw", megabytes)});
+    QCOMPARE(rig.takeBoxes(), QStringList());
+    QVERIFY(rig.panel("DATA").startsWith(panel));
+    QCOMPARE(rig.frame()->prbSize->width(), Twips::toPixels(barTwips));
 }
 
 void tst_DataWindow::volumeIdentifierFollowsBox() {
