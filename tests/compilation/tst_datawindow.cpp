@@ -12,6 +12,7 @@
 
 #include <QLineEdit>
 #include <QMdiArea>
+#include <QMenu>
 #include <QMimeData>
 #include <QProcess>
 #include <QProgressBar>
@@ -44,6 +45,7 @@ private slots:
     void volumeIdentifierFollowsBox();
     void unloadRestoresFrame();
     void viewAndSortEntries();
+    void rightButtonShowsItsPopup();
     void imageHoldsTheCompiledNames();
 };
 
@@ -357,6 +359,26 @@ void tst_DataWindow::viewAndSortEntries() {
     data->popupEntry("mnuClearAllItemsLV")->trigger();
     QCOMPARE(rig.nodeKeys(), QStringList{"\\"});
     QCOMPARE(rig.rowKeys(), QStringList());
+}
+
+void tst_DataWindow::rightButtonShowsItsPopup() {
+    DataWindowRig rig;
+    QVERIFY(rig.started());
+    QMenu *tv = rig.frame()->mnuPopUpTV;
+    QMenu *lv = rig.frame()->mnuPopUpLV;
+    QTest::mouseClick(rig.data()->lvwImageFiles->viewport(), Qt::RightButton);
+    QTRY_VERIFY(lv->isVisible());
+    QVERIFY(!tv->isVisible());
+    lv->hide();
+    QTest::mouseClick(rig.data()->tvwDirectories->viewport(), Qt::RightButton);
+    QTRY_VERIFY(tv->isVisible());
+    QVERIFY(!lv->isVisible());
+    tv->hide();
+    // The entries belong to the window: closed, it leaves the frame's menus empty.
+    QVERIFY(rig.data()->popupEntry("mnuRemoveDirectory"));
+    rig.data()->parentWidget()->close();
+    QVERIFY(tv->actions().isEmpty());
+    QVERIFY(lv->actions().isEmpty());
 }
 
 // What the window compiled is what an outside reader finds in the image file.
