@@ -150,6 +150,8 @@ void frmData::buildPopups() {
                 [name, handler = std::move(handler)] { ErrorTrap::run(name, "mdiMain", handler); });
         m_entries.insert(QLatin1String(name), action);
     };
+    m_popupTV = main->mnuPopUpTV;
+    m_popupLV = main->mnuPopUpLV;
     QMenu *tv = main->mnuPopUpTV;
     add(tv, "mnuRemoveDirectory", QStringLiteral("&Remove Directory"),
         [main] { main->ToolMenuRemoveDirectory(); });
@@ -191,11 +193,8 @@ void frmData::buildPopups() {
 }
 
 void frmData::clearPopups() {
-    mdiMain *main = frame();
     m_entries.clear();
-    if (!main)
-        return;
-    for (QMenu *menu : {main->mnuPopUpTV, main->mnuPopUpLV}) {
+    for (QMenu *menu : {m_popupTV.data(), m_popupLV.data()}) {
         if (menu)
             menu->clear();
     }
