@@ -2,10 +2,12 @@
 // image, renames with their messages, removals, the frame's states and the size warning.
 #include "DataWindowRig.h"
 
+#include "app/frmFiles.h"
 #include "app/mdiMain.h"
 #include "app/modDeclarations.h"
 #include "compilation/frmData.h"
 #include "engine/writer/CDWriterPro.h"
+#include "widgets/FileView.h"
 #include "widgets/KeyedItem.h"
 #include "widgets/KeyedMenu.h"
 #include "widgets/Twips.h"
@@ -32,6 +34,7 @@ private slots:
     void dropOnEmptyWindowGoesBelowRoot();
     void dropOnListGoesToSelectedDirectory();
     void otherDropsAreIgnored();
+    void dropFromFileBrowser();
     void windowHoldsDuringDrop();
     void removingDirectoryFallsBackToRoot();
     void rootCannotBeRenamed();
@@ -81,6 +84,32 @@ void tst_DataWindow::dropOnListGoesToSelectedDirectory() {
     rig.drop(rig.data()->lvwImageFiles, {late});
     QCOMPARE(rig.rowKeys(), (QStringList{"\\photos\\trip\\b.jpg", "\\photos\\trip\\late.txt"}));
     QCOMPARE(rig.data()->lvwImageFiles->topLevelItem(1)->text(1), QStringLiteral("3 KB"));
+}
+
+// What the file browser puts on a drag is taken as a file manager's list.
+void tst_DataWindow::dropFromFileBrowser() {
+    DataWindowRig rig;
+    QVERIFY(rig.started());
+    const QString one = rig.source("browse/one.txt");
+    rig.source("browse/two.txt");
+    rig.source("browse/sub/three.txt");
+    frmFiles *browser = rig.frame()->frmF(0);
+    QVERIFY(browser);
+    browser->FileViewAdd->setPath(QFileInfo(one).path());
+    QTRY_COMPARE(browser->FileViewAdd->ItemCount(), 3);
+    for (int i = 0; i < 3; ++i)
+        browser->FileViewAdd->setItemSelected(i, true);
+    std::unique_ptr<QMimeData> dragged(browser->FileViewAdd->dragData());
+    QVERIFY(dragged && dragged->hasFormat("text/uri-list"));
+    QList<QUrl> urls = dragged->urls();
+    QStringList paths;
+    for (const QUrl &url : urls)
+        paths.append(url.toLocalFile());
+    rig.drop(rig.data()->lvwImageFiles, paths);
+    QCOMPARE(rig.nodeKeys(), (QStringList{"\\", "\\sub"}));
+    QStringList rows = rig.rowKeys();
+    QCOMPARE(rows, (QStringList{"\\one.txt", "\\two.txt"}));
+    QCOMPARE(rig.frame()->Tessaly->ISOFileCount(), 3);
 }
 
 void tst_DataWindow::otherDropsAreIgnored() {
