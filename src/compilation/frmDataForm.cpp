@@ -107,11 +107,9 @@ void frmData::Form_Unload(int &Cancel) {
         ->setText(QStringLiteral(" Directories:"));
     main->SmartToolbar->Item(QStringLiteral("NEW"))->setEnabled(true);
     setToolbarItems(main, toolbarItems(), false);
-    {
-        // Emptied after the window stopped being the data compilation: no caption to follow.
-        main->txtVolIdentifier->setText(QString());
-        main->txtVolIdentifier->setEnabled(false);
-    }
+    // Emptied once the window no longer counts as the data compilation: no caption follows it.
+    main->txtVolIdentifier->setText(QString());
+    main->txtVolIdentifier->setEnabled(false);
     main->prbSize->resize(0, main->prbSize->height());
     main->prbSize->setValue(0);
 }

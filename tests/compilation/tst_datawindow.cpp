@@ -268,8 +268,8 @@ void tst_DataWindow::overrunWarnsOncePerRecalculation() {
     QCOMPARE(rig.takeBoxes(), QStringList());
     rig.drop(rig.data()->tvwDirectories, {rig.sparseSource("more.raw", 98)});
     QCOMPARE(rig.takeBoxes(), QStringList{warning});
-    // Each change recalculates once and warns once more while the state lasts.
-    rig.drop(rig.data()->tvwDirectories, {rig.source("small.txt")});
+    // Each change, of however many items, recalculates once and warns once more.
+    rig.drop(rig.data()->tvwDirectories, {rig.source("small.txt"), rig.source("tiny/a.txt")});
     QCOMPARE(rig.takeBoxes(), QStringList{warning});
     QVERIFY(rig.panel("DATA").startsWith(" Data Image Size: 69"));
     QCOMPARE(rig.frame()->prbSize->value(), rig.frame()->prbSize->maximum());
