@@ -25,12 +25,18 @@ void settle() {
 }
 } // namespace
 
-DataWindowRig::DataWindowRig()
+DataWindowRig::DataWindowRig(const QByteArray &disc, qint64 dataBlocks)
     : m_answers(std::make_unique<ScriptedAnswers>()) {
     m_env.writeFile(QStringLiteral("Image Recorder/Tray/blank.iso"), QByteArray());
+    if (dataBlocks > 0) {
+        QFile data(m_env.appFolder() + QStringLiteral("/Image Recorder/Tray/blank.iso"));
+        if (data.open(QIODevice::ReadWrite))
+            data.resize(dataBlocks * 2048);
+    }
     m_env.writeFile(QStringLiteral("Image Recorder/Tray/blank.tdisc"),
-                    "[Tessaly Disc]\nVersion=1\nMedium=CD-R 80\nData=blank.iso\nFinalized=0\n"
-                    "Sessions=0\n");
+                    !disc.isEmpty() ? disc
+                                    : QByteArray("[Tessaly Disc]\nVersion=1\nMedium=CD-R 80\n"
+                                                 "Data=blank.iso\nFinalized=0\nSessions=0\n"));
     m_started = m_env.startProgram();
     if (!m_started)
         return;

@@ -16,7 +16,9 @@ class mdiMain;
 // the disc type box opens it, plus a folder of source files the test fills.
 class DataWindowRig {
 public:
-    DataWindowRig();
+    // `disc` is the descriptor of the disc in the tray, a blank CD-R 80 when empty; its data
+    // file is made sparse at the size of `dataBlocks`.
+    explicit DataWindowRig(const QByteArray &disc = QByteArray(), qint64 dataBlocks = 0);
     ~DataWindowRig();
 
     bool started() const { return m_started; }

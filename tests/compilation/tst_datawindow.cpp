@@ -43,6 +43,7 @@ private slots:
     void renamedDirectoryKeepsItsSubtree();
     void overrunWarnsOncePerRecalculation();
     void emptyImageShowsZero();
+    void nearlyFullDiscWarnsAtOnce();
     void barWithoutMedium_data();
     void barWithoutMedium();
     void volumeIdentifierFollowsBox();
@@ -289,6 +290,22 @@ void tst_DataWindow::emptyImageShowsZero() {
     QVERIFY(rig.panel("DATA").endsWith(" MB  "));
     QCOMPARE(rig.frame()->prbSize->width(), 0);
     QCOMPARE(rig.frame()->prbSize->value(), 0);
+}
+
+// A disc with five megabytes free or less is too small even for an empty image.
+void tst_DataWindow::nearlyFullDiscWarnsAtOnce() {
+    const qint64 written = 319100;
+    DataWindowRig rig("[Tessaly Disc]\nVersion=1\nMedium=CD-R 74\nData=blank.iso\nFinalized=0\n"
+                      "Sessions=1\n\n[Session1]\nStart=0\nBlocks=" +
+                          QByteArray::number(written) + "\nMode=1\nClosed=1\n",
+                      written);
+    QVERIFY(rig.started());
+    QVERIFY(rig.frame()->Tessaly->FreeBlocks() > 0);
+    QVERIFY(rig.frame()->Tessaly->FreeBlocks() * 2048.0 <= 5.0 * 1024 * 1024);
+    rig.data()->UpdateImage();
+    const QStringList boxes = rig.takeBoxes();
+    QCOMPARE(boxes.size(), 1);
+    QVERIFY(boxes.first().startsWith("Tessaly - Warning|You must remove some files"));
 }
 
 void tst_DataWindow::barWithoutMedium_data() {
