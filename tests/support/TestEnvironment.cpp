@@ -5,6 +5,7 @@
 #include "app/modDeclarations.h"
 #include "app/modMain.h"
 #include "base/App.h"
+#include "compilation/CompilationWindows.h"
 #include "widgets/DefaultInstance.h"
 
 #include <QApplication>
@@ -33,6 +34,7 @@ void TestEnvironment::writeFile(const QString &relativeName, const QByteArray &b
 }
 
 bool TestEnvironment::startProgram() {
+    registerCompilationWindows();
     modMain::Main();
     if (!modMain::Started())
         return false;
