@@ -6,6 +6,7 @@
 #include "app/modMain.h"
 #include "base/App.h"
 #include "widgets/DefaultInstance.h"
+#include "writing/WritingWindows.h"
 
 #include <QApplication>
 #include <QDir>
@@ -33,6 +34,7 @@ void TestEnvironment::writeFile(const QString &relativeName, const QByteArray &b
 }
 
 bool TestEnvironment::startProgram() {
+    registerWritingWindows();
     modMain::Main();
     if (!modMain::Started())
         return false;
