@@ -35,7 +35,7 @@ void appendOnce(QStringList &list, const QString &text) {
 }
 } // namespace
 
-WriteRig::WriteRig(const QStringList &settings, int kind, const QString &medium) {
+WriteRig::WriteRig(const QStringList &settings, int kind, const QString &medium, Tray tray) {
     // Nothing in a test may switch the machine off.
     SystemCalls::setPowerOffHandler([] { return false; });
     QDir().mkpath(ImageRecorder::folder());
@@ -50,12 +50,27 @@ WriteRig::WriteRig(const QStringList &settings, int kind, const QString &medium)
                       f ? f->smartStatusBar->Item(QStringLiteral("DATA"))->Text() : QString()});
         return MessageBoxService::defaultButton(r.buttons);
     });
+    if (tray == Tray::ClosedDisc || tray == Tray::AppendableDisc) {
+        // A one-session disc laid in the tray by hand.
+        env.writeFile("Image Recorder/Tray/disc.iso", QByteArray(150 * 2048, '\0'));
+        env.writeFile("Image Recorder/Tray/disc.tdisc",
+                      QByteArray("[Tessaly Disc]\nVersion=1\nMedium=CD-R 80\nData=disc.iso\n"
+                                 "Finalized=") +
+                          (tray == Tray::ClosedDisc ? "1" : "0") +
+                          "\nSessions=1\n\n[Session1]\nStart=0\nBlocks=150\nMode=1\n"
+                          "Closed=1\n");
+    }
+    if (tray == Tray::NoRecorder)
+        IniFile::write(env.iniFile(), "Recorders", "Image Recorder", "False");
     if (!env.startProgram())
         return;
     m_frame = DefaultInstance<mdiMain>::peek();
-    const int imageRecorder = m_frame->Tessaly->DriveCount() - 1;
-    m_frame->cboDevices->setCurrentIndex(m_frame->cboDevices->findData(imageRecorder));
-    m_frame->runCommand(QStringLiteral("CLOSETRAY"));
+    if (tray != Tray::NoRecorder) {
+        const int imageRecorder = m_frame->Tessaly->DriveCount() - 1;
+        m_frame->cboDevices->setCurrentIndex(m_frame->cboDevices->findData(imageRecorder));
+    }
+    if (tray == Tray::Blank)
+        m_frame->runCommand(QStringLiteral("CLOSETRAY"));
     QTest::qWait(50);
     // What opening a compilation window does to the job and the frame.
     gblnDisctypeIsData = qint16(kind);

@@ -21,9 +21,12 @@ public:
         QString dataPanel;
     };
 
+    // What lies in the drive when the program starts.
+    enum class Tray { Blank, Empty, ClosedDisc, AppendableDisc, NoRecorder };
+
     // `settings` are keys of the Image Recorder ("FailAtBlock=20"); `kind` is the open job.
     explicit WriteRig(const QStringList &settings = {}, int kind = 0,
-                      const QString &medium = QStringLiteral("CD-R 80"));
+                      const QString &medium = QStringLiteral("CD-R 80"), Tray tray = Tray::Blank);
     ~WriteRig();
 
     mdiMain *frame() const { return m_frame; }

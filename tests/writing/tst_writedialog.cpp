@@ -51,6 +51,8 @@ class tst_WriteDialog : public QObject {
 private slots:
     void openingState_data();
     void openingState();
+    void mediumChecks_data();
+    void mediumChecks();
     void optionsReachTheEngine_data();
     void optionsReachTheEngine();
     void statusTextsInOrder_data();
@@ -134,6 +136,53 @@ void tst_WriteDialog::openingState() {
              "Log CDR/W write to: " + rig.appFolder() + "/Dat/Burnlog.txt");
     burn->chkLogging->click();
     QCOMPARE(burn->chkLogging->text(), QStringLiteral("Enable Logging"));
+}
+
+void tst_WriteDialog::mediumChecks_data() {
+    QTest::addColumn<int>("kind");
+    QTest::addColumn<int>("tray");
+    QTest::addColumn<QString>("text");
+    using Tray = WriteRig::Tray;
+    QTest::newRow("data, no disc")
+        << 0 << int(Tray::Empty) << "Please Insert Writable Media before continuing!";
+    QTest::newRow("data, closed disc")
+        << 0 << int(Tray::ClosedDisc)
+        << "This disc is closed, please insert an empty disc or a multisession disc!";
+    QTest::newRow("audio, no disc")
+        << 1 << int(Tray::Empty) << "Please load an empty disc for recording audio.";
+    QTest::newRow("audio, a disc with a session")
+        << 1 << int(Tray::AppendableDisc) << "Please insert an empty disc for recording audio.";
+    QTest::newRow("no recorder") << 0 << int(Tray::NoRecorder)
+                                 << "A drive is not selected or does not exist.";
+}
+
+void tst_WriteDialog::mediumChecks() {
+    QFETCH(int, kind);
+    QFETCH(int, tray);
+    QFETCH(QString, text);
+    WriteRig rig({}, kind, "CD-R 80", WriteRig::Tray(tray));
+    QVERIFY(rig.started());
+    if (WriteRig::Tray(tray) == WriteRig::Tray::NoRecorder && glngCurrentDrive >= 0)
+        QSKIP("this machine has a recorder of its own");
+    rig.boxes.clear();
+    frmBurn *burn = rig.openDialog();
+    if (WriteRig::Tray(tray) == WriteRig::Tray::NoRecorder) {
+        // No drive to protect the write: the box is greyed and off.
+        QVERIFY(!burn->chkUseBurnProof->isEnabled());
+        QVERIFY(!burn->chkUseBurnProof->isChecked());
+    }
+    burn->cmdWrite->click();
+    QTest::qWait(20);
+    QCOMPARE(rig.boxes.size(), 1);
+    QCOMPARE(rig.boxes[0].prompt, text);
+    QCOMPARE(rig.boxes[0].title, QStringLiteral("Tessaly - Information"));
+    QCOMPARE(rig.boxes[0].buttons, int(vbInformation));
+    // The dialog stays as it was: nothing started.
+    QCOMPARE(frmBurn::instance(), burn);
+    QVERIFY(burn->cmdWrite->isEnabled());
+    QVERIFY(burn->chkCloseWin->isEnabled());
+    QVERIFY(!burn->tmrBurn->isActive());
+    QVERIFY(rig.panelTexts.isEmpty());
 }
 
 void tst_WriteDialog::optionsReachTheEngine_data() {
