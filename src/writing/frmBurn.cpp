@@ -129,6 +129,9 @@ void frmBurn::buildControls() {
     prgTotalProgress = percentBar(progress, "prgTotalProgress");
     prgReadBuffer = percentBar(progress, "prgReadBuffer");
     prgDriveBuffer = percentBar(progress, "prgDriveBuffer");
+    // Nothing measures the buffers: an empty bar must not read as an alarming "0%".
+    prgReadBuffer->setTextVisible(false);
+    prgDriveBuffer->setTextVisible(false);
     grid->addWidget(aniBurn, 0, 0, 2, 1);
     grid->addWidget(lblActions, 0, 1, 1, 2);
     grid->addWidget(lblTime, 1, 1, 1, 2);
@@ -165,7 +168,11 @@ void frmBurn::buildControls() {
 
     auto *top = new QHBoxLayout;
     top->addWidget(options, 1);
-    top->addWidget(mode);
+    // The two choices sit at the top, not spread over the height of the options.
+    auto *modeColumn = new QVBoxLayout;
+    modeColumn->addWidget(mode);
+    modeColumn->addStretch(1);
+    top->addLayout(modeColumn);
     auto *column = new QVBoxLayout(this);
     column->addLayout(top);
     column->addWidget(progress);
