@@ -170,6 +170,7 @@ mdiMain::mdiMain() {
     mnuPopUpTV = new QMenu(this);
     mnuPopUpLV = new QMenu(this);
     mnuPopUpAudio = new QMenu(this);
+    connectImageEvents();
     connect(m_mdiArea, &QMdiArea::subWindowActivated, this, [](QMdiSubWindow *window) {
         // Each child keeps its own Form_Activate; the frame only tells it.
         if (window && window->widget())

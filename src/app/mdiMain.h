@@ -1,6 +1,7 @@
 #pragma once
 
 #include "base/Checked.h"
+#include "base/VbDate.h"
 
 #include <QHash>
 #include <QList>
@@ -73,8 +74,6 @@ public:
     void EnableForm(bool blnEnable);
     void CheckSession();
     void SetChildNumbers(qint16 ClosingForm);
-    void RecalcImageSize();
-    void SetTypeSize();
     void LoadDriveCombo();
     void LoadWriteSpeedCombo();
     void NoCDRDrives();
@@ -149,6 +148,21 @@ public:
     void CDNotify1_Arrival(const QString &Drive);
     void CDNotify1_RemoveComplete(const QString &Drive);
 
+    // Image: the data window's mirror of the engine's image, the volume identifier box and the
+    // size ruler.
+    void ResetImage();
+    void RecalcImageSize();
+    void SetTypeSize();
+    void Tessaly_ISOItemAdded(const QString &sParentDestPath, const QString &sItemDestPath,
+                              const QString &sItemName, bool bIsDirectory);
+    void Tessaly_ISOItemRemoved(const QString &sDestinationPath, bool bIsDirectory);
+    void Tessaly_ISODestPathChanged(const QString &sOldDestPath, const QString &sNewDestPath,
+                                    bool bIsDirectory);
+    void Tessaly_EnumISOItems(const QString &sItemDestPath, const QString &sItemName,
+                              bool bIsDirectory, VbDate dteFileDate, qint64 lFileSize);
+    void Tessaly_ISOImageReset();
+    void txtVolIdentifier_Change();
+
     // The highest browser number given out since the last close-all, and the browsers.
     Integer NumberForms = 0;
     CheckedArray<QPointer<frmFiles>, 100> frmF;
@@ -209,6 +223,8 @@ private:
     // The active child's window.
     QMdiSubWindow *activeChild() const;
     void connectEngine();
+    // Image: the engine's image events and the volume identifier box.
+    void connectImageEvents();
 
     QMdiArea *m_mdiArea = nullptr;
     bool m_hasRecorders = true;

@@ -5,6 +5,7 @@
 #include "app/modDeclarations.h"
 #include "app/modMain.h"
 #include "base/App.h"
+#include "compilation/CompilationWindows.h"
 #include "widgets/DefaultInstance.h"
 #include "writing/WritingWindows.h"
 
@@ -34,6 +35,7 @@ void TestEnvironment::writeFile(const QString &relativeName, const QByteArray &b
 }
 
 bool TestEnvironment::startProgram() {
+    registerCompilationWindows();
     registerWritingWindows();
     modMain::Main();
     if (!modMain::Started())

@@ -1,0 +1,104 @@
+#pragma once
+
+#include "app/DataImageMirror.h"
+
+#include <QHash>
+#include <QWidget>
+
+class QAction;
+class QMimeData;
+class QTreeWidget;
+class QTreeWidgetItem;
+class mdiMain;
+
+// The data compilation: a mirror of the engine's image, its directories as a tree on the left
+// and the files of the selected directory on the right. Holds no data of its own; items are
+// keyed by their destination path ("\" the root). One default instance, a child of the frame.
+// On the UI thread.
+class frmData : public QWidget, public DataImageMirror {
+    Q_OBJECT
+public:
+    frmData();
+    ~frmData() override;
+
+    QTreeWidget *tvwDirectories = nullptr;
+    QTreeWidget *lvwImageFiles = nullptr; // columns: name, size, date
+    QWidget *imgSplitter = nullptr;       // the invisible drag handle between the two
+    QWidget *picSplitter = nullptr;       // the bar shown while dragging
+    bool mblnMoving = false;
+
+    // The procedures others call.
+    Q_INVOKABLE void LoadFileList(const QString &strCurrentDestPath);
+    Q_INVOKABLE void UpdateImage();
+    Q_INVOKABLE void EnableForm(bool blnEnable);
+    bool ValidateISONames(const QString &strNewName);
+    static bool IsPathDirectory(const QString &strPath);
+    // Adds the dropped files and folders to the selected directory; anything but a list of
+    // files is ignored.
+    void OLEDragDrop(const QMimeData *Data);
+    static QString GetLastPathItem(const QString &strPath);
+    // Lays the controls out with the splitter at x (twips of the inner area).
+    void SizeControls(double X);
+
+    void Form_Load();
+    Q_INVOKABLE void Form_Activate();
+    void Form_Unload(int &Cancel);
+    void Form_Resize();
+
+    void tvwDirectories_NodeClick(QTreeWidgetItem *Node);
+    void tvwDirectories_Expand(QTreeWidgetItem *Node);
+    void tvwDirectories_BeforeLabelEdit(int &Cancel);
+    void tvwDirectories_AfterLabelEdit(int &Cancel, const QString &NewString);
+    void lvwImageFiles_AfterLabelEdit(int &Cancel, const QString &NewString);
+
+    // X and Y are twips from the handle's own corner.
+    void imgSplitter_MouseDown(double X, double Y);
+    void imgSplitter_MouseMove(double X, double Y);
+    void imgSplitter_MouseUp(double X, double Y);
+
+    // The pop-up entries of the list: view 0 large icons, 1 small icons, 2 list, 3 details.
+    void setListView(int view);
+    int listView() const { return m_view; }
+    // Sort key 0 the name, 2 the date; -1 not sorted.
+    void setListSort(int sortKey);
+    int listSort() const { return m_sortKey; }
+    // The entries of the two pop-up menus by their names ("mnuByDate").
+    QAction *popupEntry(const QString &name) const;
+
+    // The selected directory, or null.
+    QTreeWidgetItem *selectedNode() const;
+    static QString keyOf(const QTreeWidgetItem *item);
+
+    // The image's mirror.
+    QTreeWidgetItem *node(const QString &key) const override;
+    QTreeWidgetItem *addNode(const QString &parentKey, const QString &key, const QString &text,
+                             const QString &image, const QString &selectedImage) override;
+    void removeNode(const QString &key) override;
+    void rekeyNode(const QString &oldKey, const QString &newKey) override;
+    void addFileRow(const QString &key, const QString &text, const QString &size,
+                    const QString &date) override;
+    void clearImage() override;
+    void setCaption(const QString &caption) override;
+
+    // The pictures of the frame's image list the tree and the list show ("CD", "FILE", ...).
+    static QIcon picture(const QString &key);
+
+protected:
+    void closeEvent(QCloseEvent *event) override;
+    void resizeEvent(QResizeEvent *event) override;
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
+private:
+    void buildPopups();
+    void clearPopups();
+    void forgetNodes(QTreeWidgetItem *item);
+    int innerWidth() const;
+    int innerHeight() const;
+    bool dropEvent(QObject *watched, QEvent *event);
+
+    QHash<QString, QTreeWidgetItem *> m_nodes;
+    QHash<QString, QAction *> m_entries;
+    int m_view = 3;
+    int m_sortKey = 0;
+    bool m_resizing = false;
+};

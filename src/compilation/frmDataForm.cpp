@@ -1,0 +1,228 @@
+// The data window's life in the frame: loading, activation and unloading with the frame's
+// command states, and the two pop-up menus of the frame it fills while it is open.
+#include "app/mdiMain.h"
+#include "app/modDeclarations.h"
+#include "app/modIniFunc.h"
+#include "base/Conversions.h"
+#include "diagnostics/ErrorTrap.h"
+#include "engine/writer/CDWriterPro.h"
+#include "frmData.h"
+#include "widgets/DefaultInstance.h"
+#include "widgets/KeyedItem.h"
+#include "widgets/KeyedMenu.h"
+#include "widgets/KeyedStatusBar.h"
+#include "widgets/KeyedToolbar.h"
+#include "widgets/Twips.h"
+
+#include <QCloseEvent>
+#include <QHeaderView>
+#include <QLineEdit>
+#include <QMenu>
+#include <QProgressBar>
+#include <QTreeWidget>
+
+namespace {
+
+mdiMain *frame() {
+    return DefaultInstance<mdiMain>::peek();
+}
+
+void setMenuItems(mdiMain *main, const QStringList &keys, bool enabled) {
+    for (const QString &key : keys)
+        main->SmartMenu->Item(key)->setEnabled(enabled);
+}
+
+void setToolbarItems(mdiMain *main, const QStringList &keys, bool enabled) {
+    for (const QString &key : keys)
+        main->SmartToolbar->Item(key)->setEnabled(enabled);
+}
+
+const QStringList &menuItems() {
+    static const QStringList keys = {
+        QStringLiteral("CLOSE"), QStringLiteral("CLOSEALL"),        QStringLiteral("SAVEASISO"),
+        QStringLiteral("LABEL"), QStringLiteral("WRITEDISC"),       QStringLiteral("PRINTPREVIEW"),
+        QStringLiteral("PRINT"), QStringLiteral("PRINTERSETTINGS"), QStringLiteral("PAGESETTINGS")};
+    return keys;
+}
+
+const QStringList &toolbarItems() {
+    static const QStringList keys = {QStringLiteral("CLOSE"),        QStringLiteral("CLOSEALL"),
+                                     QStringLiteral("SAVEASISO"),    QStringLiteral("WRITEDISC"),
+                                     QStringLiteral("PRINTPREVIEW"), QStringLiteral("PRINT")};
+    return keys;
+}
+
+} // namespace
+
+void frmData::Form_Load() {
+    mdiMain *main = frame();
+    const qint16 left = CInt(sGetINI(gstrINIFile, QStringLiteral("General"),
+                                     QStringLiteral("DataImage Left"), QStringLiteral("0")));
+    QWidget *outer = parentWidget() ? parentWidget() : this;
+    outer->setGeometry(Twips::toPixels(left), 0, Twips::toPixels(7600), Twips::toPixels(8500));
+    gblnDisctypeIsData = 0;
+    main->SetTypeSize();
+    main->txtVolIdentifier->setVisible(true);
+    main->SmartMenu->Item(QStringLiteral("NEW"))->setEnabled(false);
+    setMenuItems(main, menuItems(), true);
+    main->SmartToolbar->Item(QStringLiteral("NEW"))->setEnabled(false);
+    setToolbarItems(main, toolbarItems(), true);
+    // Each new window starts with file dates; the menu's marks follow.
+    main->ToolMenuFileDateModified();
+    buildPopups();
+    main->Tessaly->ClearISOImage();
+    main->EnableForm(true);
+    EnableForm(true);
+}
+
+void frmData::Form_Activate() {
+    ErrorTrap::run("Form_Activate", "frmData", [] {
+        mdiMain *main = frame();
+        if (!main)
+            return;
+        for (const char *key : {"CLOSE", "CLOSEALL"}) {
+            main->SmartMenu->Item(QLatin1String(key))->setEnabled(true);
+            main->SmartToolbar->Item(QLatin1String(key))->setEnabled(true);
+        }
+        main->SmartMenu->Item(QStringLiteral("DATAIMAGE"))->setShown(1);
+        main->SmartMenu->Item(QStringLiteral("DATAIMAGE"))->setEnabled(true);
+    });
+}
+
+void frmData::Form_Unload(int &Cancel) {
+    gblnDisctypeIsData = 99;
+    Cancel = gblnUnloadOk ? 0 : 1;
+    // The frame falls back to the state of no compilation even where a write keeps the window.
+    mdiMain *main = frame();
+    if (!main)
+        return;
+    main->SmartMenu->Item(QStringLiteral("NEW"))->setEnabled(true);
+    main->SmartMenu->Item(QStringLiteral("DATAIMAGE"))->setEnabled(false);
+    main->SmartMenu->Item(QStringLiteral("DATAIMAGE"))->setShown(0);
+    setMenuItems(main, menuItems(), false);
+    main->smartStatusBar->Item(QStringLiteral("DATA"))
+        ->setText(QStringLiteral(" Data Image Size:"));
+    main->smartStatusBar->Item(QStringLiteral("FILES"))->setText(QStringLiteral(" Files:"));
+    main->smartStatusBar->Item(QStringLiteral("DIRECTORIES"))
+        ->setText(QStringLiteral(" Directories:"));
+    main->SmartToolbar->Item(QStringLiteral("NEW"))->setEnabled(true);
+    setToolbarItems(main, toolbarItems(), false);
+    {
+        // Emptied after the window stopped being the data compilation: no caption to follow.
+        main->txtVolIdentifier->setText(QString());
+        main->txtVolIdentifier->setEnabled(false);
+    }
+    main->prbSize->resize(0, main->prbSize->height());
+    main->prbSize->setValue(0);
+}
+
+void frmData::closeEvent(QCloseEvent *event) {
+    int Cancel = 0;
+    ErrorTrap::run("Form_Unload", "frmData", [&] { Form_Unload(Cancel); });
+    if (Cancel != 0) {
+        event->ignore();
+        return;
+    }
+    clearPopups();
+    event->accept();
+}
+
+// --- Pop-up menus -------------------------------------------------------------------------
+
+QAction *frmData::popupEntry(const QString &name) const {
+    return m_entries.value(name);
+}
+
+void frmData::buildPopups() {
+    mdiMain *main = frame();
+    clearPopups();
+    auto add = [this](QMenu *menu, const char *name, const QString &caption,
+                      std::function<void()> handler, bool checkable = false) {
+        QAction *action = menu->addAction(caption);
+        action->setObjectName(QLatin1String(name));
+        action->setCheckable(checkable);
+        connect(action, &QAction::triggered, this,
+                [name, handler = std::move(handler)] { ErrorTrap::run(name, "mdiMain", handler); });
+        m_entries.insert(QLatin1String(name), action);
+    };
+    QMenu *tv = main->mnuPopUpTV;
+    add(tv, "mnuRemoveDirectory", QStringLiteral("&Remove Directory"),
+        [main] { main->ToolMenuRemoveDirectory(); });
+    add(tv, "mnuRenameDirectory", QStringLiteral("Re&name Directory"),
+        [main] { main->ToolMenuRenameDirectory(); });
+    tv->addSeparator();
+    add(tv, "mnuClearAllItemsTV", QStringLiteral("&Clear All Items"),
+        [main] { main->Tessaly->ClearISOImage(); });
+
+    QMenu *lv = main->mnuPopUpLV;
+    add(lv, "mnuRemoveFile", QStringLiteral("&Remove File"),
+        [main] { main->ToolMenuRemoveFile(); });
+    add(lv, "mnuRenameFile", QStringLiteral("Re&name File"),
+        [main] { main->ToolMenuRenameFile(); });
+    add(lv, "mnuClearAllItemsLV", QStringLiteral("&Clear All Items"),
+        [main] { main->Tessaly->ClearISOImage(); });
+    lv->addSeparator();
+    QMenu *view = lv->addMenu(QStringLiteral("&View"));
+    add(
+        view, "mnuLargeIcons", QStringLiteral("Lar&ge Icons"), [this] { setListView(0); }, true);
+    add(
+        view, "mnuSmallIcons", QStringLiteral("S&mall Icons"), [this] { setListView(1); }, true);
+    add(
+        view, "mnuList", QStringLiteral("&List"), [this] { setListView(2); }, true);
+    add(
+        view, "mnuDetails", QStringLiteral("&Details"), [this] { setListView(3); }, true);
+    QMenu *sort = lv->addMenu(QStringLiteral("&Sort"));
+    add(
+        sort, "mnuByName", QStringLiteral("By &Name"), [this] { setListSort(0); }, true);
+    add(
+        sort, "mnuByDate", QStringLiteral("By &Date"), [this] { setListSort(2); }, true);
+    add(
+        sort, "mnuDoNotSort", QStringLiteral("Do &Not Sort"), [this] { setListSort(-1); }, true);
+    lv->addSeparator();
+    add(lv, "mnuRefresh", QStringLiteral("Re&fresh"),
+        [this] { lvwImageFiles->viewport()->update(); });
+    setListView(m_view);
+    setListSort(m_sortKey);
+}
+
+void frmData::clearPopups() {
+    mdiMain *main = frame();
+    m_entries.clear();
+    if (!main)
+        return;
+    for (QMenu *menu : {main->mnuPopUpTV, main->mnuPopUpLV}) {
+        if (menu)
+            menu->clear();
+    }
+}
+
+void frmData::setListView(int view) {
+    m_view = view;
+    const QStringList names = {QStringLiteral("mnuLargeIcons"), QStringLiteral("mnuSmallIcons"),
+                               QStringLiteral("mnuList"), QStringLiteral("mnuDetails")};
+    for (int i = 0; i < names.size(); ++i) {
+        if (QAction *entry = m_entries.value(names.at(i)))
+            entry->setChecked(i == view);
+    }
+    // Details show the size and the date under headers; the other views the names only.
+    const bool details = view == 3;
+    lvwImageFiles->setHeaderHidden(!details);
+    lvwImageFiles->setColumnHidden(1, !details);
+    lvwImageFiles->setColumnHidden(2, !details);
+    lvwImageFiles->setIconSize(view == 0 ? QSize(32, 32) : QSize(16, 16));
+}
+
+void frmData::setListSort(int sortKey) {
+    m_sortKey = sortKey;
+    if (QAction *entry = m_entries.value(QStringLiteral("mnuByName")))
+        entry->setChecked(sortKey == 0);
+    if (QAction *entry = m_entries.value(QStringLiteral("mnuByDate")))
+        entry->setChecked(sortKey == 2);
+    if (QAction *entry = m_entries.value(QStringLiteral("mnuDoNotSort")))
+        entry->setChecked(sortKey < 0);
+    lvwImageFiles->setSortingEnabled(sortKey >= 0);
+    if (sortKey >= 0)
+        lvwImageFiles->sortByColumn(sortKey, Qt::AscendingOrder);
+    else
+        lvwImageFiles->header()->setSortIndicatorShown(false);
+}

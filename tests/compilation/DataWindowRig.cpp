@@ -1,0 +1,124 @@
+#include "DataWindowRig.h"
+#include "app/FormRegistry.h"
+#include "app/mdiMain.h"
+#include "compilation/frmData.h"
+#include "widgets/DefaultInstance.h"
+#include "widgets/KeyedPanel.h"
+#include "widgets/KeyedStatusBar.h"
+
+#include <QDir>
+#include <QDropEvent>
+#include <QFile>
+#include <QFileInfo>
+#include <QLineEdit>
+#include <QMimeData>
+#include <QTest>
+#include <QTreeWidget>
+#include <QUrl>
+
+namespace {
+void settle() {
+    for (int i = 0; i < 3; ++i) {
+        QCoreApplication::processEvents();
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    }
+}
+} // namespace
+
+DataWindowRig::DataWindowRig()
+    : m_answers(std::make_unique<ScriptedAnswers>()) {
+    m_env.writeFile(QStringLiteral("Image Recorder/Tray/blank.iso"), QByteArray());
+    m_env.writeFile(QStringLiteral("Image Recorder/Tray/blank.tdisc"),
+                    "[Tessaly Disc]\nVersion=1\nMedium=CD-R 80\nData=blank.iso\nFinalized=0\n"
+                    "Sessions=0\n");
+    m_started = m_env.startProgram();
+    if (!m_started)
+        return;
+    FormRegistry::open(QStringLiteral("frmData"), frame());
+    FormRegistry::open(QStringLiteral("ResetImage"), frame());
+    settle();
+    m_answers->boxes.clear();
+}
+
+DataWindowRig::~DataWindowRig() {
+    m_env.stopProgram();
+    DefaultInstance<frmData>::unload();
+    settle();
+}
+
+mdiMain *DataWindowRig::frame() const {
+    return DefaultInstance<mdiMain>::peek();
+}
+
+frmData *DataWindowRig::data() const {
+    return DefaultInstance<frmData>::peek();
+}
+
+QString DataWindowRig::source(const QString &relative, const QByteArray &bytes) {
+    const QString path = m_sources.filePath(relative);
+    QDir().mkpath(QFileInfo(path).path());
+    QFile f(path);
+    if (f.open(QIODevice::WriteOnly))
+        f.write(bytes);
+    return path;
+}
+
+QString DataWindowRig::sparseSource(const QString &relative, qint64 megabytes) {
+    const QString path = source(relative, QByteArray());
+    QFile f(path);
+    if (f.open(QIODevice::ReadWrite))
+        f.resize(megabytes * 1024 * 1024);
+    return path;
+}
+
+void DataWindowRig::drop(QTreeWidget *view, const QStringList &paths) {
+    QList<QUrl> urls;
+    for (const QString &path : paths)
+        urls.append(QUrl::fromLocalFile(path));
+    QMimeData mime;
+    mime.setUrls(urls);
+    const QPointF at(view->viewport()->width() / 2.0, view->viewport()->height() - 2.0);
+    QDragEnterEvent enter(at.toPoint(), Qt::CopyAction, &mime, Qt::LeftButton, Qt::NoModifier);
+    QCoreApplication::sendEvent(view->viewport(), &enter);
+    QDropEvent dropped(at, Qt::CopyAction, &mime, Qt::LeftButton, Qt::NoModifier);
+    QCoreApplication::sendEvent(view->viewport(), &dropped);
+    settle();
+}
+
+void DataWindowRig::rename(QTreeWidgetItem *item, const QString &text) {
+    QTreeWidget *view = item->treeWidget();
+    view->setCurrentItem(item);
+    view->editItem(item, 0);
+    settle();
+    if (auto *editor = view->viewport()->findChild<QLineEdit *>()) {
+        editor->setText(text);
+        QTest::keyClick(editor, Qt::Key_Return);
+    }
+    settle();
+}
+
+QStringList DataWindowRig::nodeKeys() const {
+    QStringList keys;
+    for (QTreeWidgetItemIterator it(data()->tvwDirectories); *it; ++it)
+        keys.append(frmData::keyOf(*it));
+    return keys;
+}
+
+QStringList DataWindowRig::rowKeys() const {
+    QStringList keys;
+    for (int i = 0; i < data()->lvwImageFiles->topLevelItemCount(); ++i)
+        keys.append(frmData::keyOf(data()->lvwImageFiles->topLevelItem(i)));
+    return keys;
+}
+
+QString DataWindowRig::panel(const QString &key) const {
+    return frame()->smartStatusBar->Item(key)->Text();
+}
+
+QStringList DataWindowRig::takeBoxes() {
+    QStringList asked;
+    for (const MessageBoxService::Request &r : m_answers->boxes)
+        asked.append(r.title + u'|' + r.prompt);
+    m_answers->boxes.clear();
+    return asked;
+}

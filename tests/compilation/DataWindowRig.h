@@ -1,0 +1,50 @@
+#pragma once
+
+#include "ScriptedAnswers.h"
+#include "TestEnvironment.h"
+
+#include <QStringList>
+#include <QTemporaryDir>
+#include <memory>
+
+class QTreeWidget;
+class QTreeWidgetItem;
+class frmData;
+class mdiMain;
+
+// A started frame with a blank CD-R 80 in the Image Recorder and a data compilation opened as
+// the disc type box opens it, plus a folder of source files the test fills.
+class DataWindowRig {
+public:
+    DataWindowRig();
+    ~DataWindowRig();
+
+    bool started() const { return m_started; }
+    mdiMain *frame() const;
+    frmData *data() const;
+    ScriptedAnswers &answers() { return *m_answers; }
+
+    // A source file (relative to the source folder) with some bytes; its absolute path.
+    QString source(const QString &relative, const QByteArray &bytes = "x");
+    // A sparse source file of the given megabytes.
+    QString sparseSource(const QString &relative, qint64 megabytes);
+
+    // Drops local paths on the viewport of a view as a file manager does.
+    void drop(QTreeWidget *view, const QStringList &paths);
+    // Types a new label into the editor of an item and commits it with Return.
+    void rename(QTreeWidgetItem *item, const QString &text);
+
+    // The keys of the tree's nodes, in tree order, and of the list's rows.
+    QStringList nodeKeys() const;
+    QStringList rowKeys() const;
+    QString panel(const QString &key) const;
+    // The message boxes asked since the last call, as "title|prompt".
+    QStringList takeBoxes();
+
+private:
+    // The environment first: it installs the fallback answerer the script then replaces.
+    TestEnvironment m_env;
+    std::unique_ptr<ScriptedAnswers> m_answers;
+    QTemporaryDir m_sources;
+    bool m_started = false;
+};
