@@ -4,6 +4,7 @@
 #include "app/modDeclarations.h"
 #include "base/App.h"
 #include "base/Format.h"
+#include "compilation/frmData.h"
 #include "diagnostics/ErrorTrap.h"
 #include "engine/writer/CDWriterPro.h"
 #include "widgets/AnimationControl.h"
@@ -47,9 +48,9 @@ QProgressBar *percentBar(QWidget *parent, const char *name) {
     return bar;
 }
 
-// A compilation window's own enabling, reached by name: it lives in another library.
-void enableCompilation(const char *name, bool blnEnable) {
-    QWidget *window = FormRegistry::find(QLatin1String(name));
+// The audio window's own enabling, reached by name until it exists in the program.
+void enableAudioWindow(bool blnEnable) {
+    QWidget *window = FormRegistry::find(QStringLiteral("frmAudio"));
     if (window && window->metaObject()->indexOfMethod("EnableForm(bool)") >= 0)
         QMetaObject::invokeMethod(window, "EnableForm", Q_ARG(bool, blnEnable));
 }
@@ -364,10 +365,12 @@ void frmBurn::EnableFormWrite(bool blnEnable) {
         unsetCursor();
     else
         setCursor(Qt::WaitCursor);
-    if (gblnDisctypeIsData == 0)
-        enableCompilation("frmData", blnEnable);
-    else if (gblnDisctypeIsData == 1)
-        enableCompilation("frmAudio", blnEnable);
+    if (gblnDisctypeIsData == 0) {
+        if (frmData *data = DefaultInstance<frmData>::peek())
+            data->EnableForm(blnEnable);
+    } else if (gblnDisctypeIsData == 1) {
+        enableAudioWindow(blnEnable);
+    }
     QCoreApplication::processEvents();
 }
 
