@@ -6,8 +6,11 @@
 #include "WriteRig.h"
 
 #include "EngineProbe.h"
+#include "app/frmChooseDiscType.h"
 #include "app/mdiMain.h"
+#include "compilation/frmData.h"
 #include "engine/writer/CDWriterPro.h"
+#include "widgets/DefaultInstance.h"
 #include "writing/frmBurn.h"
 
 #include <QApplication>
@@ -15,6 +18,7 @@
 #include <QDeadlineTimer>
 #include <QDir>
 #include <QFileInfo>
+#include <QMimeData>
 #include <QPixmap>
 #include <QProgressBar>
 #include <QPushButton>
@@ -22,6 +26,8 @@
 #include <QScreen>
 #include <QTemporaryDir>
 #include <QTest>
+#include <QTreeWidget>
+#include <QUrl>
 
 int main(int argc, char **argv) {
     QApplication app(argc, argv);
@@ -36,14 +42,30 @@ int main(int argc, char **argv) {
         for (int i = 0; i < 8; ++i)
             EngineFixtures::writeFile(generated.filePath(QString("Holiday/photo%1.jpg").arg(i)),
                                       EngineFixtures::pseudoRandom(4 * 1024 * 1024, i));
-        folder = generated.path();
+        folder = generated.filePath("Holiday");
     }
-    WriteRig rig({"EmulateSpeed=1"});
+    WriteRig rig({"EmulateSpeed=1"}, 99);
     if (!rig.started())
         return 1;
     mdiMain *f = rig.frame();
-    f->Tessaly->AddISODirectory("\\", QDir(folder).absolutePath() + "/*.*");
-    f->RecalcImageSize();
+    // NEW, a data disc, and the folder dropped into it.
+    f->runCommand("NEW");
+    QCoreApplication::processEvents();
+    auto *chooser = f->findChild<frmChooseDiscType *>();
+    if (!chooser)
+        return 1;
+    chooser->optData->click();
+    chooser->cmdOK->click();
+    QCoreApplication::processEvents();
+    frmData *data = DefaultInstance<frmData>::peek();
+    if (!data)
+        return 1;
+    QMimeData dropped;
+    dropped.setUrls({QUrl::fromLocalFile(QDir(folder).absolutePath())});
+    data->OLEDragDrop(&dropped);
+    QCoreApplication::processEvents();
+    if (QTreeWidgetItem *top = data->tvwDirectories->topLevelItem(0))
+        top->setExpanded(true);
     // A slow speed, as a user with a cautious drive would pick.
     f->cboWriteSpeed->setCurrentIndex(f->cboWriteSpeed->count() - 1);
     frmBurn *burn = rig.openDialog();
