@@ -1,6 +1,7 @@
 // A data disc from the window to the disc, as a person makes it: NEW, a data disc, a folder tree
 // and two files dropped in, a file and a folder renamed, the labels set, a test write, the real
 // write; then the ejected disc is read by xorriso and isoinfo.
+#include "ViewGestures.h"
 #include "WriteRig.h"
 
 #include "EngineProbe.h"
@@ -16,56 +17,22 @@
 
 #include <QApplication>
 #include <QDir>
-#include <QDropEvent>
 #include <QFile>
 #include <QLineEdit>
-#include <QMimeData>
 #include <QPushButton>
 #include <QRadioButton>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QTimer>
 #include <QTreeWidget>
-#include <QUrl>
 
 using namespace EngineFixtures;
 
 namespace {
 
-void settle() {
-    for (int i = 0; i < 3; ++i) {
-        QCoreApplication::processEvents();
-        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-    }
-}
-
-// Local paths dropped on a view as a file manager drops them.
-void drop(QTreeWidget *view, const QStringList &paths) {
-    QList<QUrl> urls;
-    for (const QString &path : paths)
-        urls.append(QUrl::fromLocalFile(path));
-    QMimeData mime;
-    mime.setUrls(urls);
-    const QPoint at(view->viewport()->width() / 2, view->viewport()->height() - 2);
-    QDragEnterEvent enter(at, Qt::CopyAction, &mime, Qt::LeftButton, Qt::NoModifier);
-    QCoreApplication::sendEvent(view->viewport(), &enter);
-    QDropEvent dropped(QPointF(at), Qt::CopyAction, &mime, Qt::LeftButton, Qt::NoModifier);
-    QCoreApplication::sendEvent(view->viewport(), &dropped);
-    settle();
-}
-
-// Types a new label into an item's editor and commits it with Return.
-void rename(QTreeWidgetItem *item, const QString &text) {
-    QTreeWidget *view = item->treeWidget();
-    view->setCurrentItem(item);
-    view->editItem(item, 0);
-    settle();
-    if (auto *editor = view->viewport()->findChild<QLineEdit *>()) {
-        editor->setText(text);
-        QTest::keyClick(editor, Qt::Key_Return);
-    }
-    settle();
-}
+using ViewGestures::drop;
+using ViewGestures::rename;
+using ViewGestures::settle;
 
 QTreeWidgetItem *row(const frmData *data, const QString &key) {
     for (int i = 0; i < data->lvwImageFiles->topLevelItemCount(); ++i) {
