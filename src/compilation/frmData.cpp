@@ -82,6 +82,16 @@ private:
     After m_after;
 };
 
+// A row of the file list: names sort as a person reads them, whatever their case.
+class FileRow : public QTreeWidgetItem {
+public:
+    bool operator<(const QTreeWidgetItem &other) const override {
+        const int column = treeWidget() ? treeWidget()->sortColumn() : 0;
+        const int order = QString::compare(text(column), other.text(column), Qt::CaseInsensitive);
+        return order != 0 ? order < 0 : text(column) < other.text(column);
+    }
+};
+
 QTreeWidgetItem *findIn(QTreeWidget *view, const QString &key) {
     for (QTreeWidgetItemIterator it(view); *it; ++it) {
         if (frmData::keyOf(*it) == key)
@@ -101,6 +111,9 @@ frmData::frmData() {
     tvwDirectories->setObjectName(QStringLiteral("tvwDirectories"));
     tvwDirectories->setHeaderHidden(true);
     tvwDirectories->setColumnCount(1);
+    // Deep or long names scroll sideways rather than being cut short.
+    tvwDirectories->header()->setSectionResizeMode(QHeaderView::ResizeToContents);
+    tvwDirectories->header()->setStretchLastSection(false);
     tvwDirectories->setSelectionMode(QAbstractItemView::SingleSelection);
     tvwDirectories->setEditTriggers(QAbstractItemView::EditKeyPressed |
                                     QAbstractItemView::SelectedClicked);
@@ -115,8 +128,9 @@ frmData::frmData() {
     lvwImageFiles->setSelectionMode(QAbstractItemView::SingleSelection);
     lvwImageFiles->setEditTriggers(QAbstractItemView::EditKeyPressed |
                                    QAbstractItemView::SelectedClicked);
-    lvwImageFiles->header()->resizeSection(0, Twips::toPixels(3000));
-    lvwImageFiles->header()->resizeSection(1, Twips::toPixels(1300));
+    // Room for the date beside the name and size in a window of the default width.
+    lvwImageFiles->header()->resizeSection(0, Twips::toPixels(1900));
+    lvwImageFiles->header()->resizeSection(1, Twips::toPixels(1000));
 
     for (QTreeWidget *view : {tvwDirectories, lvwImageFiles}) {
         view->setAcceptDrops(true);
@@ -181,8 +195,8 @@ frmData::frmData() {
     bar.setColor(QPalette::Window, palette().color(QPalette::Dark));
     picSplitter->setPalette(bar);
     picSplitter->hide();
-    imgSplitter->setGeometry(Twips::toPixels(2800), 0, Twips::toPixels(SplitterTwips), 10);
-    tvwDirectories->setGeometry(0, 0, Twips::toPixels(2800), Twips::toPixels(4000));
+    imgSplitter->setGeometry(Twips::toPixels(2500), 0, Twips::toPixels(SplitterTwips), 10);
+    tvwDirectories->setGeometry(0, 0, Twips::toPixels(2500), Twips::toPixels(4000));
 }
 
 frmData::~frmData() {
@@ -294,7 +308,7 @@ void frmData::rekeyNode(const QString &oldKey, const QString &newKey) {
 
 void frmData::addFileRow(const QString &key, const QString &text, const QString &size,
                          const QString &date) {
-    auto *row = new QTreeWidgetItem;
+    auto *row = new FileRow;
     row->setText(0, text);
     row->setData(0, Qt::UserRole, key);
     row->setIcon(0, picture(QStringLiteral("FILE")));
@@ -388,7 +402,14 @@ void frmData::OLEDragDrop(const QMimeData *Data) {
     }
     if (files.isEmpty())
         return;
+    if (m_dropping)
+        return;
     setCursor(Qt::WaitCursor);
+    // The views stay out of reach until the image is whole again: no rename, removal or
+    // second drop lands in the middle of this one.
+    m_dropping = true;
+    tvwDirectories->setEnabled(false);
+    lvwImageFiles->setEnabled(false);
     QString strDestPath;
     if (QTreeWidgetItem *selected = selectedNode(); selected && keyOf(selected) != u"\\")
         strDestPath = keyOf(selected);
@@ -401,6 +422,9 @@ void frmData::OLEDragDrop(const QMimeData *Data) {
         else
             engine->AddISOFile(strDestPath + u'\\' + strName, strFile);
     }
+    m_dropping = false;
+    tvwDirectories->setEnabled(true);
+    lvwImageFiles->setEnabled(true);
     UpdateImage();
     unsetCursor();
 }
@@ -455,8 +479,8 @@ bool frmData::dropEvent(QObject *, QEvent *event) {
     else
         data = static_cast<QDragMoveEvent *>(event)->mimeData();
     auto *drag = static_cast<QDropEvent *>(event);
-    // Only a list of files is taken.
-    if (!data || !data->hasUrls()) {
+    // Only a list of files is taken, and not while another drop is being added.
+    if (!data || !data->hasUrls() || m_dropping) {
         drag->ignore();
         return true;
     }

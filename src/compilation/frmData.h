@@ -3,9 +3,11 @@
 #include "app/DataImageMirror.h"
 
 #include <QHash>
+#include <QPointer>
 #include <QWidget>
 
 class QAction;
+class QMenu;
 class QMimeData;
 class QTreeWidget;
 class QTreeWidgetItem;
@@ -68,6 +70,7 @@ public:
     // The selected directory, or null.
     QTreeWidgetItem *selectedNode() const;
     static QString keyOf(const QTreeWidgetItem *item);
+    bool isDropping() const { return m_dropping; }
 
     // The image's mirror.
     QTreeWidgetItem *node(const QString &key) const override;
@@ -98,6 +101,11 @@ private:
 
     QHash<QString, QTreeWidgetItem *> m_nodes;
     QHash<QString, QAction *> m_entries;
+    // The frame's pop-ups this window filled; the frame may be going down before the window.
+    QPointer<QMenu> m_popupTV;
+    QPointer<QMenu> m_popupLV;
+    // A drop lets events in while it adds; meanwhile the window takes no other change.
+    bool m_dropping = false;
     int m_view = 3;
     int m_sortKey = 0;
     bool m_resizing = false;

@@ -107,16 +107,19 @@ void frmData::Form_Unload(int &Cancel) {
         ->setText(QStringLiteral(" Directories:"));
     main->SmartToolbar->Item(QStringLiteral("NEW"))->setEnabled(true);
     setToolbarItems(main, toolbarItems(), false);
-    {
-        // Emptied after the window stopped being the data compilation: no caption to follow.
-        main->txtVolIdentifier->setText(QString());
-        main->txtVolIdentifier->setEnabled(false);
-    }
+    // Emptied once the window no longer counts as the data compilation: no caption follows it.
+    main->txtVolIdentifier->setText(QString());
+    main->txtVolIdentifier->setEnabled(false);
     main->prbSize->resize(0, main->prbSize->height());
     main->prbSize->setValue(0);
 }
 
 void frmData::closeEvent(QCloseEvent *event) {
+    // The window is in use by the drop that is being added.
+    if (m_dropping) {
+        event->ignore();
+        return;
+    }
     int Cancel = 0;
     ErrorTrap::run("Form_Unload", "frmData", [&] { Form_Unload(Cancel); });
     if (Cancel != 0) {
@@ -145,6 +148,8 @@ void frmData::buildPopups() {
                 [name, handler = std::move(handler)] { ErrorTrap::run(name, "mdiMain", handler); });
         m_entries.insert(QLatin1String(name), action);
     };
+    m_popupTV = main->mnuPopUpTV;
+    m_popupLV = main->mnuPopUpLV;
     QMenu *tv = main->mnuPopUpTV;
     add(tv, "mnuRemoveDirectory", QStringLiteral("&Remove Directory"),
         [main] { main->ToolMenuRemoveDirectory(); });
@@ -186,11 +191,8 @@ void frmData::buildPopups() {
 }
 
 void frmData::clearPopups() {
-    mdiMain *main = frame();
     m_entries.clear();
-    if (!main)
-        return;
-    for (QMenu *menu : {main->mnuPopUpTV, main->mnuPopUpLV}) {
+    for (QMenu *menu : {m_popupTV.data(), m_popupLV.data()}) {
         if (menu)
             menu->clear();
     }

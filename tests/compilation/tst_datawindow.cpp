@@ -2,21 +2,26 @@
 // image, renames with their messages, removals, the frame's states and the size warning.
 #include "DataWindowRig.h"
 
+#include "app/frmFiles.h"
 #include "app/mdiMain.h"
 #include "app/modDeclarations.h"
 #include "compilation/frmData.h"
 #include "engine/writer/CDWriterPro.h"
+#include "widgets/FileView.h"
 #include "widgets/KeyedItem.h"
 #include "widgets/KeyedMenu.h"
+#include "widgets/Twips.h"
 
 #include <QLineEdit>
 #include <QMdiArea>
+#include <QMenu>
 #include <QMimeData>
 #include <QProcess>
 #include <QProgressBar>
 #include <QRegularExpression>
 #include <QTemporaryDir>
 #include <QTest>
+#include <QTimer>
 #include <QTreeWidget>
 
 namespace {
@@ -29,6 +34,8 @@ private slots:
     void dropOnEmptyWindowGoesBelowRoot();
     void dropOnListGoesToSelectedDirectory();
     void otherDropsAreIgnored();
+    void dropFromFileBrowser();
+    void windowHoldsDuringDrop();
     void removingDirectoryFallsBackToRoot();
     void rootCannotBeRenamed();
     void rename_data();
@@ -36,9 +43,12 @@ private slots:
     void renamedDirectoryKeepsItsSubtree();
     void overrunWarnsOncePerRecalculation();
     void emptyImageShowsZero();
+    void barWithoutMedium_data();
+    void barWithoutMedium();
     void volumeIdentifierFollowsBox();
     void unloadRestoresFrame();
     void viewAndSortEntries();
+    void rightButtonShowsItsPopup();
     void imageHoldsTheCompiledNames();
 };
 
@@ -76,6 +86,32 @@ void tst_DataWindow::dropOnListGoesToSelectedDirectory() {
     QCOMPARE(rig.data()->lvwImageFiles->topLevelItem(1)->text(1), QStringLiteral("3 KB"));
 }
 
+// What the file browser puts on a drag is taken as a file manager's list.
+void tst_DataWindow::dropFromFileBrowser() {
+    DataWindowRig rig;
+    QVERIFY(rig.started());
+    const QString one = rig.source("browse/one.txt");
+    rig.source("browse/two.txt");
+    rig.source("browse/sub/three.txt");
+    frmFiles *browser = rig.frame()->frmF(0);
+    QVERIFY(browser);
+    browser->FileViewAdd->setPath(QFileInfo(one).path());
+    QTRY_COMPARE(browser->FileViewAdd->ItemCount(), 3);
+    for (int i = 0; i < 3; ++i)
+        browser->FileViewAdd->setItemSelected(i, true);
+    std::unique_ptr<QMimeData> dragged(browser->FileViewAdd->dragData());
+    QVERIFY(dragged && dragged->hasFormat("text/uri-list"));
+    QList<QUrl> urls = dragged->urls();
+    QStringList paths;
+    for (const QUrl &url : urls)
+        paths.append(url.toLocalFile());
+    rig.drop(rig.data()->lvwImageFiles, paths);
+    QCOMPARE(rig.nodeKeys(), (QStringList{"\\", "\\sub"}));
+    QStringList rows = rig.rowKeys();
+    QCOMPARE(rows, (QStringList{"\\one.txt", "\\two.txt"}));
+    QCOMPARE(rig.frame()->Tessaly->ISOFileCount(), 3);
+}
+
 void tst_DataWindow::otherDropsAreIgnored() {
     DataWindowRig rig;
     QVERIFY(rig.started());
@@ -88,6 +124,35 @@ void tst_DataWindow::otherDropsAreIgnored() {
     QCOMPARE(rig.nodeKeys(), QStringList{"\\"});
     QCOMPARE(rig.frame()->Tessaly->ISOFileCount(), 0);
     QCOMPARE(rig.takeBoxes(), QStringList());
+}
+
+// Events run while a drop is added; a close or a second drop meanwhile must not break it.
+void tst_DataWindow::windowHoldsDuringDrop() {
+    DataWindowRig rig;
+    QVERIFY(rig.started());
+    QString first;
+    for (int i = 0; i < 300; ++i)
+        first = rig.source(QStringLiteral("many/f%1.txt").arg(i));
+    const QString other = rig.source("other.txt");
+    int tries = 0;
+    bool closed = false;
+    QTimer poke;
+    poke.setInterval(0);
+    connect(&poke, &QTimer::timeout, [&] {
+        if (!rig.data()->isDropping() || tries++ > 0)
+            return;
+        rig.drop(rig.data()->lvwImageFiles, {other});
+        closed = rig.data()->parentWidget()->close();
+    });
+    poke.start();
+    rig.drop(rig.data()->tvwDirectories, {QFileInfo(first).path()});
+    poke.stop();
+    QCOMPARE(tries > 0, true);
+    QVERIFY(!closed);
+    QVERIFY(rig.data());
+    QCOMPARE(rig.frame()->Tessaly->ISOFileCount(), 300);
+    QVERIFY(rig.data()->lvwImageFiles->isEnabled());
+    QCOMPARE(rig.panel("FILES"), QStringLiteral(" Files: 300"));
 }
 
 void tst_DataWindow::removingDirectoryFallsBackToRoot() {
@@ -203,8 +268,8 @@ void tst_DataWindow::overrunWarnsOncePerRecalculation() {
     QCOMPARE(rig.takeBoxes(), QStringList());
     rig.drop(rig.data()->tvwDirectories, {rig.sparseSource("more.raw", 98)});
     QCOMPARE(rig.takeBoxes(), QStringList{warning});
-    // Each change recalculates once and warns once more while the state lasts.
-    rig.drop(rig.data()->tvwDirectories, {rig.source("small.txt")});
+    // Each change, of however many items, recalculates once and warns once more.
+    rig.drop(rig.data()->tvwDirectories, {rig.source("small.txt"), rig.source("tiny/a.txt")});
     QCOMPARE(rig.takeBoxes(), QStringList{warning});
     QVERIFY(rig.panel("DATA").startsWith(" Data Image Size: 69"));
     QCOMPARE(rig.frame()->prbSize->value(), rig.frame()->prbSize->maximum());
@@ -224,6 +289,29 @@ void tst_DataWindow::emptyImageShowsZero() {
     QVERIFY(rig.panel("DATA").endsWith(" MB  "));
     QCOMPARE(rig.frame()->prbSize->width(), 0);
     QCOMPARE(rig.frame()->prbSize->value(), 0);
+}
+
+void tst_DataWindow::barWithoutMedium_data() {
+    QTest::addColumn<int>("megabytes");
+    QTest::addColumn<int>("barTwips");
+    QTest::addColumn<QString>("panel");
+    QTest::newRow("more than a CD") << 800 << 8000 << " Data Image Size: 800.";
+    QTest::newRow("past the bar's end") << 10300 << 100000 << " Data Image Size: 10300.";
+}
+
+// Without a disc nothing is compared, so nothing is said; the bar measures all the same.
+void tst_DataWindow::barWithoutMedium() {
+    QFETCH(int, megabytes);
+    QFETCH(int, barTwips);
+    QFETCH(QString, panel);
+    DataWindowRig rig;
+    QVERIFY(rig.started());
+    rig.frame()->Tessaly->MoveTray(false);
+    QTRY_COMPARE(rig.frame()->Tessaly->MediaType(), qint32(CDWriterPro::MediaNone));
+    rig.drop(rig.data()->tvwDirectories, {rig.sparseSource("huge.raw", megabytes)});
+    QCOMPARE(rig.takeBoxes(), QStringList());
+    QVERIFY(rig.panel("DATA").startsWith(panel));
+    QCOMPARE(rig.frame()->prbSize->width(), Twips::toPixels(barTwips));
 }
 
 void tst_DataWindow::volumeIdentifierFollowsBox() {
@@ -280,15 +368,16 @@ void tst_DataWindow::unloadRestoresFrame() {
 void tst_DataWindow::viewAndSortEntries() {
     DataWindowRig rig;
     QVERIFY(rig.started());
-    rig.source("files/b.txt");
+    rig.source("files/B.txt");
     QTest::qWait(1100); // a later modification date for a.txt
     const QString a = rig.source("files/a.txt");
     rig.drop(rig.data()->tvwDirectories, {QFileInfo(a).path()});
     rig.data()->tvwDirectories->setCurrentItem(rig.data()->node("\\files"));
     frmData *data = rig.data();
-    QCOMPARE(rig.rowKeys(), (QStringList{"\\files\\a.txt", "\\files\\b.txt"}));
+    // Names sort whatever their case.
+    QCOMPARE(rig.rowKeys(), (QStringList{"\\files\\a.txt", "\\files\\B.txt"}));
     data->popupEntry("mnuByDate")->trigger();
-    QCOMPARE(rig.rowKeys(), (QStringList{"\\files\\b.txt", "\\files\\a.txt"}));
+    QCOMPARE(rig.rowKeys(), (QStringList{"\\files\\B.txt", "\\files\\a.txt"}));
     QVERIFY(data->popupEntry("mnuByDate")->isChecked());
     QVERIFY(!data->popupEntry("mnuByName")->isChecked());
     data->popupEntry("mnuList")->trigger();
@@ -299,6 +388,26 @@ void tst_DataWindow::viewAndSortEntries() {
     data->popupEntry("mnuClearAllItemsLV")->trigger();
     QCOMPARE(rig.nodeKeys(), QStringList{"\\"});
     QCOMPARE(rig.rowKeys(), QStringList());
+}
+
+void tst_DataWindow::rightButtonShowsItsPopup() {
+    DataWindowRig rig;
+    QVERIFY(rig.started());
+    QMenu *tv = rig.frame()->mnuPopUpTV;
+    QMenu *lv = rig.frame()->mnuPopUpLV;
+    QTest::mouseClick(rig.data()->lvwImageFiles->viewport(), Qt::RightButton);
+    QTRY_VERIFY(lv->isVisible());
+    QVERIFY(!tv->isVisible());
+    lv->hide();
+    QTest::mouseClick(rig.data()->tvwDirectories->viewport(), Qt::RightButton);
+    QTRY_VERIFY(tv->isVisible());
+    QVERIFY(!lv->isVisible());
+    tv->hide();
+    // The entries belong to the window: closed, it leaves the frame's menus empty.
+    QVERIFY(rig.data()->popupEntry("mnuRemoveDirectory"));
+    rig.data()->parentWidget()->close();
+    QVERIFY(tv->actions().isEmpty());
+    QVERIFY(lv->actions().isEmpty());
 }
 
 // What the window compiled is what an outside reader finds in the image file.
