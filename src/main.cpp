@@ -1,8 +1,10 @@
 #include "app/TessalyApplication.h"
 #include "compilation/CompilationWindows.h"
+#include "writing/WritingWindows.h"
 
 int main(int argc, char **argv) {
     TessalyApplication app(argc, argv);
     registerCompilationWindows();
+    registerWritingWindows();
     return app.run();
 }

@@ -344,6 +344,7 @@ void mdiMain::MDIForm_Load() {
         ErrorTrap::run("CDNotify1_RemoveComplete", "mdiMain",
                        [&] { CDNotify1_RemoveComplete(Drive); });
     });
+    connectWriteEvents();
     mblnTrackWriteFirst = true;
     mblnCacheFirst = true;
     setWindowTitle(App::ProductName() + QStringLiteral(" - [FreeWare] Version ") +

@@ -179,6 +179,26 @@ public:
     // over and the old one stays.
     void ShowAnimation(const QString &name);
 
+    // Write: the engine's events during a write, and how they move the write dialog.
+    void connectWriteEvents();
+    void Tessaly_PreparingToWrite();
+    void Tessaly_CachingStatus(qint16 nPercentComplete);
+    void Tessaly_ReadingTrackFile(const QString &sFileName, qint32 lFileIndex, qint32 lTrackNumber);
+    void Tessaly_ReadingTrackFileError(qint32 TrackFileError, const QString &sFileName,
+                                       qint32 lTrackNumber);
+    void Tessaly_CreatingDirectories();
+    void Tessaly_TrackWriteStatus(qint32 lTrackNumber, qint32 lBlocksWritten,
+                                  qint32 lBlocksToWrite);
+    void Tessaly_ClosingTrack(qint32 lTrackNumber);
+    void Tessaly_ClosingSession();
+    void Tessaly_ClosingDisc();
+    void Tessaly_WriteComplete();
+    void Tessaly_WriteCancelled();
+    void Tessaly_WriteError(qint32 WriteError, qint32 DriveError, const QString &sErrorInfo,
+                            const QString &sSenseInfo);
+    // Opens the write dialog's animation of a name ("writecd"); a missing one is passed over.
+    void ShowWriteAnimation(const QString &name);
+
 protected:
     void closeEvent(QCloseEvent *event) override;
 

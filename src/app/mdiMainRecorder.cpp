@@ -1,6 +1,7 @@
 // The frame's recorder strip and size ruler: the drive and speed lists, the media state and
 // the free space line.
 #include "FormRegistry.h"
+#include "WriteDialog.h"
 #include "WriteSpeedList.h"
 #include "base/App.h"
 #include "base/Conversions.h"
@@ -96,14 +97,14 @@ void mdiMain::ShowAnimation(const QString &name) {
 namespace {
 // The write dialog follows the disc while it waits for one.
 void tellWriteDialog(bool discReady) {
-    QWidget *burn = FormRegistry::find(QStringLiteral("frmBurn"));
+    WriteDialog *burn = WriteDialog::open();
     if (!burn)
         return;
-    if (auto *cmdWrite = burn->findChild<QPushButton *>(QStringLiteral("cmdWrite")))
-        cmdWrite->setEnabled(discReady);
-    if (auto *lblActions = burn->findChild<QLabel *>(QStringLiteral("lblActions")))
-        lblActions->setText(discReady ? QStringLiteral("Disc inserted ready to write...")
-                                      : QStringLiteral("Please insert the disc again..."));
+    if (burn->cmdWrite)
+        burn->cmdWrite->setEnabled(discReady);
+    if (burn->lblActions)
+        burn->lblActions->setText(discReady ? QStringLiteral("Disc inserted ready to write...")
+                                            : QStringLiteral("Please insert the disc again..."));
 }
 
 void refreshCompilation(mdiMain *frame) {

@@ -3,6 +3,7 @@
 #include "ScriptedAnswers.h"
 #include "TestEnvironment.h"
 #include "app/FormRegistry.h"
+#include "app/WriteDialog.h"
 #include "app/WriteSpeedList.h"
 #include "app/mdiMain.h"
 #include "app/modDeclarations.h"
@@ -55,6 +56,23 @@ mdiMain *frameOnImageRecorder() {
     f->cboDevices->setCurrentIndex(f->cboDevices->findData(last));
     return f;
 }
+
+// Registers itself as the open write dialog while it lives.
+class StandInWriteDialog : public WriteDialog {
+public:
+    StandInWriteDialog() {
+        cmdWrite = new QPushButton(&m_window);
+        lblActions = new QLabel(&m_window);
+        setOpen(this);
+    }
+    ~StandInWriteDialog() override { setOpen(nullptr); }
+    void EnableFormWrite(bool) override {}
+    void RefreshForm() override {}
+    void Unload() override {}
+
+private:
+    QWidget m_window;
+};
 
 const QByteArray appendableDisc = "[Tessaly Disc]\nVersion=1\nMedium=CD-R 80\nData=disc.iso\n"
                                   "Finalized=0\nSessions=1\n\n[Session1]\nStart=0\nBlocks=150\n"
@@ -228,12 +246,9 @@ void tst_RecorderSelection::writeDialogFollowsTheDisc() {
     QVERIFY(env.startProgram());
     mdiMain *f = frameOnImageRecorder();
     // A stand-in for the write dialog with the two controls the frame drives.
-    QWidget burn;
-    burn.setObjectName("frmBurn");
-    auto *cmdWrite = new QPushButton(&burn);
-    cmdWrite->setObjectName("cmdWrite");
-    auto *lblActions = new QLabel(&burn);
-    lblActions->setObjectName("lblActions");
+    StandInWriteDialog burn;
+    QPushButton *cmdWrite = burn.cmdWrite;
+    QLabel *lblActions = burn.lblActions;
     cmdWrite->setEnabled(false);
     f->runCommand("CLOSETRAY");
     QVERIFY(cmdWrite->isEnabled());

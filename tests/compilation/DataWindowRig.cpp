@@ -1,4 +1,5 @@
 #include "DataWindowRig.h"
+#include "ViewGestures.h"
 #include "app/FormRegistry.h"
 #include "app/mdiMain.h"
 #include "compilation/frmData.h"
@@ -78,29 +79,11 @@ QString DataWindowRig::sparseSource(const QString &relative, qint64 megabytes) {
 }
 
 void DataWindowRig::drop(QTreeWidget *view, const QStringList &paths) {
-    QList<QUrl> urls;
-    for (const QString &path : paths)
-        urls.append(QUrl::fromLocalFile(path));
-    QMimeData mime;
-    mime.setUrls(urls);
-    const QPointF at(view->viewport()->width() / 2.0, view->viewport()->height() - 2.0);
-    QDragEnterEvent enter(at.toPoint(), Qt::CopyAction, &mime, Qt::LeftButton, Qt::NoModifier);
-    QCoreApplication::sendEvent(view->viewport(), &enter);
-    QDropEvent dropped(at, Qt::CopyAction, &mime, Qt::LeftButton, Qt::NoModifier);
-    QCoreApplication::sendEvent(view->viewport(), &dropped);
-    settle();
+    ViewGestures::drop(view, paths);
 }
 
 void DataWindowRig::rename(QTreeWidgetItem *item, const QString &text) {
-    QTreeWidget *view = item->treeWidget();
-    view->setCurrentItem(item);
-    view->editItem(item, 0);
-    settle();
-    if (auto *editor = view->viewport()->findChild<QLineEdit *>()) {
-        editor->setText(text);
-        QTest::keyClick(editor, Qt::Key_Return);
-    }
-    settle();
+    ViewGestures::rename(item, text);
 }
 
 QStringList DataWindowRig::nodeKeys() const {

@@ -7,6 +7,7 @@
 #include "base/App.h"
 #include "compilation/CompilationWindows.h"
 #include "widgets/DefaultInstance.h"
+#include "writing/WritingWindows.h"
 
 #include <QApplication>
 #include <QDir>
@@ -35,6 +36,7 @@ void TestEnvironment::writeFile(const QString &relativeName, const QByteArray &b
 
 bool TestEnvironment::startProgram() {
     registerCompilationWindows();
+    registerWritingWindows();
     modMain::Main();
     if (!modMain::Started())
         return false;

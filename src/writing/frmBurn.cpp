@@ -1,0 +1,404 @@
+#include "frmBurn.h"
+#include "app/FormRegistry.h"
+#include "app/mdiMain.h"
+#include "app/modDeclarations.h"
+#include "base/App.h"
+#include "base/Format.h"
+#include "compilation/frmData.h"
+#include "diagnostics/ErrorTrap.h"
+#include "engine/writer/CDWriterPro.h"
+#include "widgets/AnimationControl.h"
+#include "widgets/DefaultInstance.h"
+#include "widgets/KeyedPanel.h"
+#include "widgets/KeyedStatusBar.h"
+#include "widgets/MessageBoxService.h"
+#include "widgets/Twips.h"
+
+#include <QCheckBox>
+#include <QCloseEvent>
+#include <QCoreApplication>
+#include <QGridLayout>
+#include <QGroupBox>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QPointer>
+#include <QProgressBar>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QTimer>
+#include <QVBoxLayout>
+
+namespace {
+
+QPointer<frmBurn> &openDialog() {
+    static QPointer<frmBurn> dialog;
+    return dialog;
+}
+
+CDWriterPro *engine() {
+    mdiMain *frame = DefaultInstance<mdiMain>::peek();
+    return frame ? frame->Tessaly : nullptr;
+}
+
+QProgressBar *percentBar(QWidget *parent, const char *name) {
+    auto *bar = new QProgressBar(parent);
+    bar->setObjectName(QLatin1String(name));
+    bar->setRange(0, 100);
+    bar->setValue(0);
+    return bar;
+}
+
+// The audio window's own enabling, reached by name until it exists in the program.
+void enableAudioWindow(bool blnEnable) {
+    QWidget *window = FormRegistry::find(QStringLiteral("frmAudio"));
+    if (window && window->metaObject()->indexOfMethod("EnableForm(bool)") >= 0)
+        QMetaObject::invokeMethod(window, "EnableForm", Q_ARG(bool, blnEnable));
+}
+
+} // namespace
+
+frmBurn::frmBurn(QWidget *parent)
+    : QDialog(parent) {
+    setObjectName(QStringLiteral("frmBurn"));
+    setAttribute(Qt::WA_DeleteOnClose);
+    setWindowModality(Qt::ApplicationModal);
+    buildControls();
+    setOpen(this);
+    ErrorTrap::run("Form_Load", "frmBurn", [this] { Form_Load(); });
+}
+
+frmBurn::~frmBurn() {
+    if (openDialog() == this)
+        openDialog() = nullptr;
+}
+
+frmBurn *frmBurn::showOver(QWidget *owner) {
+    if (!openDialog())
+        openDialog() = new frmBurn(owner);
+    frmBurn *dialog = openDialog();
+    dialog->show();
+    dialog->raise();
+    dialog->activateWindow();
+    return dialog;
+}
+
+frmBurn *frmBurn::instance() {
+    return openDialog();
+}
+
+void frmBurn::buildControls() {
+    auto *options = new QGroupBox(QStringLiteral("Options"), this);
+    auto *optionRows = new QVBoxLayout(options);
+    const auto box = [&](QCheckBox *&member, const char *name, const char *caption) {
+        member = new QCheckBox(QString::fromLatin1(caption), options);
+        member->setObjectName(QLatin1String(name));
+        optionRows->addWidget(member);
+    };
+    box(chkFinalizeDisc, "chkFinalizeDisc", "&Finalize Disc (No Further Writing Possible)");
+    box(chkUseJoliet, "chkUseJoliet", "&Include Joliet Directories (64 char file names)");
+    box(chkCacheImage, "chkCacheImage", "Cac&he Image Before Writing");
+    box(chkUseBurnProof, "chkUseBurnProof", "&Use Buffer Protection (Burn Proof, JustLink, etc)");
+    box(chkUseMode2XA, "chkUseMode2XA", "&Mode2XA Instead Of Mode1 (CDR/W Only)");
+    box(chkLogging, "chkLogging", "&Enable Logging");
+    box(chkCloseWin, "chkCloseWin", "Clo&se Windows When Finished");
+    chkUseJoliet->setChecked(true);
+    chkCacheImage->setChecked(true);
+
+    auto *mode = new QGroupBox(QStringLiteral("Write Mode"), this);
+    auto *modeRows = new QVBoxLayout(mode);
+    optWrite = new QRadioButton(QStringLiteral("Write &Disc"), mode);
+    optWrite->setObjectName(QStringLiteral("optWrite"));
+    optTest = new QRadioButton(
+        QStringLiteral("Test &Write (Data will not be written to the media)"), mode);
+    optTest->setObjectName(QStringLiteral("optTest"));
+    modeRows->addWidget(optWrite);
+    modeRows->addWidget(optTest);
+    optTest->setChecked(true);
+
+    auto *progress = new QGroupBox(QStringLiteral("Progress"), this);
+    auto *grid = new QGridLayout(progress);
+    aniBurn = new AnimationControl(progress);
+    aniBurn->setObjectName(QStringLiteral("aniBurn"));
+    aniBurn->setFixedSize(Twips::toPixels(720), Twips::toPixels(720));
+    lblActions = new QLabel(progress);
+    lblActions->setObjectName(QStringLiteral("lblActions"));
+    lblActions->setMinimumWidth(Twips::toPixels(5400));
+    lblActions->setWordWrap(true);
+    lblTime = new QLabel(progress);
+    lblTime->setObjectName(QStringLiteral("lblTime"));
+    prgTrackProgress = percentBar(progress, "prgTrackProgress");
+    prgTotalProgress = percentBar(progress, "prgTotalProgress");
+    prgReadBuffer = percentBar(progress, "prgReadBuffer");
+    prgDriveBuffer = percentBar(progress, "prgDriveBuffer");
+    // Nothing measures the buffers: an empty bar must not read as an alarming "0%".
+    prgReadBuffer->setTextVisible(false);
+    prgDriveBuffer->setTextVisible(false);
+    grid->addWidget(aniBurn, 0, 0, 2, 1);
+    grid->addWidget(lblActions, 0, 1, 1, 2);
+    grid->addWidget(lblTime, 1, 1, 1, 2);
+    const QList<std::pair<const char *, QProgressBar *>> bars = {
+        {"Track:", prgTrackProgress},
+        {"Total:", prgTotalProgress},
+        {"Read Buffer:", prgReadBuffer},
+        {"Drive Buffer:", prgDriveBuffer},
+    };
+    int row = 2;
+    for (const auto &[caption, bar] : bars) {
+        grid->addWidget(new QLabel(QString::fromLatin1(caption), progress), row, 0);
+        grid->addWidget(bar, row, 1, 1, 2);
+        ++row;
+    }
+
+    cmdWrite = new QPushButton(QStringLiteral("&Test Write"), this);
+    cmdWrite->setObjectName(QStringLiteral("cmdWrite"));
+    cmdWrite->setToolTip(QStringLiteral("Start Writing Disc"));
+    cmdWrite->setDefault(true);
+    cmdCancel = new QPushButton(QStringLiteral("&Cancel"), this);
+    cmdCancel->setObjectName(QStringLiteral("cmdCancel"));
+    cmdCancel->setToolTip(QStringLiteral("Cancel Write Disc"));
+    // Nothing to cancel until a write has gone out.
+    cmdCancel->setEnabled(false);
+    cmdClose = new QPushButton(QStringLiteral("C&lose"), this);
+    cmdClose->setObjectName(QStringLiteral("cmdClose"));
+    cmdClose->setToolTip(QStringLiteral("Close"));
+    auto *buttons = new QHBoxLayout;
+    buttons->addStretch(1);
+    buttons->addWidget(cmdWrite);
+    buttons->addWidget(cmdCancel);
+    buttons->addWidget(cmdClose);
+
+    auto *top = new QHBoxLayout;
+    top->addWidget(options, 1);
+    // The two choices sit at the top, not spread over the height of the options.
+    auto *modeColumn = new QVBoxLayout;
+    modeColumn->addWidget(mode);
+    modeColumn->addStretch(1);
+    top->addLayout(modeColumn);
+    auto *column = new QVBoxLayout(this);
+    column->addLayout(top);
+    column->addWidget(progress);
+    column->addLayout(buttons);
+
+    tmrBurn = new QTimer(this);
+    tmrBurn->setObjectName(QStringLiteral("tmrBurn"));
+    tmrBurn->setInterval(1000);
+
+    connect(optWrite, &QRadioButton::toggled, this, [this](bool on) {
+        if (on)
+            ErrorTrap::run("optWrite_Click", "frmBurn", [this] { optWrite_Click(); });
+    });
+    connect(optTest, &QRadioButton::toggled, this, [this](bool on) {
+        if (on)
+            ErrorTrap::run("optTest_Click", "frmBurn", [this] { optTest_Click(); });
+    });
+    connect(chkLogging, &QCheckBox::toggled, this, [this] {
+        ErrorTrap::run("chkLogging_Click", "frmBurn", [this] { chkLogging_Click(); });
+    });
+    connect(cmdWrite, &QPushButton::clicked, this,
+            [this] { ErrorTrap::run("cmdWrite_Click", "frmBurn", [this] { cmdWrite_Click(); }); });
+    connect(cmdCancel, &QPushButton::clicked, this, [this] {
+        ErrorTrap::run("cmdCancel_Click", "frmBurn", [this] { cmdCancel_Click(); });
+    });
+    connect(cmdClose, &QPushButton::clicked, this,
+            [this] { ErrorTrap::run("cmdClose_Click", "frmBurn", [this] { cmdClose_Click(); }); });
+    connect(tmrBurn, &QTimer::timeout, this,
+            [this] { ErrorTrap::run("tmrBurn_Timer", "frmBurn", [this] { tmrBurn_Timer(); }); });
+}
+
+void frmBurn::Form_Load() {
+    mstrLogFilePath = App::pathOf(QStringLiteral("\\Dat\\Burnlog.txt"));
+    mlngStart = Now();
+    aniBurn->setAutoPlay(false);
+    aniBurn->hide();
+    lblTime->clear();
+    setWindowTitle(QStringLiteral("Write Disc..."));
+    RefreshForm();
+}
+
+void frmBurn::RefreshForm() {
+    if (gblnDisctypeIsData == 1) {
+        chkUseJoliet->setChecked(false);
+        chkUseJoliet->setEnabled(false);
+        chkFinalizeDisc->setChecked(true);
+        chkFinalizeDisc->setEnabled(false);
+        chkCacheImage->setEnabled(true);
+        chkCacheImage->setText(QStringLiteral("Cach Files Locally"));
+        chkUseMode2XA->setEnabled(false);
+    }
+    // The drive decides: no saved preference for the underrun protection.
+    CDWriterPro *cd = engine();
+    const bool burnProof = cd && cd->CurrentDriveCapability(CDWriterPro::CapBurnProof);
+    chkUseBurnProof->setEnabled(burnProof);
+    chkUseBurnProof->setChecked(burnProof);
+}
+
+void frmBurn::optTest_Click() {
+    cmdWrite->setText(QStringLiteral("&Test Write"));
+    // A test is followed by the real write, so closing everything makes no sense here.
+    chkCloseWin->setEnabled(false);
+    gblnIsTestWrite = true;
+}
+
+void frmBurn::optWrite_Click() {
+    cmdWrite->setText(QStringLiteral("&Write"));
+    gblnIsTestWrite = false;
+}
+
+void frmBurn::chkLogging_Click() {
+    chkLogging->setText(chkLogging->isChecked()
+                            ? QStringLiteral("Log CDR/W write to: ") + mstrLogFilePath
+                            : QStringLiteral("Enable Logging"));
+}
+
+void frmBurn::cmdWrite_Click() {
+    CDWriterPro *cd = engine();
+    const QString information = App::ProductName() + QStringLiteral(" - Information");
+    if (glngCurrentDrive < 0 || !cd) {
+        MsgBox(QStringLiteral("A drive is not selected or does not exist."), vbInformation,
+               information);
+        return;
+    }
+    if (gblnDisctypeIsData == 0) {
+        if (cd->MediaType() == CDWriterPro::MediaNone) {
+            MsgBox(QStringLiteral("Please Insert Writable Media before continuing!"), vbInformation,
+                   information);
+            return;
+        }
+        if (cd->LastSessionStatus() == CDWriterPro::SessionClosed) {
+            MsgBox(QStringLiteral(
+                       "This disc is closed, please insert an empty disc or a multisession disc!"),
+                   vbInformation, information);
+            return;
+        }
+    } else if (gblnDisctypeIsData == 1) {
+        if (cd->MediaType() == CDWriterPro::MediaNone) {
+            MsgBox(QStringLiteral("Please load an empty disc for recording audio."), vbInformation,
+                   information);
+            return;
+        }
+        if (cd->DiscStatus() != CDWriterPro::DiscEmpty) {
+            MsgBox(QStringLiteral("Please insert an empty disc for recording audio."),
+                   vbInformation, information);
+            return;
+        }
+    }
+    tmrBurn->start();
+    mlngStart = Now();
+    if (gblnDisctypeIsData == 0)
+        setDataOptions();
+    else if (gblnDisctypeIsData == 1)
+        setAudioOptions();
+    if (!cd->WriteDisc())
+        MsgBox(QStringLiteral("Disc Write could not be started."), vbCritical,
+               App::ProductName() + QStringLiteral(" - Critical"));
+    // Also after a failed start: only closing is left then.
+    chkCloseWin->setEnabled(false);
+    cmdWrite->setEnabled(false);
+}
+
+void frmBurn::setDataOptions() {
+    CDWriterPro *cd = engine();
+    cd->setFinalizeDisc(chkFinalizeDisc->isChecked());
+    cd->setCloseSession(true);
+    cd->setISOFileSystem(chkUseJoliet->isChecked() ? 1 : 0);
+    cd->setVolumeIdentifier(gstrVolumeIdentifier);
+    cd->setApplicationIdentifier(gstrVolumeApplicationIdentifier);
+    cd->setPublisherIdentifier(gstrVolumePublisher);
+    cd->setSystemIdentifier(gstrVolumeSystemIdentifier);
+    cd->setVolumeSetIdentifier(gstrVolumeSetIdentifier);
+    cd->setDataPreparerIdentifier(gstrVolumeDataPreparerIdentifier);
+    cd->setCopyrightFileIdentifier(gstrVolumeCopyrightFileIdentifier);
+    cd->setAbstractFileIdentifier(gstrVolumeAbstractFileIdentifier);
+    cd->setBiblioFileIdentifier(gstrVolumeBiblioFileIdentifier);
+    cd->setCacheImage(chkCacheImage->isChecked());
+    cd->EnableBurnProof(chkUseBurnProof->isChecked());
+    cd->setTrackMode(chkUseMode2XA->isChecked() ? 2 : 1);
+    cd->SetLogging(chkLogging->isChecked(), mstrLogFilePath);
+    if (optTest->isChecked())
+        cd->setTestWrite(true);
+    else if (optWrite->isChecked())
+        cd->setTestWrite(false);
+}
+
+void frmBurn::setAudioOptions() {
+    CDWriterPro *cd = engine();
+    cd->setCacheImage(chkCacheImage->isChecked());
+    cd->setTrackMode(0);
+    if (optTest->isChecked())
+        cd->setTestWrite(true);
+    else if (optWrite->isChecked())
+        cd->setTestWrite(false);
+    cd->setFinalizeDisc(true);
+    cd->setCloseSession(true);
+    cd->EnableBurnProof(chkUseBurnProof->isChecked());
+}
+
+void frmBurn::tmrBurn_Timer() {
+    mlngElapsed = Now();
+    lblTime->setText(Format(mlngElapsed - mlngStart, QStringLiteral("hh:mm:ss")));
+    lblTime->repaint();
+}
+
+void frmBurn::cmdCancel_Click() {
+    mdiMain *frame = DefaultInstance<mdiMain>::peek();
+    if (!frame)
+        return;
+    frame->smartStatusBar->Item(QStringLiteral("DATA"))
+        ->setText(QStringLiteral(" Aborting Write...Please Wait!"));
+    frame->Tessaly->CancelWrite();
+}
+
+void frmBurn::cmdClose_Click() {
+    Unload();
+}
+
+void frmBurn::Unload() {
+    close();
+}
+
+void frmBurn::EnableFormWrite(bool blnEnable) {
+    for (QWidget *control : std::initializer_list<QWidget *>{
+             chkCacheImage, chkFinalizeDisc, chkLogging, chkUseBurnProof, chkUseJoliet, chkCloseWin,
+             chkUseMode2XA, cmdClose, cmdWrite, optTest, optWrite})
+        control->setEnabled(blnEnable);
+    if (blnEnable)
+        unsetCursor();
+    else
+        setCursor(Qt::WaitCursor);
+    if (gblnDisctypeIsData == 0) {
+        if (frmData *data = DefaultInstance<frmData>::peek())
+            data->EnableForm(blnEnable);
+    } else if (gblnDisctypeIsData == 1) {
+        enableAudioWindow(blnEnable);
+    }
+    QCoreApplication::processEvents();
+}
+
+void frmBurn::reject() {
+    close();
+}
+
+void frmBurn::closeEvent(QCloseEvent *event) {
+    int Cancel = 0;
+    ErrorTrap::run("Form_Unload", "frmBurn", [&] { Form_Unload(Cancel); });
+    if (Cancel != 0) {
+        event->ignore();
+        return;
+    }
+    setOpen(nullptr);
+    openDialog() = nullptr;
+    tmrBurn->stop();
+    event->accept();
+}
+
+void frmBurn::Form_Unload(int &Cancel) {
+    // No closing during a write.
+    Cancel = gblnUnloadOk ? 0 : 1;
+    gstrVolumeIdentifier.clear();
+    gstrVolumeApplicationIdentifier.clear();
+    gstrVolumePublisher.clear();
+    if (gblnDisctypeIsData == 3) {
+        if (QWidget *iso = FormRegistry::find(QStringLiteral("frmBurnIso")))
+            iso->close();
+    }
+}

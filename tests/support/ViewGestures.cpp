@@ -1,0 +1,46 @@
+#include "ViewGestures.h"
+
+#include <QCoreApplication>
+#include <QDropEvent>
+#include <QLineEdit>
+#include <QMimeData>
+#include <QTest>
+#include <QTreeWidget>
+#include <QUrl>
+
+namespace ViewGestures {
+
+void settle() {
+    for (int i = 0; i < 3; ++i) {
+        QCoreApplication::processEvents();
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    }
+}
+
+void drop(QTreeWidget *view, const QStringList &paths) {
+    QList<QUrl> urls;
+    for (const QString &path : paths)
+        urls.append(QUrl::fromLocalFile(path));
+    QMimeData mime;
+    mime.setUrls(urls);
+    const QPointF at(view->viewport()->width() / 2.0, view->viewport()->height() - 2.0);
+    QDragEnterEvent enter(at.toPoint(), Qt::CopyAction, &mime, Qt::LeftButton, Qt::NoModifier);
+    QCoreApplication::sendEvent(view->viewport(), &enter);
+    QDropEvent dropped(at, Qt::CopyAction, &mime, Qt::LeftButton, Qt::NoModifier);
+    QCoreApplication::sendEvent(view->viewport(), &dropped);
+    settle();
+}
+
+void rename(QTreeWidgetItem *item, const QString &text) {
+    QTreeWidget *view = item->treeWidget();
+    view->setCurrentItem(item);
+    view->editItem(item, 0);
+    settle();
+    if (auto *editor = view->viewport()->findChild<QLineEdit *>()) {
+        editor->setText(text);
+        QTest::keyClick(editor, Qt::Key_Return);
+    }
+    settle();
+}
+
+} // namespace ViewGestures

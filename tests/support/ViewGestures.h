@@ -1,0 +1,18 @@
+#pragma once
+
+#include <QStringList>
+
+class QTreeWidget;
+class QTreeWidgetItem;
+
+// What a person does to a tree or list view, sent as the real events. UI thread.
+namespace ViewGestures {
+
+// Drops local paths on the viewport of a view as a file manager does.
+void drop(QTreeWidget *view, const QStringList &paths);
+// Types a new label into the editor of an item and commits it with Return.
+void rename(QTreeWidgetItem *item, const QString &text);
+// Lets queued events and deferred deletes run.
+void settle();
+
+} // namespace ViewGestures

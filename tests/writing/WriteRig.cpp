@@ -1,0 +1,152 @@
+#include "WriteRig.h"
+#include "app/mdiMain.h"
+#include "app/modDeclarations.h"
+#include "base/IniFile.h"
+#include "engine/system/SystemCalls.h"
+#include "engine/writer/CDWriterPro.h"
+#include "engine/writer/recorders/image/ImageRecorder.h"
+#include "widgets/DefaultInstance.h"
+#include "widgets/KeyedPanel.h"
+#include "widgets/KeyedStatusBar.h"
+#include "widgets/MessageBoxService.h"
+#include "writing/frmBurn.h"
+
+#include <QComboBox>
+#include <QDeadlineTimer>
+#include <QDir>
+#include <QLabel>
+#include <QProgressBar>
+#include <QPushButton>
+#include <QRegularExpression>
+#include <QTest>
+
+namespace {
+QString numbersHidden(QString text) {
+    static const QRegularExpression progress(
+        QStringLiteral("^( ?(Caching Track\\.\\.\\. |Caching and Processing Track\\.\\.\\. |"
+                       "Writing Block: ))[0-9].*$"));
+    const auto m = progress.match(text);
+    return m.hasMatch() ? m.captured(1) + u'#' : text;
+}
+
+void appendOnce(QStringList &list, const QString &text) {
+    if (list.isEmpty() || list.last() != text)
+        list.append(text);
+}
+} // namespace
+
+WriteRig::WriteRig(const QStringList &settings, int kind, const QString &medium, Tray tray) {
+    // Nothing in a test may switch the machine off.
+    SystemCalls::setPowerOffHandler([] { return false; });
+    QDir().mkpath(ImageRecorder::folder());
+    IniFile::write(ImageRecorder::settingsFile(), "Image Recorder", "BlankMedium", medium);
+    IniFile::write(ImageRecorder::settingsFile(), "Image Recorder", "EmulateSpeed", "0");
+    for (const QString &setting : settings)
+        IniFile::write(ImageRecorder::settingsFile(), "Image Recorder", setting.section(u'=', 0, 0),
+                       setting.section(u'=', 1));
+    MessageBoxService::setAnswerer([this](const MessageBoxService::Request &r) {
+        const mdiMain *f = DefaultInstance<mdiMain>::peek();
+        boxes.append({r.prompt, r.title, r.buttons,
+                      f ? f->smartStatusBar->Item(QStringLiteral("DATA"))->Text() : QString()});
+        return MessageBoxService::defaultButton(r.buttons);
+    });
+    if (tray == Tray::ClosedDisc || tray == Tray::AppendableDisc) {
+        // A one-session disc laid in the tray by hand.
+        env.writeFile("Image Recorder/Tray/disc.iso", QByteArray(150 * 2048, '\0'));
+        env.writeFile("Image Recorder/Tray/disc.tdisc",
+                      QByteArray("[Tessaly Disc]\nVersion=1\nMedium=CD-R 80\nData=disc.iso\n"
+                                 "Finalized=") +
+                          (tray == Tray::ClosedDisc ? "1" : "0") +
+                          "\nSessions=1\n\n[Session1]\nStart=0\nBlocks=150\nMode=1\n"
+                          "Closed=1\n");
+    }
+    if (tray == Tray::NoRecorder)
+        IniFile::write(env.iniFile(), "Recorders", "Image Recorder", "False");
+    if (!env.startProgram())
+        return;
+    m_frame = DefaultInstance<mdiMain>::peek();
+    if (tray != Tray::NoRecorder) {
+        const int imageRecorder = m_frame->Tessaly->DriveCount() - 1;
+        m_frame->cboDevices->setCurrentIndex(m_frame->cboDevices->findData(imageRecorder));
+    }
+    if (tray == Tray::Blank)
+        m_frame->runCommand(QStringLiteral("CLOSETRAY"));
+    QTest::qWait(50);
+    // What opening a compilation window does to the job and the frame.
+    gblnDisctypeIsData = qint16(kind);
+    m_frame->EnableForm(true);
+    CDWriterPro *cd = m_frame->Tessaly;
+    // Connected after the frame's handlers, so each sees what the handler left.
+    const auto after = [this] { record(); };
+    QObject::connect(cd, &CDWriterPro::PreparingToWrite, m_frame, after);
+    QObject::connect(cd, &CDWriterPro::CachingStatus, m_frame, after);
+    QObject::connect(cd, &CDWriterPro::CreatingDirectories, m_frame, after);
+    QObject::connect(cd, &CDWriterPro::ReadingTrackFile, m_frame, after);
+    QObject::connect(cd, &CDWriterPro::ClosingTrack, m_frame, after);
+    QObject::connect(cd, &CDWriterPro::ClosingSession, m_frame, after);
+    QObject::connect(cd, &CDWriterPro::ClosingDisc, m_frame, after);
+    QObject::connect(cd, &CDWriterPro::TrackWriteStatus, m_frame, [this] {
+        record();
+        frmBurn *burn = frmBurn::instance();
+        const bool offered = burn && burn->cmdCancel->isEnabled();
+        if (offered && !m_cancelOffered) {
+            cancelEnabledAt.append(burn->prgTrackProgress->value());
+            if (cancelWhenOffered) {
+                cancelWhenOffered = false;
+                burn->cmdCancel->click();
+                record();
+            }
+        }
+        m_cancelOffered = offered;
+    });
+    QObject::connect(cd, &CDWriterPro::WriteComplete, m_frame,
+                     [this] { ending = "WriteComplete"; });
+    QObject::connect(cd, &CDWriterPro::WriteCancelled, m_frame,
+                     [this] { ending = "WriteCancelled"; });
+    QObject::connect(cd, &CDWriterPro::WriteError, m_frame, [this] { ending = "WriteError"; });
+}
+
+WriteRig::~WriteRig() {
+    env.stopProgram();
+    ScriptedAnswers::installFallback();
+}
+
+void WriteRig::record() {
+    appendOnce(panelTexts,
+               numbersHidden(m_frame->smartStatusBar->Item(QStringLiteral("DATA"))->Text()));
+    if (frmBurn *burn = frmBurn::instance())
+        appendOnce(actionTexts, numbersHidden(burn->lblActions->text()));
+}
+
+frmBurn *WriteRig::openDialog() {
+    m_frame->runCommand(QStringLiteral("WRITEDISC"));
+    return frmBurn::instance();
+}
+
+bool WriteRig::writeAndWait(frmBurn *burn, int timeoutMs) {
+    ending.clear();
+    if (!burn || !burn->cmdWrite->isEnabled())
+        return false;
+    burn->cmdWrite->click();
+    QDeadlineTimer deadline(timeoutMs);
+    while (ending.isEmpty() && !deadline.hasExpired())
+        QTest::qWait(5);
+    // The eject's media event and the deferred close of the dialog.
+    QTest::qWait(100);
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    return !ending.isEmpty();
+}
+
+QStringList WriteRig::trayDiscs() const {
+    return QDir(ImageRecorder::trayFolder()).entryList({"*.tdisc"}, QDir::Files);
+}
+
+QStringList WriteRig::ejectedDiscs() const {
+    return QDir(ImageRecorder::ejectedFolder()).entryList({"*.tdisc"}, QDir::Files);
+}
+
+QString WriteRig::ejectedImage() const {
+    const QDir ejected(ImageRecorder::ejectedFolder());
+    const QStringList data = ejected.entryList({"*.iso"}, QDir::Files, QDir::Time);
+    return data.isEmpty() ? QString() : ejected.filePath(data.first());
+}

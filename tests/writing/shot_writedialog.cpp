@@ -1,0 +1,87 @@
+// Not a test: puts the program on the screen mid-write, the write dialog over the frame, and
+// saves what the screen shows, so that a person can look at it.
+//   shot_writedialog OUT.png [FOLDER]
+// FOLDER (default: a generated one) goes into the data image; the Image Recorder writes at a
+// drive's pace so that the write is caught a third of the way through.
+#include "WriteRig.h"
+
+#include "EngineProbe.h"
+#include "app/frmChooseDiscType.h"
+#include "app/mdiMain.h"
+#include "compilation/frmData.h"
+#include "engine/writer/CDWriterPro.h"
+#include "widgets/DefaultInstance.h"
+#include "writing/frmBurn.h"
+
+#include <QApplication>
+#include <QComboBox>
+#include <QDeadlineTimer>
+#include <QDir>
+#include <QFileInfo>
+#include <QMimeData>
+#include <QPixmap>
+#include <QProgressBar>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QScreen>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QTreeWidget>
+#include <QUrl>
+
+int main(int argc, char **argv) {
+    QApplication app(argc, argv);
+    const QStringList args = app.arguments();
+    if (args.size() < 2) {
+        qWarning("usage: shot_writedialog OUT.png [FOLDER]");
+        return 2;
+    }
+    QTemporaryDir generated;
+    QString folder = args.value(2);
+    if (folder.isEmpty()) {
+        for (int i = 0; i < 8; ++i)
+            EngineFixtures::writeFile(generated.filePath(QString("Holiday/photo%1.jpg").arg(i)),
+                                      EngineFixtures::pseudoRandom(4 * 1024 * 1024, i));
+        folder = generated.filePath("Holiday");
+    }
+    WriteRig rig({"EmulateSpeed=1"}, 99);
+    if (!rig.started())
+        return 1;
+    mdiMain *f = rig.frame();
+    // NEW, a data disc, and the folder dropped into it.
+    f->runCommand("NEW");
+    QCoreApplication::processEvents();
+    auto *chooser = f->findChild<frmChooseDiscType *>();
+    if (!chooser)
+        return 1;
+    chooser->optData->click();
+    chooser->cmdOK->click();
+    QCoreApplication::processEvents();
+    frmData *data = DefaultInstance<frmData>::peek();
+    if (!data)
+        return 1;
+    QMimeData dropped;
+    dropped.setUrls({QUrl::fromLocalFile(QDir(folder).absolutePath())});
+    data->OLEDragDrop(&dropped);
+    QCoreApplication::processEvents();
+    if (QTreeWidgetItem *top = data->tvwDirectories->topLevelItem(0))
+        top->setExpanded(true);
+    // A slow speed, as a user with a cautious drive would pick.
+    f->cboWriteSpeed->setCurrentIndex(f->cboWriteSpeed->count() - 1);
+    frmBurn *burn = rig.openDialog();
+    burn->move(f->geometry().center() - burn->rect().center());
+    burn->optWrite->click();
+    burn->cmdWrite->click();
+    QDeadlineTimer deadline(120000);
+    while (burn->prgTrackProgress->value() < 33 && !deadline.hasExpired() && frmBurn::instance())
+        QTest::qWait(50);
+    QTest::qWait(300);
+    const QPixmap screen = QGuiApplication::primaryScreen()->grabWindow(0);
+    const bool saved = screen.save(args.at(1));
+    if (frmBurn::instance() && burn->cmdCancel->isEnabled())
+        burn->cmdCancel->click();
+    QDeadlineTimer end(60000);
+    while (frmBurn::instance() && !end.hasExpired())
+        QTest::qWait(50);
+    return saved ? 0 : 1;
+}
