@@ -182,7 +182,7 @@ int main(int argc, char **argv) {
     std::printf("window ready, median          %.0f ms\n", median(readyMs));
     std::printf("ratio window / engine         %.2f\n", median(readyMs) / median(engineMs));
     std::printf("longest stall, median         %.1f ms (goal under 100)\n", median(stallMs));
-    std::printf("size of the image, engine     %.0f ms (one call, in the longest stall)\n",
+    std::printf("size of the image, engine     %.0f ms (one call; events are served meanwhile)\n",
                 median(sizes));
     std::printf("longest stall but one, median %.1f ms\n", median(secondMs));
     std::printf("longest stall, worst          %.1f ms\n",

@@ -7,6 +7,7 @@
 #include <QFileInfo>
 #include <QTemporaryDir>
 #include <QTest>
+#include <QTimer>
 
 #include <csignal>
 #include <sys/resource.h>
@@ -39,6 +40,7 @@ private slots:
     void failedCreateLeavesNoFile();
     void vanishedSourceFailsCreate();
     void fiftyThousandFiles();
+    void sizingServesEventsMeanwhile();
     void conversions();
 };
 
@@ -397,6 +399,36 @@ void tst_IsoImage::conversions() {
     QCOMPARE(engine.BlocksToTime(75 * 61 + 3), QStringLiteral("01:01:03"));
     QCOMPARE(engine.ISOLevel(), 3);
     QCOMPARE(engine.ISOFileSystem(), 1);
+}
+
+// The size is laid out on a worker while the UI thread serves timers: a timer may ask for the
+// size again, or change the image, and each answer is the size of the image as it was asked.
+void tst_IsoImage::sizingServesEventsMeanwhile() {
+    Engine e;
+    QTemporaryDir src;
+    for (int i = 0; i < 2000; ++i)
+        writeFile(src.filePath(QStringLiteral("d%1/f%2.txt").arg(i % 20).arg(i)), "x");
+    writeFile(src.filePath("../late.bin"), pseudoRandom(10 * 2048, 7));
+    e.engine.AddISODirectory("\\d", src.path() + "\\*.*");
+
+    qint32 nested = -1;
+    QTimer::singleShot(0, [&] { nested = e.engine.ISOImageBlocks(); });
+    const qint32 first = e.engine.ISOImageBlocks();
+    QCOMPARE(nested, first);
+
+    e.engine.AddISOFile("\\early.txt", src.filePath("d0/f0.txt"));
+    QTimer::singleShot(0, [&] {
+        e.engine.AddISOFile("\\late.bin",
+                            QFileInfo(src.path() + "/../late.bin").absoluteFilePath());
+    });
+    const qint32 asked = e.engine.ISOImageBlocks();
+    const qint32 afterwards = e.engine.ISOImageBlocks();
+    QVERIFY2(afterwards >= asked + 10,
+             qPrintable(QStringLiteral("%1 %2").arg(asked).arg(afterwards)));
+
+    QTemporaryDir out;
+    QVERIFY(e.engine.CreateISOFile(out.filePath("late.iso")));
+    QCOMPARE(QFileInfo(out.filePath("late.iso")).size(), qint64(afterwards) * 2048);
 }
 
 QTEST_GUILESS_MAIN(tst_IsoImage)

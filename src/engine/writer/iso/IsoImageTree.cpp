@@ -157,6 +157,7 @@ IsoImageTree::IsoImageTree() {
 IsoImageTree::~IsoImageTree() = default;
 
 void IsoImageTree::clear() {
+    m_sizer.settle();
     IsoLibrary::ensureStarted();
     IsoImage *raw = nullptr;
     iso_image_new("", &raw);
@@ -173,6 +174,7 @@ void IsoImageTree::clear() {
 }
 
 void IsoImageTree::setIdentifier(Identifier id, const QString &value) {
+    m_sizer.settle();
     // What the primary volume descriptor will hold: upper case, the characters ISO 9660 allows
     // in the field (others become "_"), cut to the field's length. The volume, the volume set
     // and the three file names take d-characters only, the others a-characters.
@@ -338,6 +340,7 @@ IsoDir *IsoImageTree::ensureDirectory(const QString &destPath, bool useModifiedD
 
 bool IsoImageTree::addFile(const QString &destPath, const QString &source, bool useModifiedDate,
                            const ItemSink &added, const ReplaceQuestion &replace) {
+    m_sizer.settle();
     QStringList parts = components(destPath);
     if (parts.isEmpty() || source.isEmpty())
         return false;
@@ -357,6 +360,7 @@ bool IsoImageTree::addFile(const QString &destPath, const QString &source, bool 
 bool IsoImageTree::addDirectory(const QString &destPath, const QString &sourceDir,
                                 bool useModifiedDate, const ItemSink &added,
                                 const ReplaceQuestion &replace) {
+    m_sizer.settle();
     const QByteArray local = QFile::encodeName(sourceDir);
     struct stat st {};
     if (local.isEmpty() || stat(local.constData(), &st) != 0 || !S_ISDIR(st.st_mode))
@@ -394,6 +398,7 @@ void IsoImageTree::countSubtree(IsoNode *node, int sign) {
 }
 
 bool IsoImageTree::remove(const QString &destPath, Item *removed) {
+    m_sizer.settle();
     if (components(destPath).isEmpty())
         return false; // the root stays
     IsoNode *node = find(destPath);
@@ -409,6 +414,7 @@ bool IsoImageTree::remove(const QString &destPath, Item *removed) {
 
 bool IsoImageTree::rename(const QString &destPath, const QString &newName, bool directory,
                           QString *newDestPath) {
+    m_sizer.settle();
     IsoNode *node = components(destPath).isEmpty() ? nullptr : find(destPath);
     if (!node || (iso_node_get_type(node) == LIBISO_DIR) != directory || !validName(newName))
         return false;
@@ -425,6 +431,7 @@ bool IsoImageTree::rename(const QString &destPath, const QString &newName, bool 
 }
 
 void IsoImageTree::list(const QString &destPath, const ItemSink &sink) const {
+    m_sizer.settle();
     IsoNode *node = find(destPath);
     if (!node || iso_node_get_type(node) != LIBISO_DIR)
         return;
@@ -462,6 +469,7 @@ void IsoImageTree::mergeInto(IsoDir *target, const QString &targetPath, IsoDir *
 
 bool IsoImageTree::importSession(Recorder &recorder, qint32 startBlock, const ItemSink &added,
                                  const ReplaceQuestion &replace) {
+    m_sizer.settle();
     IsoLibrary::DataSourcePtr src = RecorderDataSource::create(recorder);
     IsoReadOpts *rawOpts = nullptr;
     if (!src || iso_read_opts_new(&rawOpts, 0) < 0)
@@ -521,6 +529,11 @@ bool IsoImageTree::importSession(Recorder &recorder, qint32 startBlock, const It
 }
 
 IsoLibrary::BurnSourcePtr IsoImageTree::makeStream(const StreamOptions &options, QString *error) {
+    m_sizer.settle();
+    return layoutStream(options, error);
+}
+
+IsoLibrary::BurnSourcePtr IsoImageTree::layoutStream(const StreamOptions &options, QString *error) {
     IsoWriteOpts *raw = nullptr;
     if (iso_write_opts_new(&raw, 0) < 0) {
         if (error)
@@ -551,15 +564,24 @@ IsoLibrary::BurnSourcePtr IsoImageTree::makeStream(const StreamOptions &options,
 }
 
 qint64 IsoImageTree::imageBlocks(const StreamOptions &options) {
+    // A call made from an event served while an outer call's layout runs waits for that one.
+    m_sizer.wait();
     if (m_sizeGeneration == m_generation && m_sizeJoliet == options.joliet &&
         m_sizeStart == options.startBlock)
         return m_sizeBlocks;
     StreamOptions sizing = options;
     sizing.sizeOnly = true;
-    IsoLibrary::BurnSourcePtr src = makeStream(sizing, nullptr);
-    m_sizeBlocks = src ? qint64(src->get_size(src.get())) / 2048 : 0;
-    m_sizeGeneration = m_generation;
-    m_sizeJoliet = options.joliet;
-    m_sizeStart = options.startBlock;
-    return m_sizeBlocks;
+    const quint64 generation = m_generation;
+    const qint64 blocks = m_sizer.run([this, sizing] {
+        IsoLibrary::BurnSourcePtr src = layoutStream(sizing, nullptr);
+        return src ? qint64(src->get_size(src.get())) / 2048 : 0;
+    });
+    // The tree may have changed while events were served; then the figure is not kept.
+    if (generation == m_generation) {
+        m_sizeBlocks = blocks;
+        m_sizeGeneration = generation;
+        m_sizeJoliet = options.joliet;
+        m_sizeStart = options.startBlock;
+    }
+    return blocks;
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "ImageSizer.h"
 #include "IsoLibrary.h"
 
 #include "base/VbDate.h"
@@ -77,13 +78,15 @@ public:
     qint32 fileCount() const { return m_files; }
     qint32 directoryCount() const { return m_directories; }
 
-    // Blocks of the stream with these options; remembered until the tree changes.
+    // Blocks of the stream with these options; remembered until the tree changes. The layout
+    // runs on a worker while the UI thread serves events other than user input.
     qint64 imageBlocks(const StreamOptions &options);
     // The image stream (libisofs's writer thread starts producing it at once).
     IsoLibrary::BurnSourcePtr makeStream(const StreamOptions &options, QString *error);
 
 private:
     struct Walk;
+    IsoLibrary::BurnSourcePtr layoutStream(const StreamOptions &options, QString *error);
     bool addFileNode(IsoDir *parent, const QString &parentPath, const QString &name,
                      const QByteArray &source, const struct stat &st, bool useModifiedDate,
                      const ItemSink &added, const ReplaceQuestion &replace);
@@ -110,4 +113,6 @@ private:
     bool m_sizeJoliet = false;
     qint32 m_sizeStart = -1;
     qint64 m_sizeBlocks = 0;
+    // Last, so that a layout still running is joined before the image goes.
+    mutable ImageSizer m_sizer;
 };
