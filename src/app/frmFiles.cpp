@@ -11,6 +11,7 @@
 #include "widgets/KeyedMenu.h"
 #include "widgets/KeyedToolbar.h"
 #include "widgets/PictureList.h"
+#include "widgets/SplitterBar.h"
 #include "widgets/Twips.h"
 
 #include <QCloseEvent>
@@ -44,15 +45,9 @@ frmFiles::frmFiles() {
     setWindowIcon(PictureList::icon(QStringLiteral("BROWSEFOLDER")));
     FolderViewAdd = new FolderView(this);
     FileViewAdd = new FileView(this);
-    imgSplitter = new QWidget(this);
-    imgSplitter->setCursor(Qt::SplitHCursor);
-    imgSplitter->installEventFilter(this);
-    picSplitter = new QWidget(this);
-    picSplitter->setAutoFillBackground(true);
-    QPalette bar = picSplitter->palette();
-    bar.setColor(QPalette::Window, palette().color(QPalette::Dark));
-    picSplitter->setPalette(bar);
-    picSplitter->hide();
+    const SplitterBar splitter = SplitterBar::create(this, this);
+    imgSplitter = splitter.handle;
+    picSplitter = splitter.bar;
     m_where = new QLabel(this);
     m_where->setTextInteractionFlags(Qt::TextSelectableByMouse);
     imgSplitter->setGeometry(Twips::toPixels(2800), 0, Twips::toPixels(SplitterTwips), 10);

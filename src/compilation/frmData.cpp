@@ -13,6 +13,7 @@
 #include "widgets/KeyedStatusBar.h"
 #include "widgets/KeyedToolbar.h"
 #include "widgets/MessageBoxService.h"
+#include "widgets/SplitterBar.h"
 #include "widgets/Twips.h"
 
 #include <QApplication>
@@ -186,15 +187,9 @@ frmData::frmData() {
         ErrorTrap::run("tvwDirectories_Expand", "frmData", [&] { tvwDirectories_Expand(item); });
     });
 
-    imgSplitter = new QWidget(this);
-    imgSplitter->setCursor(Qt::SplitHCursor);
-    imgSplitter->installEventFilter(this);
-    picSplitter = new QWidget(this);
-    picSplitter->setAutoFillBackground(true);
-    QPalette bar = picSplitter->palette();
-    bar.setColor(QPalette::Window, palette().color(QPalette::Dark));
-    picSplitter->setPalette(bar);
-    picSplitter->hide();
+    const SplitterBar splitter = SplitterBar::create(this, this);
+    imgSplitter = splitter.handle;
+    picSplitter = splitter.bar;
     imgSplitter->setGeometry(Twips::toPixels(2500), 0, Twips::toPixels(SplitterTwips), 10);
     tvwDirectories->setGeometry(0, 0, Twips::toPixels(2500), Twips::toPixels(4000));
 }
