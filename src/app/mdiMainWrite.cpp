@@ -7,6 +7,7 @@
 #include "base/Format.h"
 #include "base/RuntimeError.h"
 #include "diagnostics/ErrorTrap.h"
+#include "diagnostics/TrappedConnect.h"
 #include "engine/system/SystemCalls.h"
 #include "engine/writer/CDWriterPro.h"
 #include "mdiMain.h"
@@ -56,18 +57,9 @@ void enableControl(QWidget *control, bool enabled) {
 
 void mdiMain::connectWriteEvents() {
     CDWriterPro *cd = Tessaly;
-    connect(cd, &CDWriterPro::PreparingToWrite, this, [this] {
-        ErrorTrap::run("Tessaly_PreparingToWrite", "mdiMain",
-                       [this] { Tessaly_PreparingToWrite(); });
-    });
-    connect(cd, &CDWriterPro::CachingStatus, this, [this](qint16 percent) {
-        ErrorTrap::run("Tessaly_CachingStatus", "mdiMain", [&] { Tessaly_CachingStatus(percent); });
-    });
-    connect(cd, &CDWriterPro::ReadingTrackFile, this,
-            [this](const QString &name, qint32 index, qint32 track) {
-                ErrorTrap::run("Tessaly_ReadingTrackFile", "mdiMain",
-                               [&] { Tessaly_ReadingTrackFile(name, index, track); });
-            });
+    TRAPPED_CONNECT(cd, &CDWriterPro::PreparingToWrite, mdiMain, Tessaly_PreparingToWrite);
+    TRAPPED_CONNECT(cd, &CDWriterPro::CachingStatus, mdiMain, Tessaly_CachingStatus);
+    TRAPPED_CONNECT(cd, &CDWriterPro::ReadingTrackFile, mdiMain, Tessaly_ReadingTrackFile);
     connect(cd, &CDWriterPro::ReadingTrackFileError, this,
             [this](qint32 error, const QString &name, qint32 track) {
                 ErrorTrap::run("Tessaly_ReadingTrackFileError", "mdiMain",
