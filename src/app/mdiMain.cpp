@@ -171,6 +171,7 @@ mdiMain::mdiMain() {
     mnuPopUpLV = new QMenu(this);
     mnuPopUpAudio = new QMenu(this);
     connectImageEvents();
+    connectAudioEvents();
     connect(m_mdiArea, &QMdiArea::subWindowActivated, this, [](QMdiSubWindow *window) {
         // Each child keeps its own Form_Activate; the frame only tells it.
         if (window && window->widget())

@@ -162,6 +162,9 @@ public:
                               bool bIsDirectory, VbDate dteFileDate, qint64 lFileSize);
     void Tessaly_ISOImageReset();
     void txtVolIdentifier_Change();
+    // Audio: a row of the audio window for each track the engine lists.
+    void Tessaly_EnumAudioTrack(const QString &sFileName, qint32 lTotalSizeBlocks,
+                                qint32 lTotalSizeBytes, qint32 lTrackNumber);
 
     // The highest browser number given out since the last close-all, and the browsers.
     Integer NumberForms = 0;
@@ -225,6 +228,7 @@ private:
     void connectEngine();
     // Image: the engine's image events and the volume identifier box.
     void connectImageEvents();
+    void connectAudioEvents();
 
     QMdiArea *m_mdiArea = nullptr;
     bool m_hasRecorders = true;

@@ -1,6 +1,6 @@
 // The frame's recorder strip and size ruler: the drive and speed lists, the media state and
 // the free space line.
-#include "FormRegistry.h"
+#include "AudioTrackList.h"
 #include "WriteDialog.h"
 #include "WriteSpeedList.h"
 #include "base/App.h"
@@ -109,8 +109,8 @@ void tellWriteDialog(bool discReady) {
 
 void refreshCompilation(mdiMain *frame) {
     if (gblnDisctypeIsData == 1) {
-        if (QWidget *audio = FormRegistry::find(QStringLiteral("frmAudio")))
-            QMetaObject::invokeMethod(audio, "LoadTrackList");
+        if (AudioTrackList *audio = AudioTrackList::current())
+            audio->LoadTrackList();
     } else if (gblnDisctypeIsData == 0) {
         frame->RecalcImageSize();
     }

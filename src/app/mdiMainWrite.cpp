@@ -1,6 +1,6 @@
 // The frame's side of a write: the engine's events from the first preparation to the one
 // ending event, shown in the status bar, the write dialog and its animation.
-#include "FormRegistry.h"
+#include "AudioTrackList.h"
 #include "WriteDialog.h"
 #include "base/App.h"
 #include "base/Conversions.h"
@@ -316,8 +316,8 @@ void mdiMain::Tessaly_WriteComplete() {
     if (gblnDisctypeIsData == 0) {
         RecalcImageSize();
     } else if (gblnDisctypeIsData == 1) {
-        if (QWidget *audio = FormRegistry::find(QStringLiteral("frmAudio")))
-            QMetaObject::invokeMethod(audio, "LoadTrackList");
+        if (AudioTrackList *audio = AudioTrackList::current())
+            audio->LoadTrackList();
     }
     // The disc is out: the button comes back with the next disc.
     if ((burn = WriteDialog::open()))

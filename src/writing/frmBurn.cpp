@@ -1,4 +1,5 @@
 #include "frmBurn.h"
+#include "app/AudioTrackList.h"
 #include "app/FormRegistry.h"
 #include "app/mdiMain.h"
 #include "app/modDeclarations.h"
@@ -48,11 +49,9 @@ QProgressBar *percentBar(QWidget *parent, const char *name) {
     return bar;
 }
 
-// The audio window's own enabling, reached by name until it exists in the program.
 void enableAudioWindow(bool blnEnable) {
-    QWidget *window = FormRegistry::find(QStringLiteral("frmAudio"));
-    if (window && window->metaObject()->indexOfMethod("EnableForm(bool)") >= 0)
-        QMetaObject::invokeMethod(window, "EnableForm", Q_ARG(bool, blnEnable));
+    if (AudioTrackList *audio = AudioTrackList::current())
+        audio->EnableForm(blnEnable);
 }
 
 } // namespace
