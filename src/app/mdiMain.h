@@ -1,5 +1,6 @@
 #pragma once
 
+#include "FrameServices.h"
 #include "base/Checked.h"
 #include "base/VbDate.h"
 
@@ -28,9 +29,9 @@ class frmFiles;
 
 // The main frame: the multiple-document area that holds the file browsers and the compilation
 // windows, the keyed menu, toolbar and status bar, the recorder strip and the size ruler. It
-// owns the disc-writing engine and the media notifier for the whole run. One default instance.
-// On the UI thread.
-class mdiMain : public QMainWindow {
+// owns the disc-writing engine and the media notifier for the whole run, and hands them with its
+// services to every window it opens. One default instance. On the UI thread.
+class mdiMain : public QMainWindow, public FrameServices {
     Q_OBJECT
 public:
     mdiMain();
@@ -70,8 +71,23 @@ public:
     QMenu *mnuPopUpLV = nullptr;
     QMenu *mnuPopUpAudio = nullptr;
 
-    // Operations the other windows use.
-    void EnableForm(bool blnEnable);
+    // What the windows the frame opens may ask of it.
+    QWidget *frameWidget() override { return this; }
+    QMdiSubWindow *addChild(QWidget *window) override;
+    void setCommandsEnabled(const QStringList &keys, bool enabled) override;
+    void setMenuShown(const QString &key, bool shown) override;
+    void setStatusText(const QString &panel, const QString &text) override;
+    QMenu *popupMenu(Popup which) override;
+    QString volumeIdentifierText() const override;
+    void setVolumeIdentifierText(const QString &text) override;
+    void setVolumeIdentifierEnabled(bool enabled) override;
+    void clearSizeBar() override;
+    qint32 setSizeBar(qint32 maximum) override;
+    void setStatusPicture(const QString &panel, const QString &pictureKey) override;
+    void useFileModifiedDate(bool modified) override;
+    QString writeSpeedText() const override { return mstrSpeed; }
+
+    void EnableForm(bool blnEnable) override;
     void CheckSession();
     void SetChildNumbers(qint16 ClosingForm);
     void LoadDriveCombo();
@@ -84,7 +100,7 @@ public:
     void UpdateWindowList();
 
     // The command of a key, as the menu and the toolbar run it; an unknown key does nothing.
-    void runCommand(const QString &key);
+    void runCommand(const QString &key) override;
 
     // The command handlers.
     void ToolMenuNew();
@@ -151,8 +167,8 @@ public:
     // Image: the data window's mirror of the engine's image, the volume identifier box and the
     // size ruler.
     void ResetImage();
-    void RecalcImageSize();
-    void SetTypeSize();
+    void RecalcImageSize() override;
+    void SetTypeSize() override;
     void Tessaly_ISOItemAdded(const QString &sParentDestPath, const QString &sItemDestPath,
                               const QString &sItemName, bool bIsDirectory);
     void Tessaly_ISOItemRemoved(const QString &sDestinationPath, bool bIsDirectory);
@@ -162,9 +178,6 @@ public:
                               bool bIsDirectory, VbDate dteFileDate, qint64 lFileSize);
     void Tessaly_ISOImageReset();
     void txtVolIdentifier_Change();
-    // Audio: a row of the audio window for each track the engine lists.
-    void Tessaly_EnumAudioTrack(const QString &sFileName, qint32 lTotalSizeBlocks,
-                                qint32 lTotalSizeBytes, qint32 lTrackNumber);
 
     // The highest browser number given out since the last close-all, and the browsers.
     Integer NumberForms = 0;
@@ -182,7 +195,8 @@ public:
     // over and the old one stays.
     void ShowAnimation(const QString &name);
 
-    // Write: the engine's events during a write, and how they move the write dialog.
+    // Write: the engine's events during a write in the status bar; the dialog follows them
+    // itself and hears from the frame only how the job ended.
     void connectWriteEvents();
     void Tessaly_PreparingToWrite();
     void Tessaly_CachingStatus(qint16 nPercentComplete);
@@ -199,8 +213,6 @@ public:
     void Tessaly_WriteCancelled();
     void Tessaly_WriteError(qint32 WriteError, qint32 DriveError, const QString &sErrorInfo,
                             const QString &sSenseInfo);
-    // Opens the write dialog's animation of a name ("writecd"); a missing one is passed over.
-    void ShowWriteAnimation(const QString &name);
 
 protected:
     void closeEvent(QCloseEvent *event) override;
@@ -219,8 +231,11 @@ private:
     void setMenuState(const QStringList &keys, bool enabled);
     void setToolbarState(const QStringList &keys, bool enabled);
     frmFiles *activeFileBrowser();
-    // Opens a window or runs a procedure of another part of the program by name.
+    // Opens a window or runs a procedure of another part of the program by name; one that is
+    // not in the program yet is said so.
     void openForm(const QString &name);
+    // The key of the command running now, to name it in a box.
+    QString m_runningKey;
     // Side by side, each the full height of the area, or one above the other.
     void tileChildren(bool sideBySide);
     // The active child's window.
@@ -228,7 +243,6 @@ private:
     void connectEngine();
     // Image: the engine's image events and the volume identifier box.
     void connectImageEvents();
-    void connectAudioEvents();
 
     QMdiArea *m_mdiArea = nullptr;
     bool m_hasRecorders = true;

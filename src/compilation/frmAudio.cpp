@@ -1,11 +1,11 @@
 #include "frmAudio.h"
-#include "app/mdiMain.h"
 #include "base/App.h"
 #include "base/Conversions.h"
+#include "base/Format.h"
 #include "diagnostics/ErrorTrap.h"
+#include "diagnostics/TrappedConnect.h"
 #include "engine/writer/CDWriterPro.h"
 #include "modCDPlay.h"
-#include "widgets/DefaultInstance.h"
 #include "widgets/MessageBoxService.h"
 #include "widgets/Twips.h"
 
@@ -28,10 +28,6 @@ namespace {
 // An audio CD holds no more tracks than this.
 constexpr int MostTracks = 99;
 
-mdiMain *frame() {
-    return DefaultInstance<mdiMain>::peek();
-}
-
 QString information() {
     return App::ProductName() + QStringLiteral(" - Information");
 }
@@ -45,7 +41,8 @@ QPushButton *playerButton(QWidget *parent, const char *name, const QString &capt
 
 } // namespace
 
-frmAudio::frmAudio() {
+frmAudio::frmAudio(const WindowContext &context)
+    : m_context(context) {
     setObjectName(QStringLiteral("frmAudio"));
     setAttribute(Qt::WA_DeleteOnClose);
     setWindowIcon(QApplication::style()->standardIcon(QStyle::SP_MediaVolume));
@@ -78,6 +75,7 @@ frmAudio::frmAudio() {
     Timer1 = new QTimer(this);
     Timer1->setInterval(100);
 
+    TRAPPED_CONNECT(engine(), &CDWriterPro::EnumAudioTrack, frmAudio, Tessaly_EnumAudioTrack);
     connect(lvwAudioTracks, &QTreeWidget::itemClicked, this, [this](QTreeWidgetItem *item) {
         ErrorTrap::run("lvwAudioTracks_ItemClick", "frmAudio",
                        [&] { lvwAudioTracks_ItemClick(item); });
@@ -112,18 +110,22 @@ int frmAudio::selectedIndex() const {
     return selected.isEmpty() ? 0 : lvwAudioTracks->indexOfTopLevelItem(selected.first()) + 1;
 }
 
-void frmAudio::addTrackRow(const QString &label, const QString &fileName, const QString &type,
-                           const QString &time) {
+void frmAudio::Tessaly_EnumAudioTrack(const QString &sFileName, qint32 lTotalSizeBlocks,
+                                      qint32 lTotalSizeBytes, qint32 lTrackNumber) {
+    Q_UNUSED(lTotalSizeBytes);
     auto *row = new QTreeWidgetItem;
-    row->setText(0, label);
+    row->setText(0, QStringLiteral("Track ") + Format(lTrackNumber, QStringLiteral("0#")));
     row->setIcon(0, QApplication::style()->standardIcon(QStyle::SP_MediaVolume));
-    row->setText(1, fileName);
-    row->setToolTip(1, fileName);
-    row->setText(2, type);
-    row->setText(3, time);
+    row->setText(1, sFileName);
+    row->setToolTip(1, sFileName);
+    row->setText(2, QStringLiteral("Wave"));
+    row->setText(3, engine()->BlocksToTime(lTotalSizeBlocks));
     row->setTextAlignment(3, Qt::AlignRight | Qt::AlignVCenter);
     row->setFlags(row->flags() & ~Qt::ItemIsDropEnabled);
     lvwAudioTracks->addTopLevelItem(row);
+    services()->setStatusText(QStringLiteral("DIRECTORIES"),
+                              QStringLiteral(" Tracks: ") + QString::number(lTrackNumber));
+    services()->setStatusPicture(QStringLiteral("FILES"), QStringLiteral("NOTE"));
 }
 
 void frmAudio::EnableForm(bool blnEnable) {
@@ -146,7 +148,7 @@ void frmAudio::OLEDragDrop(const QMimeData *Data) {
     qint32 lngPosition = qMax(selectedIndex(), 1);
     setCursor(Qt::WaitCursor);
     m_dropping = true;
-    CDWriterPro *engine = frame()->Tessaly;
+    CDWriterPro *engine = this->engine();
     for (const QUrl &url : Data->urls()) {
         QString strFile = url.toLocalFile();
         while (strFile.size() > 1 && strFile.endsWith(u'/'))
@@ -177,7 +179,7 @@ void frmAudio::OLEDragDrop(const QMimeData *Data) {
 }
 
 void frmAudio::moveTrack(int from, int to) {
-    CDWriterPro *engine = frame()->Tessaly;
+    CDWriterPro *engine = this->engine();
     const int count = engine->AudioTrackCount();
     if (from < 1 || from > count)
         return;
@@ -240,10 +242,8 @@ bool frmAudio::eventFilter(QObject *watched, QEvent *event) {
     if (type == QEvent::MouseButtonRelease &&
         static_cast<QMouseEvent *>(event)->button() == Qt::RightButton) {
         const QPoint at = static_cast<QMouseEvent *>(event)->globalPosition().toPoint();
-        ErrorTrap::run("lvwAudioTracks_MouseUp", "frmAudio", [&] {
-            if (mdiMain *main = frame())
-                main->mnuPopUpAudio->popup(at);
-        });
+        ErrorTrap::run("lvwAudioTracks_MouseUp", "frmAudio",
+                       [&] { services()->popupMenu(FrameServices::Popup::Audio)->popup(at); });
     }
     return QWidget::eventFilter(watched, event);
 }

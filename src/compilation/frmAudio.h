@@ -1,10 +1,12 @@
 #pragma once
 
-#include "app/AudioTrackList.h"
+#include "app/CompilationWindow.h"
+#include "app/FrameServices.h"
 
 #include <QPointer>
 #include <QWidget>
 
+class CDWriterPro;
 class QMenu;
 class QMimeData;
 class QPushButton;
@@ -15,11 +17,12 @@ class QTreeWidgetItem;
 
 // The audio compilation: a view of the engine's track list, rebuilt after every change, with
 // a player for the selected track above it. Waves come in by drops only; a track dragged
-// within the list moves. One default instance, a child of the frame. On the UI thread.
-class frmAudio : public QWidget, public AudioTrackList {
+// within the list moves. One default instance, a child of the frame, made with the engine and
+// the frame's services. On the UI thread.
+class frmAudio : public QWidget, public CompilationWindow {
     Q_OBJECT
 public:
-    frmAudio();
+    explicit frmAudio(const WindowContext &context);
     ~frmAudio() override;
 
     QTreeWidget *lvwAudioTracks = nullptr; // columns: track, file name, type, time
@@ -32,10 +35,11 @@ public:
     bool OnPause = false;
 
     // The procedures others call.
-    Q_INVOKABLE void LoadTrackList() override;
-    Q_INVOKABLE void EnableForm(bool blnEnable) override;
-    void addTrackRow(const QString &label, const QString &fileName, const QString &type,
-                     const QString &time) override;
+    void LoadTrackList();
+    void EnableForm(bool blnEnable) override;
+    // The row of a track as the engine lists it.
+    void Tessaly_EnumAudioTrack(const QString &sFileName, qint32 lTotalSizeBlocks,
+                                qint32 lTotalSizeBytes, qint32 lTrackNumber);
     static bool IsPathDirectory(const QString &strPath);
     void SizeControls();
 
@@ -57,7 +61,16 @@ public:
     void Slider1_MouseUp();
 
     void Form_Load();
-    Q_INVOKABLE void Form_Activate();
+    void Form_Activate() override;
+
+    // The compilation as the frame and the write dialog see it.
+    QWidget *widget() override { return this; }
+    void Reload() override { LoadTrackList(); }
+    // An audio compilation has no directories and no names to change.
+    bool removeSelected(bool) override { return false; }
+    bool renameSelected(bool) override { return false; }
+    CDWriterPro *engine() const { return m_context.engine; }
+    FrameServices *services() const { return m_context.frame; }
     void Form_Unload(int &Cancel);
 
     // The path of a row (sub item 1).
@@ -74,8 +87,8 @@ private:
     bool dropEvent(QEvent *event);
     void buildPopup();
     void disablePlayer();
-    void warnFull();
 
+    WindowContext m_context;
     QPointer<QMenu> m_popup;
     // A drop lets events in while it adds; meanwhile the window takes no other change.
     bool m_dropping = false;

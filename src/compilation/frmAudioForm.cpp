@@ -1,6 +1,5 @@
 // The audio window's life in the frame: loading, activation and unloading with the frame's
 // command states, the pop-up it fills, the removal commands and the size shown on the ruler.
-#include "app/mdiMain.h"
 #include "app/modDeclarations.h"
 #include "app/modGlobals.h"
 #include "app/modIniFunc.h"
@@ -10,31 +9,19 @@
 #include "engine/writer/CDWriterPro.h"
 #include "frmAudio.h"
 #include "modCDPlay.h"
-#include "widgets/DefaultInstance.h"
-#include "widgets/KeyedItem.h"
-#include "widgets/KeyedMenu.h"
-#include "widgets/KeyedPanel.h"
-#include "widgets/KeyedStatusBar.h"
-#include "widgets/KeyedToolbar.h"
 #include "widgets/MessageBoxService.h"
 #include "widgets/Twips.h"
 
 #include <QCloseEvent>
-#include <QLineEdit>
 #include <QMenu>
-#include <QProgressBar>
 #include <QSlider>
 #include <QTimer>
 #include <QTreeWidget>
 
 namespace {
 
-mdiMain *frame() {
-    return DefaultInstance<mdiMain>::peek();
-}
-
 // What an open audio window makes available.
-const QStringList &menuItems() {
+const QStringList &commandItems() {
     static const QStringList keys = {
         QStringLiteral("CLOSE"),           QStringLiteral("CLOSEALL"),
         QStringLiteral("SAVEASISO"),       QStringLiteral("WRITEDISC"),
@@ -43,39 +30,23 @@ const QStringList &menuItems() {
     return keys;
 }
 
-const QStringList &toolbarItems() {
-    static const QStringList keys = {QStringLiteral("CLOSE"), QStringLiteral("CLOSEALL"),
-                                     QStringLiteral("WRITEDISC"), QStringLiteral("PRINTPREVIEW"),
-                                     QStringLiteral("PRINT")};
-    return keys;
+void setCommands(FrameServices *main, bool loaded) {
+    main->setCommandsEnabled({QStringLiteral("NEW"), QStringLiteral("IMPPRESES")}, !loaded);
+    main->setCommandsEnabled(commandItems(), loaded);
+    main->setMenuShown(QStringLiteral("AUDIODISC"), loaded);
 }
 
-void setCommands(mdiMain *main, bool loaded) {
-    for (const char *key : {"NEW", "IMPPRESES"}) {
-        main->SmartMenu->Item(QLatin1String(key))->setEnabled(!loaded);
-        main->SmartToolbar->Item(QLatin1String(key))->setEnabled(!loaded);
-    }
-    for (const QString &key : menuItems())
-        main->SmartMenu->Item(key)->setEnabled(loaded);
-    for (const QString &key : toolbarItems())
-        main->SmartToolbar->Item(key)->setEnabled(loaded);
-    KeyedItem *audio = main->SmartMenu->Item(QStringLiteral("AUDIODISC"));
-    audio->setShown(loaded ? 1 : 0);
-    audio->setEnabled(loaded);
-    audio->setChecked(loaded);
-}
-
-void setPanels(mdiMain *main, const QString &data, const QString &files,
+void setPanels(FrameServices *main, const QString &data, const QString &files,
                const QString &directories) {
-    main->smartStatusBar->Item(QStringLiteral("DATA"))->setText(data);
-    main->smartStatusBar->Item(QStringLiteral("FILES"))->setText(files);
-    main->smartStatusBar->Item(QStringLiteral("DIRECTORIES"))->setText(directories);
+    main->setStatusText(QStringLiteral("DATA"), data);
+    main->setStatusText(QStringLiteral("FILES"), files);
+    main->setStatusText(QStringLiteral("DIRECTORIES"), directories);
 }
 
 } // namespace
 
 void frmAudio::Form_Load() {
-    mdiMain *main = frame();
+    FrameServices *main = services();
     const qint16 left = CInt(sGetINI(gstrINIFile, QStringLiteral("General"),
                                      QStringLiteral("AudioImage Left"), QStringLiteral("0")));
     QWidget *outer = parentWidget() ? parentWidget() : this;
@@ -88,24 +59,18 @@ void frmAudio::Form_Load() {
     modCDPlay::Initialize(this);
     fMovingSlider = false;
     setCommands(main, true);
-    main->txtVolIdentifier->setText(QStringLiteral("Audio CD"));
-    main->txtVolIdentifier->setEnabled(false);
+    main->setVolumeIdentifierText(QStringLiteral("Audio CD"));
+    main->setVolumeIdentifierEnabled(false);
     setPanels(main, QStringLiteral(" Audio Disc Size:"), QString(), QStringLiteral(" Tracks:"));
     buildPopup();
     main->EnableForm(true);
     EnableForm(true);
-    main->Tessaly->setUseFileModifiedDate(true);
+    engine()->setUseFileModifiedDate(true);
 }
 
 void frmAudio::Form_Activate() {
-    ErrorTrap::run("Form_Activate", "frmAudio", [] {
-        mdiMain *main = frame();
-        if (!main)
-            return;
-        for (const char *key : {"CLOSE", "CLOSEALL"}) {
-            main->SmartMenu->Item(QLatin1String(key))->setEnabled(true);
-            main->SmartToolbar->Item(QLatin1String(key))->setEnabled(true);
-        }
+    ErrorTrap::run("Form_Activate", "frmAudio", [this] {
+        services()->setCommandsEnabled({QStringLiteral("CLOSE"), QStringLiteral("CLOSEALL")}, true);
     });
 }
 
@@ -116,16 +81,13 @@ void frmAudio::Form_Unload(int &Cancel) {
     Timer1->stop();
     modCDPlay::StopPlay();
     modCDPlay::CloseFile();
-    mdiMain *main = frame();
-    if (!main)
-        return;
+    FrameServices *main = services();
     setCommands(main, false);
-    main->txtVolIdentifier->setText(QString());
+    main->setVolumeIdentifierText(QString());
     setPanels(main, QStringLiteral(" Data Image Size:"), QStringLiteral(" Files:"),
               QStringLiteral(" Directories:"));
-    main->smartStatusBar->Item(QStringLiteral("FILES"))->setImageKey(QString());
-    main->prbSize->resize(0, main->prbSize->height());
-    main->prbSize->setValue(0);
+    main->setStatusPicture(QStringLiteral("FILES"), QString());
+    main->clearSizeBar();
 }
 
 void frmAudio::closeEvent(QCloseEvent *event) {
@@ -146,8 +108,7 @@ void frmAudio::closeEvent(QCloseEvent *event) {
 }
 
 void frmAudio::buildPopup() {
-    mdiMain *main = frame();
-    m_popup = main->mnuPopUpAudio;
+    m_popup = services()->popupMenu(FrameServices::Popup::Audio);
     m_popup->clear();
     auto add = [this](const char *name, const QString &caption, void (frmAudio::*handler)()) {
         QAction *action = m_popup->addAction(caption);
@@ -166,7 +127,7 @@ void frmAudio::RemoveTrack() {
     const int index = selectedIndex();
     if (index == 0)
         return;
-    frame()->Tessaly->RemoveAudioTrack(index);
+    engine()->RemoveAudioTrack(index);
     LoadTrackList();
     modCDPlay::StopPlay();
     if (lvwAudioTracks->topLevelItemCount() == 0) {
@@ -182,7 +143,7 @@ void frmAudio::RemoveTrack() {
 }
 
 void frmAudio::ClearTracks() {
-    frame()->Tessaly->ClearAudioTracks();
+    engine()->ClearAudioTracks();
     lvwAudioTracks->clear();
     LoadTrackList();
     modCDPlay::StopPlay();
@@ -192,8 +153,7 @@ void frmAudio::ClearTracks() {
 // --- The size on the frame's ruler --------------------------------------------------------
 
 void frmAudio::LoadTrackList() {
-    mdiMain *main = frame();
-    CDWriterPro *engine = main->Tessaly;
+    CDWriterPro *engine = this->engine();
     gintTracksToWrite = qint16(engine->AudioTrackCount());
     Long lngFree = 0;
     if (glngCurrentDrive > -1)
@@ -212,26 +172,16 @@ void frmAudio::LoadTrackList() {
     Long scaled = CLng(double(megabytes) * 1.14);
     if (scaled >= 10016)
         scaled = 10015;
-    // A bar without range would draw as busy; an empty list has no width anyway.
-    main->prbSize->setMaximum(qMax<qint32>(scaled, 1));
-    Long width = scaled;
-    width *= 10;
-    main->prbSize->resize(Twips::toPixels(width), main->prbSize->height());
-    main->prbSize->setValue(qMin<qint32>(width, scaled));
-    if (engine->LastSessionStatus() != CDWriterPro::SessionClosed &&
-        engine->MediaType() != CDWriterPro::MediaNone)
-        warnFull();
-    main->smartStatusBar->Item(QStringLiteral("DATA"))
-        ->setText(QStringLiteral(" ") + engine->BlocksToTime(lngSize) + QStringLiteral(" of ") +
-                  engine->BlocksToTime(lngFree) + QStringLiteral(" Used"));
-    gintTracksToWrite = qint16(engine->AudioTrackCount());
-}
-
-void frmAudio::warnFull() {
-    mdiMain *main = frame();
+    const qint32 shown = services()->setSizeBar(scaled);
     // Five megabytes stay in reserve; the warning tells, the write may still be started.
-    if (GetFreeSpace(main->Tessaly, 3) - 5 <= main->prbSize->value())
+    if (engine->LastSessionStatus() != CDWriterPro::SessionClosed &&
+        engine->MediaType() != CDWriterPro::MediaNone && GetFreeSpace(engine, 3) - 5 <= shown)
         MsgBox(QStringLiteral("Audio image size is bigger than free space on media!\nYou must "
                               "remove some files from the image."),
                vbExclamation, App::ProductName() + QStringLiteral(" - Warning"));
+    services()->setStatusText(QStringLiteral("DATA"),
+                              QStringLiteral(" ") + engine->BlocksToTime(lngSize) +
+                                  QStringLiteral(" of ") + engine->BlocksToTime(lngFree) +
+                                  QStringLiteral(" Used"));
+    gintTracksToWrite = qint16(engine->AudioTrackCount());
 }
