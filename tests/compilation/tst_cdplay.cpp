@@ -1,7 +1,7 @@
 // The wave player against a sound device that records what it is given: the bytes heard are
 // the file's samples, in the player's buffer sizes, through pauses and stops; a bad file says
 // why in the player's words and leaves nothing open.
-#include "EngineProbe.h"
+#include "Fixtures.h"
 #include "RecordingWaveOutput.h"
 #include "ScriptedAnswers.h"
 #include "compilation/modCDPlay.h"
@@ -10,7 +10,7 @@
 #include <QTemporaryDir>
 #include <QTest>
 
-using namespace EngineFixtures;
+using namespace Fixtures;
 
 namespace {
 
@@ -97,10 +97,9 @@ void tst_CdPlay::playsTheSamples_data() {
         << cd << 35280;
     QTest::newRow("shorter than one buffer") << cdWave(cd.left(400)) << cd.left(400) << 35280;
     // A data chunk that claims more than the file holds plays what is there.
-    QTest::newRow("data cut short")
-        << "RIFF" + le32(2000000) + "WAVE" + fmtChunk(1, 2, 44100, 16) + "data" + le32(1000000) +
-               cd.left(9000) << cd.left(9000)
-        << 35280;
+    QTest::newRow("data cut short") << "RIFF" + le32(2000000) + "WAVE" + fmtChunk(1, 2, 44100, 16) +
+                                           "data" + le32(1000000) + cd.left(9000)
+                                    << cd.left(9000) << 35280;
 }
 
 void tst_CdPlay::playsTheSamples() {

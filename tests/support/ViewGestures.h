@@ -14,7 +14,5 @@ void drop(QTreeWidget *view, const QStringList &paths);
 void move(QTreeWidgetItem *item, QTreeWidgetItem *onto);
 // Types a new label into the editor of an item and commits it with Return.
 void rename(QTreeWidgetItem *item, const QString &text);
-// Lets queued events and deferred deletes run.
-void settle();
 
 } // namespace ViewGestures

@@ -5,7 +5,7 @@
 // is one that records, so the picture needs no sound card.
 #include "WriteRig.h"
 
-#include "EngineProbe.h"
+#include "Fixtures.h"
 #include "RecordingWaveOutput.h"
 #include "app/frmChooseDiscType.h"
 #include "app/mdiMain.h"
@@ -39,9 +39,9 @@ int main(int argc, char **argv) {
         const QStringList names = {"01 Morning.wav", "02 Harbour Lights.wav", "03 Rain.wav",
                                    "04 The Long Road Home.wav"};
         for (int i = 0; i < names.size(); ++i)
-            EngineFixtures::writeFile(
+            Fixtures::writeFile(
                 generated.filePath(names[i]),
-                EngineFixtures::cdWave(EngineFixtures::pseudoRandom((20 + 17 * i) * 44100 * 4, i)));
+                Fixtures::cdWave(Fixtures::pseudoRandom((20 + 17 * i) * 44100 * 4, i)));
         folder = generated.path();
     }
     RecordingWaveOutput sink;

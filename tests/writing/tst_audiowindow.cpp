@@ -1,10 +1,11 @@
 // The audio window on a started frame with the Image Recorder: waves dropped, refused, removed
 // and moved, the ruler and its panels, and the disc written from the window, then read back by
 // cd-info and cd-paranoia.
-#include "AudioReadBack.h"
-#include "EngineProbe.h"
+#include "Fixtures.h"
+#include "ReadBack.h"
 #include "RecordingWaveOutput.h"
 #include "ViewGestures.h"
+#include "Waits.h"
 #include "WriteRig.h"
 #include "app/FormRegistry.h"
 #include "app/mdiMain.h"
@@ -34,7 +35,7 @@
 #include <QTest>
 #include <QTreeWidget>
 
-using namespace EngineFixtures;
+using namespace Fixtures;
 
 namespace {
 
@@ -45,7 +46,7 @@ struct AudioWindow {
     AudioWindow()
         : rig({}, 1) {
         FormRegistry::open(QStringLiteral("frmAudio"), rig.frame());
-        ViewGestures::settle();
+        Waits::settle();
         rig.boxes.clear();
     }
     ~AudioWindow() { modCDPlay::CloseFile(); }
@@ -157,12 +158,12 @@ void tst_AudioWindow::compileWriteAndRipBack() {
     const QList<QByteArray> order = {four, five, odd};
     QList<int> starts = {0};
     for (const QByteArray &pcm : order)
-        starts.append(starts.last() + int(AudioReadBack::expectedRip(pcm, false).size() / 2352));
+        starts.append(starts.last() + int(ReadBack::ripOfTrack(pcm, false).size() / 2352));
     starts.last() -= 150; // no gap after the last track
-    QCOMPARE(AudioReadBack::trackStarts(cue), starts);
+    QCOMPARE(ReadBack::cdInfoTrackStarts(cue), starts);
     for (int i = 0; i < order.size(); ++i)
-        QVERIFY2(AudioReadBack::ripTrack(cue, i + 1, w.dir.path()) ==
-                     AudioReadBack::expectedRip(order[i], i + 1 == order.size()),
+        QVERIFY2(ReadBack::cdParanoiaTrack(cue, i + 1, w.dir) ==
+                     ReadBack::ripOfTrack(order[i], i + 1 == order.size()),
                  qPrintable(QStringLiteral("track %1").arg(i + 1)));
 }
 
@@ -257,7 +258,7 @@ void tst_AudioWindow::loadAndUnload() {
 
     // Closing leaves the engine's tracks alone; the next window shows them once it reloads.
     DefaultInstance<frmAudio>::unload();
-    ViewGestures::settle();
+    Waits::settle();
     check(false);
     QCOMPARE(w.panel("DATA"), QStringLiteral(" Data Image Size:"));
     FormRegistry::open(QStringLiteral("frmAudio"), frame);
