@@ -56,9 +56,10 @@ frmAudio::frmAudio(const WindowContext &context)
     lvwAudioTracks->setUniformRowHeights(true);
     lvwAudioTracks->setSelectionMode(QAbstractItemView::SingleSelection);
     lvwAudioTracks->setContextMenuPolicy(Qt::NoContextMenu);
-    lvwAudioTracks->header()->resizeSection(0, Twips::toPixels(1100));
+    lvwAudioTracks->header()->resizeSection(0, Twips::toPixels(1400));
     lvwAudioTracks->header()->resizeSection(1, Twips::toPixels(3800));
     lvwAudioTracks->header()->resizeSection(2, Twips::toPixels(800));
+    lvwAudioTracks->headerItem()->setTextAlignment(3, Qt::AlignRight | Qt::AlignVCenter);
     // A long path shows its end, where the file's own name is.
     lvwAudioTracks->setTextElideMode(Qt::ElideLeft);
     lvwAudioTracks->setDragEnabled(true);
