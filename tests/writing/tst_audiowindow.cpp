@@ -231,7 +231,7 @@ void tst_AudioWindow::hundredthTrackRefused() {
 void tst_AudioWindow::loadAndUnload() {
     AudioWindow w;
     mdiMain *frame = w.rig.frame();
-    // The commands an open audio window turns off and on, in the menu and on the toolbar.
+    // NEW and IMPPRESES go off while the window is open, the others on.
     const auto check = [&](bool open) {
         for (const char *key : {"NEW", "IMPPRESES", "WRITEDISC", "PRINT"}) {
             const bool on = open != (qstrcmp(key, "NEW") == 0 || qstrcmp(key, "IMPPRESES") == 0);
