@@ -1,0 +1,36 @@
+#pragma once
+
+#include "AudioRig.h"
+
+#include "engine/ripper/CDRipperX.h"
+
+#include <QByteArray>
+#include <QList>
+#include <QStringList>
+
+#include <memory>
+
+// A three-track audio disc (4.5 s, 7 s and an odd length) written by the writer onto the Image
+// Recorder and left in its tray, and a ripper on that drive. Every ripper event is kept as a
+// line of `events` in the order it came. Lives on the test's thread.
+struct RipperRig {
+    RipperRig();
+
+    // The cue sheet of the disc in the tray.
+    QString cue() const;
+    // Waits (running the event loop) for ExtractionEnd.
+    bool waitForEnd();
+    // Waits until Status gives `status`.
+    bool waitForStatus(qint32 status);
+
+    AudioRig writer;
+    QList<QByteArray> pcm; // each track's audio as written
+    std::unique_ptr<CDRipperX> ripper;
+    QStringList events;
+    QList<qint32> statuses; // every ExtractionStatus code but progress
+};
+
+// The samples of a wave file's data chunk; empty when it has none.
+QByteArray wavePcm(const QString &path);
+// What cd-paranoia reads of a track of a cue sheet's disc, as the samples of its wave output.
+QByteArray paranoiaTrack(const QString &cue, int track, const QString &folder);
