@@ -1,0 +1,4 @@
+#pragma once
+
+// Makes the ripper window reachable from the frame's commands.
+void registerRippingWindows();
