@@ -38,6 +38,7 @@ frmExtract::frmExtract(QWidget *parent)
     : QDialog(parent) {
     setObjectName(QStringLiteral("frmExtract"));
     auto *grid = new QGridLayout(this);
+    grid->setSizeConstraint(QLayout::SetNoConstraint);
     txtFileName = new QLineEdit(this);
     cmdFilename = new QPushButton(QStringLiteral("..."), this);
     prgTotal = new QProgressBar(this);
@@ -59,6 +60,7 @@ frmExtract::frmExtract(QWidget *parent)
     buttons->addWidget(cmdCancel);
     grid->addLayout(buttons, 4, 0, 1, 3);
     auto *status = new QStatusBar(this);
+    status->setSizeGripEnabled(false);
     grid->addWidget(status, 5, 0, 1, 3);
     smartStatusBarExtract = new KeyedStatusBar(status, this);
     smartStatusBarExtract->addPanel(QStringLiteral("TRACK"), KeyedPanel::Kind::Text, {}, 4800);
@@ -190,6 +192,7 @@ void frmExtract::m_objRipper_ExtractingFileStart(const QString &FileName, qint32
                                                  qint32 EndFrame, qint16 QueueID) {
     m_lCurrentStartTrackFrame = StartFrame;
     m_lCurrentEndTrackFrame = EndFrame;
+    prgTrack->setValue(0); // the bar follows the file in work
     log(QStringLiteral("Ripping Track#") + twoDigitsMin(QueueID) + QStringLiteral(" to ") +
         FileName);
     m_nTrack = QueueID;

@@ -121,6 +121,7 @@ void frmRipper::buildControls() {
     layout->addLayout(bottom);
 
     auto *status = new QStatusBar(this);
+    status->setSizeGripEnabled(false);
     layout->addWidget(status);
     smartStatusBarRipper = new KeyedStatusBar(status, this);
     smartStatusBarRipper->addPanel(QStringLiteral("MEDIA"), KeyedPanel::Kind::Text, {}, 2400);

@@ -60,7 +60,7 @@ void tst_RipperWindows::rowsFollowTheDisc() {
     }
     KeyedPanel *media = window.smartStatusBarRipper->Item("MEDIA");
     QTRY_COMPARE(media->Text(), QStringLiteral(" Disc Loaded..."));
-    // cmdBack on the first row and cmdForward on the last play nothing.
+    // Stepping back from the first row stays there.
     window.lvwTracks->setCurrentItem(window.lvwTracks->topLevelItem(0));
     window.cmdBack->click();
     QCOMPARE(window.lvwTracks->currentItem(), window.lvwTracks->topLevelItem(0));
