@@ -1,5 +1,6 @@
 #include "RippingWindows.h"
 
+#include "SoundDeviceOutput.h"
 #include "frmRipper.h"
 
 #include "app/FormRegistry.h"
@@ -15,8 +16,10 @@ namespace {
 // The frame's ripper engine, TessalyRipper: made on first use, it lives as long as the frame.
 CDRipperX *ripperOf(QWidget *frame) {
     static QPointer<CDRipperX> ripper;
-    if (!ripper)
+    if (!ripper) {
         ripper = new CDRipperX(frame);
+        ripper->SetAudioOutput(std::make_shared<SoundDeviceOutput>());
+    }
     return ripper;
 }
 
