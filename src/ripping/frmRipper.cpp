@@ -1,5 +1,6 @@
 #include "frmRipper.h"
 
+#include "RippingWindows.h"
 #include "frmExtract.h"
 
 #include "app/FormRegistry.h"
@@ -7,6 +8,7 @@
 #include "diagnostics/ErrorTrap.h"
 #include "diagnostics/TrappedConnect.h"
 #include "engine/ripper/CDRipperX.h"
+#include "widgets/DefaultInstance.h"
 #include "widgets/KeyedItem.h"
 #include "widgets/KeyedMenu.h"
 #include "widgets/KeyedStatusBar.h"
@@ -32,6 +34,9 @@ QString twoDigits(qint32 n) {
 }
 } // namespace
 
+frmRipper::frmRipper(const WindowContext &context, QWidget *parent)
+    : frmRipper(TessalyRipper(context), parent) {}
+
 frmRipper::frmRipper(CDRipperX *ripper, QWidget *parent)
     : QWidget(parent)
     , m_ripper(ripper) {
@@ -42,6 +47,7 @@ frmRipper::frmRipper(CDRipperX *ripper, QWidget *parent)
 }
 
 frmRipper::~frmRipper() {
+    DefaultInstance<frmRipper>::release(this);
     // Form_Unload: the encoder is dropped; the drive's playback goes on.
     m_objEncoder.reset();
 }
@@ -336,14 +342,16 @@ void frmRipper::cmdExtract_Click() {
     Timer1->start();
 }
 
-void frmRipper::openWindow(const QString &name) {
-    if (!FormRegistry::open(name, this))
-        MsgBox(QStringLiteral("This window is not part of the program yet."), vbInformation,
-               App::ProductName() + QStringLiteral(" - Information"));
+void frmRipper::openWindow(const QString &name, const QString &what) {
+    // A window not built yet says so, in the words the frame's commands use.
+    if (!FormRegistry::open(name))
+        MsgBox(what + QStringLiteral(" is not available in this version of ") + App::ProductName() +
+                   QStringLiteral(" yet."),
+               vbInformation, App::ProductName() + QStringLiteral(" - Information"));
 }
 
 void frmRipper::cmdSettings_Click() {
-    openWindow(QStringLiteral("frmMp3Settings"));
+    openWindow(QStringLiteral("frmMp3Settings"), QStringLiteral("MP3 Settings"));
 }
 
 void frmRipper::cmdCancel_Click() {
@@ -363,11 +371,11 @@ void frmRipper::smartMenuRipper_Click(KeyedItem *Item) {
     else if (key == u"MP3SETTINGS")
         cmdSettings_Click();
     else if (key == u"OGGVORBISSETTINGS")
-        openWindow(QStringLiteral("frmVorbisSettings"));
+        openWindow(QStringLiteral("frmVorbisSettings"), QStringLiteral("Ogg Vorbis Settings"));
     else if (key == u"WMASETTINGS")
-        openWindow(QStringLiteral("frmWMASettings"));
+        openWindow(QStringLiteral("frmWMASettings"), QStringLiteral("Windows Media Settings"));
     else if (key == u"ABOUT")
-        openWindow(QStringLiteral("frmAbout"));
+        openWindow(QStringLiteral("frmAbout"), QStringLiteral("About"));
 }
 
 void frmRipper::TessalyRipper_PlayFailed(const QString &message) {

@@ -14,6 +14,7 @@ class QComboBox;
 class QPushButton;
 class QTimer;
 class QTreeWidget;
+struct WindowContext;
 
 // The audio ripper window: the disc's tracks with their times and flags, the player, and the
 // way to the extraction dialog. Shows the ripper engine it is handed; polls it on a timer, as
@@ -21,6 +22,8 @@ class QTreeWidget;
 class frmRipper : public QWidget {
     Q_OBJECT
 public:
+    // Made by the frame's command with the frame's ripper.
+    explicit frmRipper(const WindowContext &context, QWidget *parent = nullptr);
     explicit frmRipper(CDRipperX *ripper, QWidget *parent = nullptr);
     ~frmRipper() override;
 
@@ -66,7 +69,7 @@ private:
     void buildControls();
     void selectRow(int index); // 1-based
     // Opens another window of the program by name, or says it is not there.
-    void openWindow(const QString &name);
+    void openWindow(const QString &name, const QString &what);
 
     QPointer<CDRipperX> m_ripper;
 };

@@ -3,9 +3,12 @@
 #include "RipperRig.h"
 #include "ScriptedAnswers.h"
 
+#include "app/mdiMain.h"
 #include "engine/writer/recorders/image/ImageRecorder.h"
+#include "ripping/RippingWindows.h"
 #include "ripping/frmExtract.h"
 #include "ripping/frmRipper.h"
+#include "widgets/DefaultInstance.h"
 #include "widgets/KeyedStatusBar.h"
 
 #include <QComboBox>
@@ -25,6 +28,13 @@ QStringList rowTexts(QTreeWidget *list, int row) {
     return texts;
 }
 
+// Loads the window and chooses the Image Recorder, listed after any drive of the machine.
+void loadOnImageRecorder(frmRipper &window) {
+    window.Form_Load();
+    window.cboDevices->setCurrentIndex(window.cboDevices->count() - 1);
+    window.cboDevices_Click();
+}
+
 QStringList logOf(QListWidget *list) {
     QStringList lines;
     for (int i = 0; i < list->count(); ++i)
@@ -36,15 +46,34 @@ QStringList logOf(QListWidget *list) {
 class tst_RipperWindows : public QObject {
     Q_OBJECT
 private slots:
+    void openedFromTheFrame();
     void rowsFollowTheDisc();
     void extract_data();
     void extract();
 };
 
+void tst_RipperWindows::openedFromTheFrame() {
+    RipperRig rig;
+    registerRippingWindows();
+    QVERIFY(rig.writer.env.startProgram());
+    mdiMain *frame = DefaultInstance<mdiMain>::peek();
+    frame->runCommand("RIPCD");
+    frmRipper *window = DefaultInstance<frmRipper>::peek();
+    QVERIFY(window);
+    QCOMPARE(frame->openForms().size(), 2); // the file browser and the ripper
+    frame->runCommand("RIPAUDIO");          // the open one comes to the front
+    QCOMPARE(DefaultInstance<frmRipper>::peek(), window);
+    QCOMPARE(frame->openForms().size(), 2);
+    window->cboDevices->setCurrentIndex(window->cboDevices->count() - 1);
+    window->cboDevices_Click();
+    QCOMPARE(window->lvwTracks->topLevelItemCount(), 3);
+    rig.writer.env.stopProgram();
+}
+
 void tst_RipperWindows::rowsFollowTheDisc() {
     RipperRig rig;
     frmRipper window(rig.ripper.get());
-    window.Form_Load();
+    loadOnImageRecorder(window);
     QCOMPARE(window.cboDevices->itemText(window.cboDevices->count() - 1),
              QStringLiteral("IMG: Tessaly Image Recorder"));
     QCOMPARE(window.cboSpeeds->itemText(5), QStringLiteral("12x (1800 kB/sec.)"));
@@ -100,7 +129,7 @@ void tst_RipperWindows::extract() {
     RipperRig rig;
     ScriptedAnswers answers;
     frmRipper window(rig.ripper.get());
-    window.Form_Load();
+    loadOnImageRecorder(window);
     window.cboEncoders->setCurrentIndex(1); // Wav
     for (int t : ticked)
         window.lvwTracks->topLevelItem(t - 1)->setCheckState(0, Qt::Checked);
