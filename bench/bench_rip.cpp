@@ -2,8 +2,9 @@
 // the same BIN/CUE, and the time the ripper needs to find the drive and read the table of
 // contents. Both rippers read through paranoia in full mode.
 //   bench_rip [MINUTES=74] [TRACKS=12]
+#include "BenchAudioDisc.h"
+
 #include "engine/ripper/CDRipperX.h"
-#include "engine/writer/CDWriterPro.h"
 #include "engine/writer/recorders/image/ImageRecorder.h"
 
 #include "base/App.h"
@@ -49,28 +50,6 @@ bool writeWave(const QString &path, qint64 samples, quint32 seed) {
     return true;
 }
 
-bool writeDisc(const QStringList &waves) {
-    CDWriterPro engine;
-    engine.InitializeDrives(false);
-    engine.SelectDrive(engine.DriveCount() - 1);
-    engine.MoveTray(false);
-    engine.MoveTray(true);
-    for (int t = 0; t < waves.size(); ++t)
-        engine.AddAudioTrack(waves[t], t + 1);
-    engine.setTrackMode(0);
-    engine.setFinalizeDisc(true);
-    QEventLoop loop;
-    bool ok = false;
-    QObject::connect(&engine, &CDWriterPro::WriteComplete, &loop, [&] {
-        ok = true;
-        loop.quit();
-    });
-    QObject::connect(&engine, &CDWriterPro::WriteError, &loop, &QEventLoop::quit);
-    if (!engine.WriteDisc())
-        return false;
-    loop.exec();
-    return ok;
-}
 } // namespace
 
 int main(int argc, char **argv) {
@@ -91,7 +70,7 @@ int main(int argc, char **argv) {
         if (!writeWave(waves.last(), samples, quint32(i + 1)))
             return 1;
     }
-    if (!writeDisc(waves))
+    if (!writeAudioDisc(waves))
         return 1;
     for (const QString &w : waves)
         QFile::remove(w);

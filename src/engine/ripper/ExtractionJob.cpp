@@ -81,6 +81,7 @@ void ExtractionJob::paranoiaReport(long position, int mode) {
     switch (mode) {
     case PARANOIA_CB_READERR:
         status = 4;
+        m_readErrors = true;
         break;
     case PARANOIA_CB_FIXUP_EDGE:
     case PARANOIA_CB_FIXUP_ATOM:
@@ -125,6 +126,8 @@ void ExtractionJob::read() {
         return finish(13);
     if (m_setup.speed > 0 && !m_setup.drive.image())
         cdio_cddap_speed_set(disc->cdda.get(), m_setup.speed);
+    m_cdda = disc->cdda.get();
+    m_speed = m_setup.speed;
     m_driveRead = disc->cdda->read_audio;
     disc->cdda->read_audio = onRead;
     ParanoiaPtr paranoia(cdio_paranoia_init(disc->cdda.get()));
@@ -139,7 +142,21 @@ void ExtractionJob::read() {
     }
     paranoia.reset();
     disc->cdda->read_audio = m_driveRead;
+    m_cdda = nullptr;
     finish(0);
+}
+
+// A drive that fails reads often reads better slower: half the speed, down to 1x.
+void ExtractionJob::slowDown(qint32 frame) {
+    if (!m_cdda || m_setup.drive.image())
+        return;
+    if (m_speed <= 0)
+        m_speed = RipDrives::maxReadSpeed(m_setup.drive);
+    if (m_speed <= 1)
+        return;
+    m_speed = qMax(1, m_speed / 2);
+    if (cdio_cddap_speed_set(m_cdda, m_speed) == 0)
+        push({Message::Status, 0, 3, frame, {}});
 }
 
 // False when the job was cancelled.
@@ -157,6 +174,8 @@ bool ExtractionJob::readItem(int index, cdrom_paranoia_t *paranoia) {
         if (m_skipItem.load() == index)
             return true;
         const int16_t *samples = paranoia_read_limited(paranoia, onParanoia, Retries);
+        if (std::exchange(m_readErrors, false))
+            slowDown(frame);
         if (!samples) {
             push({Message::Status, index, 4, frame, {}});
             block.append(QByteArray(FrameBytes, '\0'));

@@ -64,6 +64,7 @@ private:
     void read();
     bool readItem(int index, cdrom_paranoia_t *paranoia);
     void encode();
+    void slowDown(qint32 frame);
     void push(Message message);
     Message pop();
     void post(std::function<void(CDRipperX *)> event);
@@ -79,6 +80,9 @@ private:
     std::deque<Message> m_queue;
     // Reading thread only.
     long (*m_driveRead)(cdrom_drive_t *, void *, lsn_t, long) = nullptr;
+    cdrom_drive_t *m_cdda = nullptr;
+    int m_speed = 0;
+    bool m_readErrors = false;
     qint32 m_lastReport = -1;
     qint32 m_lastReportFrame = -1;
 };
