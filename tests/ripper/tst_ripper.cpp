@@ -1,5 +1,6 @@
 // The ripper on the Image Recorder: a disc written by the writer, read back through paranoia
 // and checked against cd-paranoia and soxi.
+#include "ReadBack.h"
 #include "RipperRig.h"
 
 #include "engine/ripper/WaveEncoder.h"
@@ -66,7 +67,7 @@ void tst_Ripper::tableOfContentsMatchesCdParanoia() {
     int status = -1;
     // cd-paranoia -Q lists "  1.    488 [00:06.38]        0 [00:00.00]    no   no  2".
     const QString query = QString::fromLocal8Bit(
-        EngineProbe::run("sh", {"-c", "cd-paranoia -d \"$0\" -Q 2>&1", rig.cue()}, &status));
+        ReadBack::run("sh", {"-c", "cd-paranoia -d \"$0\" -Q 2>&1", rig.cue()}, &status));
     QRegularExpression row(R"(^\s+(\d+)\.\s+(\d+) \[([\d:.]+)\]\s+(\d+) \[([\d:.]+)\]\s+(\w+))",
                            QRegularExpression::MultilineOption);
     int tracks = 0;
@@ -100,7 +101,7 @@ void tst_Ripper::dataDiscAndTray() {
 
     // A pressed data disc: one data track as long as the image.
     int status = -1;
-    EngineProbe::run("xorriso",
+    ReadBack::run("xorriso",
                      {"-outdev", ImageRecorder::trayFolder() + "/data.iso", "-map",
                       rig.writer.env.appFolder() + "/t1.wav", "/t1.wav"},
                      &status);
@@ -178,7 +179,7 @@ void tst_Ripper::extraction() {
         QVERIFY(ours.startsWith(rig.pcm[t - 1]));
         QByteArray soxi;
         for (const char *what : {"-r", "-c", "-b"})
-            soxi += EngineProbe::run("soxi", {what, out + "/" + file});
+            soxi += ReadBack::run("soxi", {what, out + "/" + file});
         QCOMPARE(soxi.simplified(), QByteArray("44100 2 16"));
     }
 }

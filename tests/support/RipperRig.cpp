@@ -1,5 +1,8 @@
 #include "RipperRig.h"
 
+#include "Fixtures.h"
+#include "ReadBack.h"
+
 #include "engine/writer/recorders/image/ImageRecorder.h"
 
 #include <QDir>
@@ -32,7 +35,7 @@ RipperRig::RipperRig() {
     for (int i = 0; i < samples.size(); ++i) {
         pcm.append(tone(samples[i], 440.0 * (i + 1)));
         const QString path = writer.env.appFolder() + QStringLiteral("/t%1.wav").arg(i + 1);
-        EngineFixtures::writeFile(path, EngineFixtures::cdWave(pcm.last()));
+        Fixtures::writeFile(path, Fixtures::cdWave(pcm.last()));
         writer.engine.AddAudioTrack(path, i + 1);
     }
     if (!writer.write())
@@ -88,6 +91,6 @@ QByteArray wavePcm(const QString &path) {
 QByteArray paranoiaTrack(const QString &cue, int track, const QString &folder) {
     const QString out = folder + QStringLiteral("/paranoia%1.wav").arg(track);
     int status = -1;
-    EngineProbe::run("cd-paranoia", {"-d", cue, "-c", "-w", QString::number(track), out}, &status);
+    ReadBack::run("cd-paranoia", {"-d", cue, "-c", "-w", QString::number(track), out}, &status);
     return status == 0 ? wavePcm(out) : QByteArray();
 }

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "AudioRig.h"
+#include "EngineRig.h"
 
 #include "engine/ripper/CDRipperX.h"
 
@@ -23,7 +23,7 @@ struct RipperRig {
     // Waits until Status gives `status`.
     bool waitForStatus(qint32 status);
 
-    AudioRig writer;
+    EngineRig writer;
     QList<QByteArray> pcm; // each track's audio as written
     std::unique_ptr<CDRipperX> ripper;
     QStringList events;
