@@ -102,9 +102,9 @@ void tst_Ripper::dataDiscAndTray() {
     // A pressed data disc: one data track as long as the image.
     int status = -1;
     ReadBack::run("xorriso",
-                     {"-outdev", ImageRecorder::trayFolder() + "/data.iso", "-map",
-                      rig.writer.env.appFolder() + "/t1.wav", "/t1.wav"},
-                     &status);
+                  {"-outdev", ImageRecorder::trayFolder() + "/data.iso", "-map",
+                   rig.writer.env.appFolder() + "/t1.wav", "/t1.wav"},
+                  &status);
     QCOMPARE(status, 0);
     QVERIFY(rig.waitForStatus(CDRipperX::StatusLoaded));
     QVERIFY(r.ReadTOC());
