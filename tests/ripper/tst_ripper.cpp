@@ -29,20 +29,6 @@ struct RecordingOutput : AudioOutput {
     void close() override {}
 };
 
-// Waves as the ripper writes them, but a write into one file waits until it is cancelled.
-struct HoldingEncoder : WaveEncoder {
-    QString holdIn, current;
-    std::atomic<bool> cancelled = false;
-    bool open(const QString &path) override {
-        current = QFileInfo(path).fileName();
-        return WaveEncoder::open(path);
-    }
-    bool write(const char *pcm, qint64 bytes) override {
-        for (int i = 0; current == holdIn && i < 2000 && !cancelled.load(); ++i)
-            std::this_thread::sleep_for(std::chrono::milliseconds(10));
-        return WaveEncoder::write(pcm, bytes);
-    }
-};
 } // namespace
 
 class tst_Ripper : public QObject {

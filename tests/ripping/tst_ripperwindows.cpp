@@ -119,6 +119,15 @@ void tst_RipperWindows::extract_data() {
                                                    "Finished Ripping Track#03 to OUT/Song03.wav",
                                                    "Audio Ripping Complete!"}
                                     << QStringList{"Song01.wav", "Song03.wav"};
+    QTest::newRow("cancelled in track 2")
+        << QList<int>{1, 2, 3}
+        << QStringList{"Preparing for Audio Extraction!",
+                       "Ripping Track#01 to OUT/Song01.wav",
+                       "Finished Ripping Track#01 to OUT/Song01.wav",
+                       "Ripping Track#02 to OUT/Song02.wav",
+                       "Ripping Cancelled.",
+                       "Audio Ripping Complete!"}
+        << QStringList{"Song01.wav"};
     QTest::newRow("nothing ticked") << QList<int>{} << QStringList{} << QStringList{};
 }
 
@@ -135,6 +144,11 @@ void tst_RipperWindows::extract() {
         window.lvwTracks->topLevelItem(t - 1)->setCheckState(0, Qt::Checked);
     const QString out = rig.writer.env.appFolder() + "/Music";
     QDir().mkpath(out);
+    // Waves all the same, through an encoder that holds inside Song02 until the user cancels.
+    auto encoder = std::make_shared<HoldingEncoder>();
+    encoder->holdIn = QStringLiteral("Song02.wav");
+    rig.ripper->SetEncoder(encoder);
+    rig.ripper->setUseEncoder(true);
     QStringList shown;
     QTimer::singleShot(0, [&] {
         frmExtract *dialog = frmExtract::instance();
@@ -142,6 +156,13 @@ void tst_RipperWindows::extract() {
         QCOMPARE(dialog->txtFileName->text(), dialog->mstrPath + "/Track.wav");
         dialog->txtFileName->setText(out + "/Song.wav");
         dialog->cmdGo->click();
+        if (ticked.contains(2)) {
+            QTRY_VERIFY(
+                logOf(dialog->lstStatus).contains("Ripping Track#02 to " + out + "/Song02.wav"));
+            QCOMPARE(dialog->cmdCancel->text(), QStringLiteral("&Cancel"));
+            dialog->cmdCancel->click();
+            encoder->cancelled = true;
+        }
         if (!ticked.isEmpty()) {
             QTRY_VERIFY_WITH_TIMEOUT(logOf(dialog->lstStatus).contains("Audio Ripping Complete!"),
                                      60000);

@@ -12,6 +12,7 @@
 #include <QtEndian>
 
 #include <cmath>
+#include <thread>
 
 namespace {
 // A tone that changes with the track, so that every track and byte order is told apart, with
@@ -71,6 +72,17 @@ bool RipperRig::waitForEnd() {
 
 bool RipperRig::waitForStatus(qint32 status) {
     return QTest::qWaitFor([this, status] { return ripper->Status() == status; }, 10000);
+}
+
+bool HoldingEncoder::open(const QString &path) {
+    current = QFileInfo(path).fileName();
+    return WaveEncoder::open(path);
+}
+
+bool HoldingEncoder::write(const char *pcm, qint64 bytes) {
+    for (int i = 0; current == holdIn && i < 2000 && !cancelled.load(); ++i)
+        std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    return WaveEncoder::write(pcm, bytes);
 }
 
 QByteArray wavePcm(const QString &path) {

@@ -3,11 +3,13 @@
 #include "EngineRig.h"
 
 #include "engine/ripper/CDRipperX.h"
+#include "engine/ripper/WaveEncoder.h"
 
 #include <QByteArray>
 #include <QList>
 #include <QStringList>
 
+#include <atomic>
 #include <memory>
 
 // A three-track audio disc (4.5 s, 7 s and an odd length) written by the writer onto the Image
@@ -28,6 +30,16 @@ struct RipperRig {
     std::unique_ptr<CDRipperX> ripper;
     QStringList events;
     QList<qint32> statuses; // every ExtractionStatus code but progress
+};
+
+// Waves as the ripper writes them, but a write into the file named `holdIn` waits until
+// `cancelled` is set: reading runs ahead of the file in work, so only the encoder knows where
+// the job is. Used on the job's encoding thread.
+struct HoldingEncoder : WaveEncoder {
+    QString holdIn, current;
+    std::atomic<bool> cancelled = false;
+    bool open(const QString &path) override;
+    bool write(const char *pcm, qint64 bytes) override;
 };
 
 // The samples of a wave file's data chunk; empty when it has none.
