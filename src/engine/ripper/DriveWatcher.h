@@ -24,7 +24,6 @@ public:
 private:
     void run();
 
-    std::thread m_thread;
     std::mutex m_mutex;
     std::condition_variable m_wake;
     std::optional<RipDrive> m_drive;
@@ -32,4 +31,6 @@ private:
     bool m_stop = false;
     bool m_dirty = false;
     std::atomic<int> m_present{-1};
+    // Last: the thread starts in the constructor and uses every member above.
+    std::thread m_thread;
 };
