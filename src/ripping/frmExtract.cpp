@@ -192,11 +192,11 @@ void frmExtract::m_objRipper_ExtractingFileStart(const QString &FileName, qint32
                                                  qint32 EndFrame, qint16 QueueID) {
     m_lCurrentStartTrackFrame = StartFrame;
     m_lCurrentEndTrackFrame = EndFrame;
-    prgTrack->setValue(0); // the bar follows the file in work
     log(QStringLiteral("Ripping Track#") + twoDigitsMin(QueueID) + QStringLiteral(" to ") +
         FileName);
     m_nTrack = QueueID;
     m_strCurrentFileName = FileName;
+    showTrackProgress(StartFrame); // the panel and bar follow the file in work at once
 }
 
 void frmExtract::m_objRipper_ExtractingFileEnd() {
@@ -234,14 +234,7 @@ void frmExtract::m_objRipper_ExtractionStatus(qint32 Status, qint32 CurrentFrame
     if (Status == 2) {
         log(QStringLiteral("Jitter Could Not Be Corrected.  ") + QString::number(CurrentFrame));
     } else if (Status == 7) {
-        const qint32 done = CurrentFrame - m_lCurrentStartTrackFrame;
-        const qint32 all = m_lCurrentEndTrackFrame - m_lCurrentStartTrackFrame;
-        smartStatusBarExtract->Item(QStringLiteral("TRACK"))
-            ->setText(QStringLiteral(" Track: ") + twoDigitsMin(m_nTrack) + QString(5, u' ') +
-                      CDRipperX::FramesToTime(done) + QStringLiteral(" of ") +
-                      CDRipperX::FramesToTime(all));
-        if (all > 0)
-            prgTrack->setValue(int(qRound(double(done) * 100 / all)));
+        showTrackProgress(CurrentFrame);
     } else if (texts.contains(Status)) {
         log(texts.value(Status));
     }
@@ -251,6 +244,17 @@ void frmExtract::m_objRipper_ExtractionStatus(qint32 Status, qint32 CurrentFrame
 // A job counts from StartExtraction on, before its first event has arrived.
 bool frmExtract::jobRunning() const {
     return m_bRipping || (m_objRipper && m_objRipper->Extracting());
+}
+
+void frmExtract::showTrackProgress(qint32 CurrentFrame) {
+    const qint32 done = CurrentFrame - m_lCurrentStartTrackFrame;
+    const qint32 all = m_lCurrentEndTrackFrame - m_lCurrentStartTrackFrame;
+    smartStatusBarExtract->Item(QStringLiteral("TRACK"))
+        ->setText(QStringLiteral(" Track: ") + twoDigitsMin(m_nTrack) + QString(5, u' ') +
+                  CDRipperX::FramesToTime(done) + QStringLiteral(" of ") +
+                  CDRipperX::FramesToTime(all));
+    if (all > 0)
+        prgTrack->setValue(int(qRound(double(done) * 100 / all)));
 }
 
 void frmExtract::cmdCancel_Click() {

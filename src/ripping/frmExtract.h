@@ -65,5 +65,6 @@ protected:
 private:
     void connectRipper();
     bool jobRunning() const;
+    void showTrackProgress(qint32 CurrentFrame);
     void log(const QString &line); // adds a line and keeps the newest in view
 };

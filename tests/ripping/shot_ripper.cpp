@@ -15,20 +15,20 @@
 #include <QTimer>
 #include <QTreeWidget>
 
-#include <thread>
-
 int main(int argc, char **argv) {
     QApplication app(argc, argv);
     if (argc < 3)
         return 2;
     RipperRig rig;
-    // Reads at a drive's pace, so the job is caught in the middle.
-    rig.ripper->SetReadFilter(
-        [](qint32, qint32, char *) { std::this_thread::sleep_for(std::chrono::milliseconds(25)); });
     frmRipper window(rig.ripper.get());
     window.resize(760, 420);
     window.Form_Load();
     window.cboEncoders->setCurrentIndex(1);
+    // Waves, held inside the last file so that the job is caught in the middle.
+    auto encoder = std::make_shared<HoldingEncoder>();
+    encoder->holdIn = QStringLiteral("Track03.wav");
+    rig.ripper->SetEncoder(encoder);
+    rig.ripper->setUseEncoder(true);
     window.show();
     for (int row : {0, 2})
         window.lvwTracks->topLevelItem(row)->setCheckState(0, Qt::Checked);
@@ -40,8 +40,10 @@ int main(int argc, char **argv) {
         dialog->txtFileName->setText(rig.writer.env.appFolder() + "/Track.wav");
         dialog->cmdGo->click();
         saved =
-            QTest::qWaitFor([dialog] { return dialog->prgTrack->value() >= 30; }, 60000) && saved;
+            QTest::qWaitFor([dialog] { return dialog->prgTotal->value() == 1; }, 60000) && saved;
+        QTest::qWait(300);
         saved = dialog->grab().save(QString::fromLocal8Bit(argv[2])) && saved;
+        encoder->cancelled = true;
         dialog->close();
     });
     window.cmdExtract->click();
