@@ -572,9 +572,12 @@ qint64 IsoImageTree::imageBlocks(const StreamOptions &options) {
     StreamOptions sizing = options;
     sizing.sizeOnly = true;
     const quint64 generation = m_generation;
-    const qint64 blocks = m_sizer.run([this, sizing] {
+    const qint64 blocks = m_sizer.run([this, sizing](const ImageSizer::Publish &publish) {
         IsoLibrary::BurnSourcePtr src = layoutStream(sizing, nullptr);
-        return src ? qint64(src->get_size(src.get())) / 2048 : 0;
+        publish(src ? qint64(src->get_size(src.get())) / 2048 : 0);
+        // Freeing a layout of many files takes a good part of its time: it goes on here while
+        // the caller already has the answer.
+        src.reset();
     });
     // The tree may have changed while events were served; then the figure is not kept.
     if (generation == m_generation) {
