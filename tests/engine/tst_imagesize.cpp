@@ -1,11 +1,10 @@
 // The image size the engine answers, against the ISO files it writes; and asked while a job runs.
-#include "EngineProbe.h"
-#include "TestEnvironment.h"
+#include "EngineRig.h"
+#include "Fixtures.h"
+#include "ReadBack.h"
 
-#include "base/IniFile.h"
 #include "engine/writer/iso/ConverterCache.h"
 #include "engine/writer/iso/IsoImageTree.h"
-#include "engine/writer/recorders/image/ImageRecorder.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -13,7 +12,7 @@
 
 #include <random>
 
-using namespace EngineFixtures;
+using namespace Fixtures;
 
 namespace {
 // Names of every length and script, with pieces that ISO 9660 and Joliet cut to the same text.
@@ -44,8 +43,8 @@ void makeSource(const QString &root, std::mt19937 &rng, int depth) {
 
 // One of the image's trees as isoinfo lists it: "-J" Joliet, "-R" Rock Ridge, "" ISO 9660.
 QByteArray isoinfoNames(const QString &iso, const QString &tree) {
-    return EngineProbe::run("isoinfo", tree.isEmpty() ? QStringList{"-f", "-i", iso}
-                                                      : QStringList{tree, "-f", "-i", iso});
+    return ReadBack::run("isoinfo", tree.isEmpty() ? QStringList{"-f", "-i", iso}
+                                                   : QStringList{tree, "-f", "-i", iso});
 }
 } // namespace
 
@@ -107,18 +106,12 @@ void tst_ImageSize::sizeIsTheWrittenSize() {
 
 // A media event during a write has the frame recalculate the size.
 void tst_ImageSize::sizeAskedWhileAJobRuns() {
-    TestEnvironment env;
-    CDWriterPro engine;
-    EngineProbe probe(&engine);
-    QDir().mkpath(ImageRecorder::folder());
-    IniFile::write(ImageRecorder::settingsFile(), "Image Recorder", "EmulateSpeed", "0");
-    engine.InitializeDrives(false);
-    QVERIFY(engine.SelectDrive(engine.DriveCount() - 1));
-    engine.MoveTray(true);
-    engine.ClearISOImage();
+    EngineRig rig(QStringLiteral("CD-R 80"), EngineRig::Data);
+    CDWriterPro &engine = rig.engine;
+    const QString src = rig.env.appFolder() + "/src";
     for (int i = 0; i < 40; ++i)
-        writeFile(env.appFolder() + QStringLiteral("/src/f%1").arg(i), pseudoRandom(70000, i));
-    engine.AddISODirectory("\\", env.appFolder() + "/src/*.*");
+        writeFile(src + QStringLiteral("/f%1").arg(i), pseudoRandom(70000, i));
+    engine.AddISODirectory("\\", src + "/*.*");
     const qint32 before = engine.ISOImageBlocks();
     engine.setVolumeIdentifier("DURING"); // as the write dialog does: no new layout for that
     const quint64 layouts = IsoImageTree::sizeLayouts();
@@ -129,13 +122,13 @@ void tst_ImageSize::sizeAskedWhileAJobRuns() {
         engine.setISOFileSystem(1 - engine.ISOFileSystem());
     };
     connect(&engine, &CDWriterPro::TrackWriteStatus, &engine, ask);
-    QVERIFY(engine.WriteDisc() && probe.waitForEnd());
-    QCOMPARE(probe.endingEvent(), QStringLiteral("WriteComplete"));
+    QVERIFY(rig.write());
+    QCOMPARE(rig.probe.endingEvent(), QStringLiteral("WriteComplete"));
     QVERIFY(!answers.isEmpty());
     QCOMPARE(answers, QList<qint32>(answers.size(), before));
     QCOMPARE(IsoImageTree::sizeLayouts(), layouts);
     engine.setISOFileSystem(1); // the job is over: a change is laid out anew
-    engine.AddISOFile("\\one more", env.appFolder() + "/src/f0");
+    engine.AddISOFile("\\one more", src + "/f0");
     QVERIFY(engine.ISOImageBlocks() > before);
     QCOMPARE(IsoImageTree::sizeLayouts(), layouts + 1);
 }
