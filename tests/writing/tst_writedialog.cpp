@@ -100,7 +100,7 @@ void tst_WriteDialog::openingState() {
     QVERIFY(burn->isVisible());
     QCOMPARE(burn->windowModality(), Qt::ApplicationModal);
     QCOMPARE(burn->windowTitle(), QStringLiteral("Write Disc..."));
-    // A user who opens the dialog and presses the button gets a test write.
+    // Opened and pressed at once, the dialog only tests: nothing is burnt by accident.
     QVERIFY(burn->optTest->isChecked());
     QVERIFY(!burn->optWrite->isChecked());
     QCOMPARE(burn->cmdWrite->text(), QStringLiteral("&Test Write"));
