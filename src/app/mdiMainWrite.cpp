@@ -126,6 +126,8 @@ void mdiMain::Tessaly_WriteComplete() {
             // The box means what it says: the program ends and the computer goes off.
             burn->Unload();
             gblnCloseWindows = true;
+            // The write is over: an open compilation must let itself be closed.
+            EnableForm(true);
             close();
             SystemCalls::WindowsExit();
             return;

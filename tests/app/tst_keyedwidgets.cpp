@@ -28,7 +28,6 @@ private slots:
     void clicksReachOnlyFromUsableItems();
     void checkMarkIsTheProgramsToSet();
     void itemsComeAndGo();
-    void statusPanelsKeepTheirValues();
     void picturesHaveGreyedAndHotForms();
     void animationKeepsItsClipWhenAFileIsNoAnimation();
 };
@@ -142,25 +141,6 @@ void tst_KeyedWidgets::itemsComeAndGo() {
     QVERIFY(!menu.contains("MDICHILD_1"));
     QCOMPARE(menu.Menu("WINDOWS")->menu()->actions().size(), 2);
     menu.removeItem("MDICHILD_1"); // gone already: nothing happens
-}
-
-void tst_KeyedWidgets::statusPanelsKeepTheirValues() {
-    QStatusBar status;
-    KeyedStatusBar panels(&status);
-    KeyedPanel *img = panels.addPanel("STATUSIMG", KeyedPanel::Kind::Text, {}, 400);
-    KeyedPanel *caching = panels.addPanel("CACHING");
-    KeyedPanel *caps = panels.addPanel("CAPS", KeyedPanel::Kind::Caps);
-    panels.addPanel("TIME", KeyedPanel::Kind::Time);
-    QCOMPARE(panels.keys(), QStringList({"STATUSIMG", "CACHING", "CAPS", "TIME"}));
-    img->setImageKey("MEDIA");
-    QCOMPARE(img->ImageKey(), QStringLiteral("MEDIA"));
-    QCOMPARE(img->Width(), 400);
-    caching->setValue(40);
-    caching->setText(" Caching: 40%");
-    QCOMPARE(caching->Value(), 40);
-    QCOMPARE(caching->Text(), QStringLiteral(" Caching: 40%"));
-    QCOMPARE(caps->Text(), QStringLiteral("CAPS"));
-    QVERIFY(!panels.Item("TIME")->Text().isEmpty());
 }
 
 void tst_KeyedWidgets::picturesHaveGreyedAndHotForms() {

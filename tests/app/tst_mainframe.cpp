@@ -334,7 +334,7 @@ void tst_MainFrame::greyedCommandsDoNothing() {
     for (const char *name : {"frmBurnBin", "frmCD2CD", "frmIsoripper", "frmSessionCheck"})
         FormRegistry::remove(name);
     QVERIFY(reached.isEmpty());
-    // A key that is in no row is passed over.
+    // Keys without a row are ignored.
     f->runCommand("NOSUCHKEY");
 }
 

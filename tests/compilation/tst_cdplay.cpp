@@ -4,6 +4,7 @@
 #include "Fixtures.h"
 #include "RecordingWaveOutput.h"
 #include "ScriptedAnswers.h"
+#include "Waits.h"
 #include "compilation/modCDPlay.h"
 
 #include <QCoreApplication>
@@ -31,10 +32,7 @@ void drain(RecordingWaveOutput &sink) {
     }
 }
 
-void settle() {
-    for (int i = 0; i < 5; ++i)
-        QCoreApplication::processEvents();
-}
+using Waits::settle;
 
 } // namespace
 

@@ -1,6 +1,7 @@
 // The data compilation window over the engine's image: drops, the tree and list mirroring the
 // image, renames with their messages, removals, the frame's states and the size warning.
 #include "DataWindowRig.h"
+#include "ReadBack.h"
 
 #include "app/frmFiles.h"
 #include "app/mdiMain.h"
@@ -12,11 +13,11 @@
 #include "widgets/KeyedMenu.h"
 #include "widgets/Twips.h"
 
+#include <QCryptographicHash>
 #include <QLineEdit>
 #include <QMdiArea>
 #include <QMenu>
 #include <QMimeData>
-#include <QProcess>
 #include <QProgressBar>
 #include <QRegularExpression>
 #include <QTemporaryDir>
@@ -449,23 +450,11 @@ void tst_DataWindow::imageHoldsTheCompiledNames() {
     QTemporaryDir out;
     const QString iso = out.filePath("out.iso");
     QVERIFY(rig.frame()->Tessaly->CreateISOFile(iso));
-    QProcess find;
-    find.start("xorriso", {"-indev", iso, "-find", "/", "-type", "f"});
-    QVERIFY(find.waitForFinished(60000));
-    QStringList files =
-        QString::fromUtf8(find.readAllStandardOutput()).split('\n', Qt::SkipEmptyParts);
-    files.sort();
-    QCOMPARE(files, (QStringList{"'/notes.dat'", "'/tree/Renamed Folder/letter.txt'"}));
-    QProcess extract;
-    extract.start("xorriso", {"-osirrox", "on", "-indev", iso, "-extract", "/", out.filePath("x")});
-    QVERIFY(extract.waitForFinished(60000));
-    QFile back(out.filePath("x/tree/Renamed Folder/letter.txt"));
-    QVERIFY(back.open(QIODevice::ReadOnly));
-    QCOMPARE(back.readAll(), letter);
-    QProcess info;
-    info.start("isoinfo", {"-d", "-i", iso});
-    QVERIFY(info.waitForFinished(60000));
-    QVERIFY(info.readAllStandardOutput().contains("Volume id: MY_DISC"));
+    QCOMPARE(ReadBack::xorrisoFiles(iso),
+             (QStringList{"/notes.dat", "/tree/Renamed Folder/letter.txt"}));
+    QCOMPARE(ReadBack::xorrisoExtract(iso, "/tree/Renamed Folder/letter.txt", out),
+             QCryptographicHash::hash(letter, QCryptographicHash::Sha256).toHex());
+    QVERIFY(ReadBack::run("isoinfo", {"-d", "-i", iso}).contains("Volume id: MY_DISC"));
 }
 
 QTEST_MAIN(tst_DataWindow)

@@ -1,7 +1,7 @@
-// The audio track list: which wave files it takes, their order, numbers and sizes.
+// The audio track list: the order, numbers and sizes of its tracks (which files it takes is
+// tst_wavefile's table).
 #include "EngineProbe.h"
 #include "Fixtures.h"
-#include "ReadBack.h"
 #include "TestEnvironment.h"
 
 #include <QDir>
@@ -13,16 +13,6 @@
 using namespace Fixtures;
 
 namespace {
-// A real MP3 made by lame from a wave, for the file that only pretends by its name.
-QByteArray mp3Bytes(const QTemporaryDir &dir) {
-    const QString wav = dir.filePath("for-lame.wav");
-    const QString mp3 = dir.filePath("made.mp3");
-    writeFile(wav, cdWave(pseudoRandom(44100 * 4, 3)));
-    ReadBack::run("lame", {"--quiet", wav, mp3});
-    QFile f(mp3);
-    return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray();
-}
-
 struct Listed {
     QString file;
     qint32 blocks, bytes, number;
@@ -43,59 +33,12 @@ QList<Listed> listed(CDWriterPro &engine) {
 class tst_AudioTracks : public QObject {
     Q_OBJECT
 private slots:
-    void judgement_data();
-    void judgement();
     void positionsAndNumbers();
     void sizesCountTheGaps_data();
     void sizesCountTheGaps();
     void blocksToTime_data();
     void blocksToTime();
 };
-
-void tst_AudioTracks::judgement_data() {
-    QTest::addColumn<QByteArray>("bytes");
-    QTest::addColumn<bool>("accepted");
-    QTemporaryDir dir;
-    const QByteArray pcm = rampPcm(3000);
-    const QByteArray cd = fmtChunk(1, 2, 44100, 16);
-    const QByteArray full = cdWave(pcm);
-    const QByteArray mp3 = mp3Bytes(dir);
-    QVERIFY(mp3.size() > 100);
-    QTest::newRow("CD audio") << full << true;
-    QTest::newRow("chunks in an unusual order")
-        << riff(chunk("LIST", QByteArray("INFOIART\x03\0\0\0ab\0", 15)) +
-                chunk("JUNK", QByteArray(7, 'j')) + cd + chunk("fact", le32(3000)) +
-                chunk("data", pcm) + chunk("cue ", le32(0)))
-        << true;
-    QTest::newRow("extensible format, 16-bit stereo")
-        << riff(chunk("fmt ", le16(0xFFFE) + le16(2) + le32(44100) + le32(176400) + le16(4) +
-                                  le16(16) + le16(22) + le16(16) + le32(3) + le16(1) +
-                                  QByteArray::fromHex("000000001000800000aa00389b71")) +
-                chunk("data", pcm))
-        << true;
-    QTest::newRow("MP3 renamed .wav") << mp3 << false;
-    QTest::newRow("48 kHz") << riff(fmtChunk(1, 2, 48000, 16) + chunk("data", pcm)) << false;
-    QTest::newRow("mono") << riff(fmtChunk(1, 1, 44100, 16) + chunk("data", pcm)) << false;
-    QTest::newRow("8-bit") << riff(fmtChunk(1, 2, 44100, 8) + chunk("data", pcm)) << false;
-    QTest::newRow("float samples") << riff(fmtChunk(3, 2, 44100, 32) + chunk("data", pcm)) << false;
-    QTest::newRow("truncated header") << full.left(30) << false;
-    QTest::newRow("data chunk longer than the file") << full.left(full.size() - 1000) << false;
-    QTest::newRow("zero-length file") << QByteArray() << false;
-    QTest::newRow("no audio at all") << cdWave(QByteArray()) << false;
-    QTest::newRow("text") << QByteArray("RIFF is not enough\n") << false;
-}
-
-void tst_AudioTracks::judgement() {
-    QFETCH(QByteArray, bytes);
-    QFETCH(bool, accepted);
-    TestEnvironment env;
-    CDWriterPro engine;
-    QTemporaryDir dir;
-    const QString path = dir.filePath("track.wav");
-    writeFile(path, bytes);
-    QCOMPARE(engine.AddAudioTrack(path, 1), accepted);
-    QCOMPARE(engine.AudioTrackCount(), accepted ? 1 : 0);
-}
 
 void tst_AudioTracks::positionsAndNumbers() {
     TestEnvironment env;

@@ -366,7 +366,10 @@ void tst_IsoImage::vanishedSourceFailsCreate() {
 
 void tst_IsoImage::fiftyThousandFiles() {
     EngineRig e(EngineRig::NoDrive);
-    QTemporaryDir src;
+    // Fifty thousand files cost half a minute on a busy disk and seconds in memory.
+    const QString memory = QDir("/dev/shm").exists() ? "/dev/shm/" : QDir::tempPath() + u'/';
+    QTemporaryDir src(memory + "tessaly-many-XXXXXX");
+    QVERIFY(src.isValid());
     QDir().mkpath(src.filePath("many"));
     for (int i = 0; i < 50000; ++i) {
         QFile f(src.filePath(QStringLiteral("many/file%1.txt").arg(i, 5, 10, QLatin1Char('0'))));
@@ -377,11 +380,12 @@ void tst_IsoImage::fiftyThousandFiles() {
     QCOMPARE(e.probe.added.size(), 50001);
     const qint32 blocks = e.engine.ISOImageBlocks();
     QVERIFY(blocks > 50000 / 20); // directory records for every name
-    QTemporaryDir out;
-    QVERIFY(e.engine.CreateISOFile(out.filePath("many.iso")));
-    QCOMPARE(QFileInfo(out.filePath("many.iso")).size(), qint64(blocks) * 2048);
-    const QByteArray listing = ReadBack::run(
-        "xorriso", {"-indev", out.filePath("many.iso"), "-find", "/many", "-type", "f"});
+    const QString iso = src.filePath("many.iso");
+    QVERIFY(e.engine.CreateISOFile(iso));
+    QCOMPARE(QFileInfo(iso).size(), qint64(blocks) * 2048);
+    // "stdio:" keeps xorriso from taking a file under /dev for a drive.
+    const QByteArray listing =
+        ReadBack::run("xorriso", {"-indev", "stdio:" + iso, "-find", "/many", "-type", "f"});
     QCOMPARE(listing.count('\n'), 50000);
 }
 

@@ -1,11 +1,12 @@
 #include "EngineProbe.h"
 #include "Fixtures.h"
+#include "ReadBack.h"
+#include "TestEnvironment.h"
 
 #include "engine/writer/audio/WaveFile.h"
 
 #include <QBuffer>
 #include <QFile>
-#include <QProcess>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QtEndian>
@@ -55,6 +56,14 @@ private slots:
         QTest::newRow("no fmt chunk") << riff(chunk("data", pcm(10))) << int(S::Malformed);
         QTest::newRow("not RIFF") << QByteArray("ID3\x04\0\0\0\0\0\0garbage", 17) + pcm(100)
                                   << int(S::Malformed);
+        QTest::newRow("text") << QByteArray("RIFF is not enough\n") << int(S::Malformed);
+        QTest::newRow("no audio at all") << riff(cd + chunk("data", {})) << int(S::Ok);
+        QTest::newRow("extensible format, 16-bit stereo")
+            << riff(chunk("fmt ", le16(0xFFFE) + le16(2) + le32(44100) + le32(176400) + le16(4) +
+                                      le16(16) + le16(22) + le16(16) + le32(3) + le16(1) +
+                                      QByteArray::fromHex("000000001000800000aa00389b71")) +
+                    chunk("data", pcm(50)))
+            << int(S::Ok);
     }
     void judgement() {
         QFETCH(QByteArray, bytes);
@@ -70,6 +79,12 @@ private slots:
         f.write(bytes);
         f.close();
         QCOMPARE(int(WaveFile::judge(f.fileName())), status);
+        // The track list takes exactly the CD audio that holds some sound.
+        TestEnvironment env;
+        CDWriterPro engine;
+        const bool sound = status == int(WaveFile::Status::Ok) && w.frames() > 0;
+        QCOMPARE(engine.AddAudioTrack(f.fileName(), 1), sound);
+        QCOMPARE(engine.AudioTrackCount(), sound ? 1 : 0);
     }
 
     void missingFileCannotBeOpened() {
@@ -102,10 +117,9 @@ private slots:
         QVERIFY(f.open(QIODevice::WriteOnly));
         f.write(riff(fmt(1, 2, 44100, 16) + chunk("data", pcm(44100))));
         f.close();
-        QProcess lame;
-        lame.start("lame", {"--quiet", f.fileName(), dir.filePath("song.mp3")});
-        QVERIFY2(lame.waitForFinished(30000) && lame.exitCode() == 0,
-                 "lame is installed by scripts/setup");
+        int status = -1;
+        ReadBack::run("lame", {"--quiet", f.fileName(), dir.filePath("song.mp3")}, &status);
+        QVERIFY2(status == 0, "lame is installed by scripts/setup");
         QVERIFY(QFile::rename(dir.filePath("song.mp3"), dir.filePath("song.wav")));
         QCOMPARE(WaveFile::judge(dir.filePath("song.wav")), WaveFile::Status::Malformed);
     }

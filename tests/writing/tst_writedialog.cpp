@@ -5,9 +5,11 @@
 #include "WriteRig.h"
 
 #include "EngineProbe.h"
+#include "app/FormRegistry.h"
 #include "app/mdiMain.h"
 #include "app/modDeclarations.h"
 #include "app/modGlobals.h"
+#include "compilation/frmData.h"
 #include "engine/system/SystemCalls.h"
 #include "engine/writer/CDWriterPro.h"
 #include "widgets/AnimationControl.h"
@@ -66,6 +68,7 @@ private slots:
     void trackPercentages();
     void closingEmptiesThreeLabels_data();
     void closingEmptiesThreeLabels();
+    void closeWindowsWhenFinished_data();
     void closeWindowsWhenFinished();
 };
 
@@ -97,7 +100,7 @@ void tst_WriteDialog::openingState() {
     QVERIFY(burn->isVisible());
     QCOMPARE(burn->windowModality(), Qt::ApplicationModal);
     QCOMPARE(burn->windowTitle(), QStringLiteral("Write Disc..."));
-    // A user who opens the dialog and presses the button gets a test write.
+    // Opened and pressed at once, the dialog only tests: nothing is burnt by accident.
     QVERIFY(burn->optTest->isChecked());
     QVERIFY(!burn->optWrite->isChecked());
     QCOMPARE(burn->cmdWrite->text(), QStringLiteral("&Test Write"));
@@ -548,11 +551,22 @@ void tst_WriteDialog::closingEmptiesThreeLabels() {
     rig.frame()->EnableForm(true);
 }
 
+void tst_WriteDialog::closeWindowsWhenFinished_data() {
+    QTest::addColumn<bool>("dataWindow");
+    QTest::newRow("the frame alone") << false;
+    QTest::newRow("a data compilation open") << true;
+}
+
 void tst_WriteDialog::closeWindowsWhenFinished() {
+    QFETCH(bool, dataWindow);
     int powerOffs = 0;
     {
         WriteRig rig;
         QVERIFY(rig.started());
+        if (dataWindow) {
+            QVERIFY(FormRegistry::open("frmData", rig.frame()));
+            QVERIFY(DefaultInstance<frmData>::exists());
+        }
         SystemCalls::setPowerOffHandler([&] {
             ++powerOffs;
             return true;
@@ -571,6 +585,7 @@ void tst_WriteDialog::closeWindowsWhenFinished() {
         // Leaving asks nothing, and the frame is gone with the dialog.
         QVERIFY(rig.boxes.isEmpty());
         QVERIFY(!DefaultInstance<mdiMain>::exists());
+        QVERIFY(!DefaultInstance<frmData>::exists());
         QVERIFY(!frmBurn::instance());
     }
     // Never the real one in a test.
