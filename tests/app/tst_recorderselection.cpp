@@ -13,13 +13,10 @@
 #include "widgets/KeyedMenu.h"
 #include "widgets/KeyedStatusBar.h"
 #include "widgets/LineControl.h"
-#include "writing/frmBurn.h"
 
 #include <QApplication>
 #include <QComboBox>
-#include <QLabel>
 #include <QProgressBar>
-#include <QPushButton>
 #include <QTest>
 
 using namespace FrameFixture;
@@ -68,13 +65,11 @@ class tst_RecorderSelection : public QObject {
 private slots:
     void speedList_data();
     void speedList();
-    void startsWithNoDisc();
     void closingTheTrayShowsAWritableDisc();
-    void ejectShowsNoDisc();
-    void closedDiscShowsTheClosedState();
+    void noWritableDisc_data();
+    void noWritableDisc();
     void sessionCheckOnlyWhenShown_data();
     void sessionCheckOnlyWhenShown();
-    void writeDialogFollowsTheDisc();
     void sizePanelsFollowTheImage_data();
     void sizePanelsFollowTheImage();
 };
@@ -121,19 +116,6 @@ void tst_RecorderSelection::speedList() {
     QCOMPARE(gotData, data);
 }
 
-void tst_RecorderSelection::startsWithNoDisc() {
-    TestEnvironment env;
-    QVERIFY(env.startProgram());
-    mdiMain *f = frameOnImageRecorder();
-    QCOMPARE(f->cboDevices->currentText(), QStringLiteral("IMG: Tessaly Image Recorder"));
-    QCOMPARE(qint32(glngCurrentDrive), f->Tessaly->DriveCount() - 1);
-    QCOMPARE(f->smartStatusBar->Item("STATUSIMG")->ImageKey(), QStringLiteral("NOMEDIA"));
-    QVERIFY(f->aniRuler->FileName().endsWith("Dat/insertcd.gif"));
-    QVERIFY(f->aniRuler->isPlaying());
-    QVERIFY(f->linCDSize->isHidden());
-    QCOMPARE(texts(f->cboWriteSpeed), QStringList{"Default"});
-}
-
 void tst_RecorderSelection::closingTheTrayShowsAWritableDisc() {
     TestEnvironment env;
     ScriptedAnswers answers;
@@ -160,32 +142,40 @@ void tst_RecorderSelection::closingTheTrayShowsAWritableDisc() {
     QVERIFY(!f->SmartMenu->Item("SESSION")->Enabled());
 }
 
-void tst_RecorderSelection::ejectShowsNoDisc() {
+void tst_RecorderSelection::noWritableDisc_data() {
+    QTest::addColumn<QString>("how");
+    QTest::addColumn<QString>("animation");
+    QTest::newRow("at the start") << "start"
+                                  << "Dat/insertcd.gif";
+    QTest::newRow("ejected") << "eject"
+                             << "Dat/insertcd.gif";
+    QTest::newRow("a pressed disc laid in") << "closed"
+                                            << "Dat/removecd.gif";
+}
+
+void tst_RecorderSelection::noWritableDisc() {
+    QFETCH(QString, how);
+    QFETCH(QString, animation);
     TestEnvironment env;
     QVERIFY(env.startProgram());
     mdiMain *f = frameOnImageRecorder();
-    f->runCommand("CLOSETRAY");
-    f->SmartMenu->Item("SESSION")->setEnabled(true);
-    f->runCommand("EJECTCD");
+    QCOMPARE(f->cboDevices->currentText(), QStringLiteral("IMG: Tessaly Image Recorder"));
+    QCOMPARE(qint32(glngCurrentDrive), f->Tessaly->DriveCount() - 1);
+    if (how == "eject") {
+        f->runCommand("CLOSETRAY");
+        f->SmartMenu->Item("SESSION")->setEnabled(true);
+        f->runCommand("EJECTCD");
+    } else if (how == "closed") {
+        layDisc(env, {}); // one closed session
+        f->CDNotify1->checkDrives();
+        QCOMPARE(f->Tessaly->LastSessionStatus(), 3);
+    }
     QCOMPARE(f->smartStatusBar->Item("STATUSIMG")->ImageKey(), QStringLiteral("NOMEDIA"));
-    QVERIFY(f->aniRuler->FileName().endsWith("Dat/insertcd.gif"));
+    QVERIFY(f->aniRuler->FileName().endsWith(animation));
+    QVERIFY(f->aniRuler->isPlaying());
     QVERIFY(f->linCDSize->isHidden());
     QVERIFY(!f->SmartMenu->Item("SESSION")->Enabled());
     QCOMPARE(texts(f->cboWriteSpeed), QStringList{"Default"});
-}
-
-void tst_RecorderSelection::closedDiscShowsTheClosedState() {
-    TestEnvironment env;
-    QVERIFY(env.startProgram());
-    mdiMain *f = frameOnImageRecorder();
-    const QStringList speedsBefore = texts(f->cboWriteSpeed);
-    layDisc(env, {}); // a pressed disc: one closed session
-    f->CDNotify1->checkDrives();
-    QCOMPARE(f->Tessaly->LastSessionStatus(), 3);
-    QCOMPARE(f->smartStatusBar->Item("STATUSIMG")->ImageKey(), QStringLiteral("NOMEDIA"));
-    QVERIFY(f->aniRuler->FileName().endsWith("Dat/removecd.gif"));
-    QVERIFY(f->linCDSize->isHidden());
-    QCOMPARE(texts(f->cboWriteSpeed), speedsBefore);
 }
 
 void tst_RecorderSelection::sessionCheckOnlyWhenShown_data() {
@@ -224,24 +214,6 @@ void tst_RecorderSelection::sessionCheckOnlyWhenShown() {
     QCOMPARE(f->smartStatusBar->Item("STATUSIMG")->ImageKey(), QStringLiteral("MEDIA"));
 }
 
-void tst_RecorderSelection::writeDialogFollowsTheDisc() {
-    TestEnvironment env;
-    QVERIFY(env.startProgram());
-    mdiMain *f = frameOnImageRecorder();
-    f->runCommand("WRITEDISC");
-    frmBurn *burn = frmBurn::instance();
-    QVERIFY(burn);
-    QPushButton *cmdWrite = burn->cmdWrite;
-    QLabel *lblActions = burn->lblActions;
-    cmdWrite->setEnabled(false);
-    f->runCommand("CLOSETRAY");
-    QVERIFY(cmdWrite->isEnabled());
-    QCOMPARE(lblActions->text(), QStringLiteral("Disc inserted ready to write..."));
-    f->runCommand("EJECTCD");
-    QVERIFY(!cmdWrite->isEnabled());
-    QCOMPARE(lblActions->text(), QStringLiteral("Please insert the disc again..."));
-}
-
 void tst_RecorderSelection::sizePanelsFollowTheImage_data() {
     QTest::addColumn<bool>("disc");
     QTest::addColumn<bool>("withFile");
@@ -270,6 +242,10 @@ void tst_RecorderSelection::sizePanelsFollowTheImage() {
     QVERIFY(withFile ? (mb > 3 && mb < 4) : mb < 1);
     QCOMPARE(shown, QString(" Data Image Size: %1 MB  ").arg(mb, 0, 'f', 2));
     QCOMPARE(f->prbSize->maximum(), qMax(1, qRound(mb)));
+    if (!withFile) { // under a megabyte: no bar at all
+        QCOMPARE(f->prbSize->width(), 0);
+        QCOMPARE(f->prbSize->value(), 0);
+    }
     QCOMPARE(f->smartStatusBar->Item("FILES")->Text(), QString(" Files: %1").arg(withFile ? 1 : 0));
     QVERIFY(f->smartStatusBar->Item("DIRECTORIES")->Text().startsWith(" Directories: "));
     // A blank CD-R has room for this: no warning, with a disc or without.
