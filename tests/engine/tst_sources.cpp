@@ -1,0 +1,315 @@
+// Source files as a careless user and an unlucky machine leave them between adding and writing,
+// names and links as they come from real disks, and what a write leaves behind. Every ISO file
+// and disc made here is read back alike by xorriso, isoinfo and bsdtar.
+#include "AudioRig.h"
+#include "DiscReadBack.h"
+
+#include "base/IniFile.h"
+#include "engine/writer/recorders/image/ImageRecorder.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QProcess>
+#include <QSignalSpy>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+using namespace EngineFixtures;
+using DiscReadBack::Tool;
+
+namespace {
+// Makes a source tree from lines "f PATH CONTENT", "l PATH TARGET", "p PATH" (a named pipe).
+void makeTree(const QString &root, const QList<QByteArray> &lines) {
+    for (const QByteArray &line : lines) {
+        const QList<QByteArray> part = line.split(' ');
+        const QByteArray path = QFile::encodeName(root) + '/' + part[1];
+        QDir().mkpath(QFileInfo(QFile::decodeName(path)).path());
+        if (part[0] == "f") {
+            FILE *f = fopen(path.constData(), "wb");
+            QVERIFY(f);
+            fwrite(part[2].constData(), 1, size_t(part[2].size()), f);
+            fclose(f);
+        } else if (part[0] == "l") {
+            QCOMPARE(symlink(part[2].constData(), path.constData()), 0);
+        } else {
+            QCOMPARE(mkfifo(path.constData(), 0600), 0);
+        }
+    }
+}
+
+DiscReadBack::Tree treeOf(const QStringList &entries) {
+    DiscReadBack::Tree tree;
+    for (const QString &entry : entries) {
+        if (entry.endsWith(u'/'))
+            tree[entry.chopped(1)] = "<dir>";
+        else
+            tree[entry.section(u'=', 0, 0)] = entry.section(u'=', 1).toUtf8();
+    }
+    return tree;
+}
+
+// Every tool reads the session as `expected`; isoinfo, which knows no relocated folders, as
+// `isoinfoSees` when that is given.
+void readsBackEverywhere(const QString &image, qint32 start, const DiscReadBack::Tree &expected,
+                         const DiscReadBack::Tree &isoinfoSees = {}) {
+    for (Tool tool : {Tool::Xorriso, Tool::Isoinfo, Tool::Bsdtar}) {
+        const DiscReadBack::Tree got = DiscReadBack::read(tool, image, start);
+        const DiscReadBack::Tree &want =
+            tool == Tool::Isoinfo && !isoinfoSees.isEmpty() ? isoinfoSees : expected;
+        QStringList seen;
+        for (auto it = got.begin(); it != got.end(); ++it)
+            seen.append(it.key() + u'=' + QString::fromUtf8(it.value().left(40)));
+        QVERIFY2(got == want, qPrintable(DiscReadBack::name(tool) + ": " + seen.join(", ")));
+    }
+}
+
+// A data disc written to the Image Recorder: the rig set for data, with a blank CD-R.
+struct DataRig : AudioRig {
+    DataRig() {
+        engine.setTrackMode(1);
+        engine.setFinalizeDisc(false);
+        engine.ClearISOImage();
+    }
+};
+} // namespace
+
+class tst_Sources : public QObject {
+    Q_OBJECT
+private slots:
+    void changedAfterAdding_data();
+    void changedAfterAdding();
+    void pipeSwappedInWhileWriting();
+    void namesAndLinks_data();
+    void namesAndLinks();
+    void failCloseFailsTheWritesClosing();
+    void staleCachesGoAtStart();
+};
+
+void tst_Sources::changedAfterAdding_data() {
+    QTest::addColumn<QString>("target"); // iso, disc or audio
+    QTest::addColumn<QString>("change"); // deleted, pipe, shrunk or grown
+    QTest::addColumn<int>("fileError");  // -1: the job ends well
+    QTest::addColumn<bool>("cache");
+    for (const char *target : {"iso", "disc"}) {
+        QTest::addRow("%s: deleted", target) << target << "deleted" << 0 << false;
+        QTest::addRow("%s: replaced by a named pipe", target) << target << "pipe" << 0 << false;
+        QTest::addRow("%s: shrunk", target) << target << "shrunk" << 2 << false;
+        QTest::addRow("%s: grown", target) << target << "grown" << -1 << false;
+    }
+    QTest::newRow("disc, cached: deleted") << "disc"
+                                           << "deleted" << 0 << true;
+    QTest::newRow("disc, cached: grown") << "disc"
+                                         << "grown" << -1 << true;
+    QTest::newRow("audio: wave replaced by a named pipe") << "audio"
+                                                          << "pipe" << 0 << false;
+}
+
+void tst_Sources::changedAfterAdding() {
+    QFETCH(QString, target);
+    QFETCH(QString, change);
+    QFETCH(int, fileError);
+    QFETCH(bool, cache);
+    DataRig rig;
+    rig.engine.setCacheImage(cache);
+    QSignalSpy notices(&rig.engine, &CDWriterPro::SourceFileNotice);
+    QTemporaryDir dir;
+    const QByteArray first = pseudoRandom(300000, 1), grown = pseudoRandom(400000, 2);
+    const QString changing = dir.filePath(target == u"audio" ? "src/t.wav" : "src/z.bin");
+    if (target == u"audio") {
+        writeFile(changing, cdWave(pseudoRandom(588 * 400 * 4, 3)));
+        rig.engine.setTrackMode(0);
+        QVERIFY(rig.engine.AddAudioTrack(changing, 1));
+    } else {
+        writeFile(dir.filePath("src/a.bin"), first);
+        writeFile(changing, grown.left(100000));
+        rig.engine.AddISODirectory("\\", dir.filePath("src") + "/*.*");
+    }
+    QFile::remove(changing);
+    if (change == u"pipe")
+        QCOMPARE(mkfifo(QFile::encodeName(changing).constData(), 0600), 0);
+    else if (change != u"deleted")
+        writeFile(changing, grown.left(change == u"shrunk" ? 5000 : grown.size()));
+
+    const QString iso = dir.filePath("out.iso");
+    rig.probe.events.clear();
+    if (target == u"iso") {
+        QCOMPARE(rig.engine.CreateISOFile(iso), fileError < 0);
+    } else {
+        QVERIFY(rig.engine.WriteDisc());
+        QVERIFY(rig.probe.waitForEnd());
+    }
+    if (fileError >= 0) {
+        // Found before the first block: the drive never started, the disc is still blank.
+        QCOMPARE(rig.probe.fileError, fileError);
+        QCOMPARE(rig.probe.failedFile, changing);
+        if (target == u"iso") {
+            QVERIFY(!QFile::exists(iso));
+        } else {
+            QCOMPARE(rig.probe.events,
+                     QStringList({"PreparingToWrite", "ReadingTrackFileError", "WriteError"}));
+            QCOMPARE(rig.probe.writeError, 1);
+            QCOMPARE(rig.engine.DiscStatus(), 0);
+        }
+        return;
+    }
+    // A file that grew is written whole, and the user is told.
+    QCOMPARE(notices.size(), 1);
+    QCOMPARE(notices.first().first().toString(), changing);
+    QVERIFY(notices.first().at(1).toString().contains("grew from 100000 to 400000 bytes"));
+    const QString image = target == u"iso" ? iso : rig.eject("iso");
+    readsBackEverywhere(image, 0, {{"a.bin", first}, {"z.bin", grown}});
+}
+
+void tst_Sources::pipeSwappedInWhileWriting() {
+    // The look before the write passes; the pipe takes the file's place while the drive is busy
+    // with the file before it. The job must not block on it, and cancel still ends it.
+    DataRig rig;
+    AudioRig::setting("EmulateSpeed", "1");
+    QTemporaryDir dir;
+    writeFile(dir.filePath("src/a.bin"), pseudoRandom(24 << 20, 4));
+    writeFile(dir.filePath("src/z.bin"), pseudoRandom(1000, 5));
+    rig.engine.AddISODirectory("\\", dir.filePath("src") + "/*.*");
+    rig.probe.events.clear();
+    QVERIFY(rig.engine.WriteDisc());
+    QTRY_VERIFY_WITH_TIMEOUT(rig.probe.events.contains("TrackWriteStatus"), 30000);
+    const QByteArray pipe = QFile::encodeName(dir.filePath("src/z.bin"));
+    QCOMPARE(unlink(pipe.constData()), 0);
+    QCOMPARE(mkfifo(pipe.constData(), 0600), 0);
+    QVERIFY(rig.probe.waitForEnd());
+    QCOMPARE(rig.probe.endingEvent(), QStringLiteral("WriteError"));
+    QCOMPARE(rig.probe.failedFile, dir.filePath("src/z.bin"));
+    QCOMPARE(rig.probe.count("WriteError"), 1);
+}
+
+void tst_Sources::namesAndLinks_data() {
+    QTest::addColumn<QList<QByteArray>>("source");
+    QTest::addColumn<QStringList>("disc");        // "path=contents"; "path/" a folder
+    QTest::addColumn<QStringList>("skipped");     // sources told of and left out
+    QTest::addColumn<QStringList>("isoinfoSees"); // when it differs from "disc"
+    QTest::newRow("a name that is not UTF-8 is read as Latin-1")
+        << QList<QByteArray>{"f caf\xE9.txt bytes", "f ok.txt fine"}
+        << QStringList{"café.txt=bytes", "ok.txt=fine"} << QStringList{} << QStringList{};
+    QTest::newRow("folders ten deep are relocated and read back in place")
+        << QList<QByteArray>{"f a/b/c/d/e/f/g/h/i/j/deep.txt bottom", "f top.txt top"}
+        << QStringList{"a/",
+                       "a/b/",
+                       "a/b/c/",
+                       "a/b/c/d/",
+                       "a/b/c/d/e/",
+                       "a/b/c/d/e/f/",
+                       "a/b/c/d/e/f/g/",
+                       "a/b/c/d/e/f/g/h/",
+                       "a/b/c/d/e/f/g/h/i/",
+                       "a/b/c/d/e/f/g/h/i/j/",
+                       "a/b/c/d/e/f/g/h/i/j/deep.txt=bottom",
+                       "top.txt=top"}
+        << QStringList{}
+        << QStringList{"a/",
+                       "a/b/",
+                       "a/b/c/",
+                       "a/b/c/d/",
+                       "a/b/c/d/e/",
+                       "a/b/c/d/e/f/",
+                       "a/b/c/d/e/f/g/",
+                       "a/b/c/d/e/f/g/h/",
+                       "rr_moved/",
+                       "rr_moved/h/",
+                       "rr_moved/h/i/",
+                       "rr_moved/h/i/j/",
+                       "rr_moved/h/i/j/deep.txt=bottom",
+                       "top.txt=top"};
+    QTest::newRow("links are recorded as links, never followed")
+        << QList<QByteArray>{"f sub/x.txt x", "l sub/up ..", "l tolink sub/x.txt", "l tofolder sub",
+                             "l outside /usr"}
+        << QStringList{"sub/",
+                       "sub/x.txt=x",
+                       "sub/up=-> ..",
+                       "tolink=-> sub/x.txt",
+                       "tofolder=-> sub",
+                       "outside=-> /usr"}
+        << QStringList{} << QStringList{};
+    QTest::newRow("a dangling link, a link loop and a pipe are left out")
+        << QList<QByteArray>{"f kept.txt k", "l gone nothing-here", "l loop loop", "p pipe"}
+        << QStringList{"kept.txt=k"} << QStringList{"gone", "loop", "pipe"} << QStringList{};
+}
+
+void tst_Sources::namesAndLinks() {
+    QFETCH(QList<QByteArray>, source);
+    QFETCH(QStringList, disc);
+    QFETCH(QStringList, skipped);
+    QFETCH(QStringList, isoinfoSees);
+    DataRig rig;
+    QSignalSpy notices(&rig.engine, &CDWriterPro::SourceFileNotice);
+    QTemporaryDir dir;
+    // Qt can't name a file whose name is not UTF-8, so it can't remove one either.
+    struct Remover {
+        QString path;
+        ~Remover() { QProcess::execute("rm", {"-rf", path}); }
+    } remover{dir.filePath("src")};
+    makeTree(dir.filePath("src"), source);
+    rig.engine.AddISODirectory("\\", dir.filePath("src") + "/*.*");
+    QStringList told;
+    for (const QList<QVariant> &n : notices)
+        told.append(QFileInfo(n.first().toString()).fileName());
+    told.sort();
+    QCOMPARE(told, skipped);
+    const DiscReadBack::Tree expected = treeOf(disc);
+    const QString iso = dir.filePath("out.iso");
+    QVERIFY(rig.engine.CreateISOFile(iso));
+    readsBackEverywhere(iso, 0, expected, treeOf(isoinfoSees));
+    // The size the ruler shows is the size written.
+    QCOMPARE(qint64(rig.engine.ISOImageBlocks()) * 2048, QFileInfo(iso).size());
+    QVERIFY(rig.write());
+    QCOMPARE(rig.probe.endingEvent(), QStringLiteral("WriteComplete"));
+    readsBackEverywhere(rig.eject("iso"), 0, expected, treeOf(isoinfoSees));
+    // The folder made for the relocation is no item of the image.
+    QSignalSpy listed(&rig.engine, &CDWriterPro::EnumISOItems);
+    rig.engine.ListISOItems("\\");
+    for (const QList<QVariant> &item : listed)
+        QVERIFY(item.at(2).toString() != u"rr_moved");
+}
+
+void tst_Sources::failCloseFailsTheWritesClosing() {
+    DataRig rig;
+    QTemporaryDir dir;
+    writeFile(dir.filePath("a.bin"), pseudoRandom(100000, 6));
+    rig.engine.AddISOFile("\\a.bin", dir.filePath("a.bin"));
+    AudioRig::setting("FailClose", "1042");
+    QVERIFY(rig.write());
+    QCOMPARE(rig.probe.events.mid(rig.probe.events.size() - 2),
+             QStringList({"ClosingSession", "WriteError"}));
+    QCOMPARE(rig.probe.driveError, 1042);
+    QCOMPARE(rig.engine.LastSessionStatus(), 1);
+    // Spent: the next closing works.
+    QCOMPARE(IniFile::read(ImageRecorder::settingsFile(), "Image Recorder", "FailClose", "unset"),
+             QString());
+    rig.probe.events.clear();
+    QVERIFY(rig.engine.FinishDisc(false));
+    QVERIFY(rig.probe.waitForEnd());
+    QCOMPARE(rig.probe.endingEvent(), QStringLiteral("WriteComplete"));
+    readsBackEverywhere(rig.eject("iso"), 0, {{"a.bin", pseudoRandom(100000, 6)}});
+}
+
+void tst_Sources::staleCachesGoAtStart() {
+    TestEnvironment env;
+    QProcess gone;
+    gone.start("true");
+    QVERIFY(gone.waitForStarted());
+    const qint64 pid = gone.processId();
+    QVERIFY(gone.waitForFinished());
+    const QDir cache(env.appFolder() + "/Cache");
+    QVERIFY(cache.mkpath("."));
+    const QString stale = QStringLiteral("image-%1-1.cache").arg(pid);
+    const QString live = QStringLiteral("audio-%1-2.cache").arg(QCoreApplication::applicationPid());
+    for (const QString &name : {stale, live, QStringLiteral("notes.txt")})
+        writeFile(cache.filePath(name), "x");
+    CDWriterPro engine;
+    QVERIFY(engine.InitializeDrives(false));
+    QCOMPARE(cache.entryList(QDir::Files), QStringList({live, "notes.txt"}));
+}
+
+QTEST_MAIN(tst_Sources)
+#include "tst_sources.moc"

@@ -1,0 +1,148 @@
+#include "DiscReadBack.h"
+
+#include <QDir>
+#include <QDirIterator>
+#include <QFile>
+#include <QProcess>
+#include <QTemporaryDir>
+
+#include <unistd.h>
+
+namespace {
+constexpr qint64 Block = 2048;
+
+struct Run {
+    QByteArray out;
+    QByteArray err;
+    bool ok = false;
+};
+
+Run run(const QString &program, const QStringList &args) {
+    QProcess p;
+    p.start(program, args);
+    Run r;
+    if (!p.waitForStarted() || !p.waitForFinished(120000)) {
+        r.err = program.toUtf8() + " did not run";
+        return r;
+    }
+    r.out = p.readAllStandardOutput();
+    r.err = p.readAllStandardError();
+    r.ok = p.exitStatus() == QProcess::NormalExit && p.exitCode() == 0;
+    return r;
+}
+
+DiscReadBack::Tree failed(const QByteArray &message) {
+    return {{QStringLiteral("<error>"), message.trimmed()}};
+}
+
+// What a tool extracted into a folder, as a tree.
+DiscReadBack::Tree collect(const QString &root) {
+    DiscReadBack::Tree tree;
+    QDirIterator it(root, QDir::AllEntries | QDir::NoDotAndDotDot | QDir::Hidden | QDir::System,
+                    QDirIterator::Subdirectories);
+    while (it.hasNext()) {
+        it.next();
+        const QFileInfo info = it.fileInfo();
+        const QString path = QDir(root).relativeFilePath(info.filePath());
+        if (info.isSymLink()) {
+            char target[4096] = {};
+            const ssize_t n = ::readlink(QFile::encodeName(info.filePath()).constData(), target,
+                                         sizeof target - 1);
+            tree[path] = "-> " + QByteArray(target, n > 0 ? int(n) : 0);
+        } else if (info.isDir()) {
+            tree[path] = "<dir>";
+            QFile::setPermissions(info.filePath(), QFile::permissions(info.filePath()) |
+                                                       QFile::WriteOwner | QFile::ExeOwner);
+        } else {
+            QFile f(info.filePath());
+            tree[path] = f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray("<unreadable>");
+        }
+    }
+    return tree;
+}
+
+// bsdtar knows no session offset: a copy whose head is the session's own volume descriptors
+// reads as that session, since its directory records hold absolute addresses.
+QString sessionAtHead(const QString &image, qint32 startBlock, const QTemporaryDir &work) {
+    if (startBlock == 0)
+        return image;
+    const QString copy = work.filePath(QStringLiteral("session.iso"));
+    QFile::copy(image, copy);
+    QFile in(image), out(copy);
+    if (!in.open(QIODevice::ReadOnly) || !out.open(QIODevice::ReadWrite) ||
+        !in.seek(startBlock * Block))
+        return QString();
+    out.setPermissions(out.permissions() | QFile::WriteOwner);
+    const QByteArray head = in.read(32 * Block);
+    out.seek(0);
+    out.write(head);
+    return copy;
+}
+
+DiscReadBack::Tree isoinfoTree(const QString &image, qint32 startBlock) {
+    const QStringList base{"-R", "-i", image, "-T", QString::number(startBlock)};
+    const Run listing = run("isoinfo", base + QStringList{"-l"});
+    if (!listing.ok)
+        return failed(listing.err);
+    DiscReadBack::Tree tree;
+    QString dir;
+    for (const QByteArray &raw : listing.out.split('\n')) {
+        const QString line = QString::fromUtf8(raw);
+        if (line.startsWith(u"Directory listing of /")) {
+            dir = line.mid(int(qstrlen("Directory listing of /"))).trimmed();
+            continue;
+        }
+        const int at = line.indexOf(u"]  ");
+        if (at < 0 || line.isEmpty())
+            continue;
+        QString entry = line.mid(at + 3).trimmed();
+        if (entry.isEmpty() || entry == u"." || entry == u"..")
+            continue;
+        const QChar type = line.at(0);
+        QByteArray value = "<dir>";
+        if (type == u'l') {
+            const int arrow = entry.indexOf(u" -> ");
+            value = "-> " + entry.mid(arrow + 4).toUtf8();
+            entry = entry.left(arrow);
+        }
+        const QString path = dir + entry;
+        if (type == u'-') {
+            const Run x = run("isoinfo", base + QStringList{"-x", u'/' + path});
+            value = x.ok ? x.out : QByteArray("<isoinfo -x failed>");
+        }
+        tree[path] = value;
+    }
+    return tree;
+}
+} // namespace
+
+DiscReadBack::Tree DiscReadBack::read(Tool tool, const QString &image, qint32 startBlock) {
+    if (tool == Tool::Isoinfo)
+        return isoinfoTree(image, startBlock);
+    QTemporaryDir work;
+    const QString out = work.filePath(QStringLiteral("out"));
+    QDir().mkpath(out);
+    Run r;
+    if (tool == Tool::Xorriso) {
+        r = run("xorriso", {"-abort_on", "FAILURE", "-osirrox", "on", "-indev", image, "-load",
+                            "sbsector", QString::number(startBlock), "-extract", "/", out});
+    } else {
+        const QString session = sessionAtHead(image, startBlock, work);
+        r = run("bsdtar", {"-x", "-f", session, "-C", out});
+    }
+    if (!r.ok)
+        return failed(r.err);
+    return collect(out);
+}
+
+QString DiscReadBack::name(Tool tool) {
+    switch (tool) {
+    case Tool::Xorriso:
+        return QStringLiteral("xorriso");
+    case Tool::Isoinfo:
+        return QStringLiteral("isoinfo");
+    case Tool::Bsdtar:
+        break;
+    }
+    return QStringLiteral("bsdtar");
+}
