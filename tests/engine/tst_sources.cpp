@@ -1,8 +1,9 @@
 // Source files as a careless user and an unlucky machine leave them between adding and writing,
 // names and links as they come from real disks, and what a write leaves behind. Every ISO file
 // and disc made here is read back alike by xorriso, isoinfo and bsdtar.
-#include "AudioRig.h"
 #include "DiscReadBack.h"
+#include "EngineRig.h"
+#include "Fixtures.h"
 
 #include "base/IniFile.h"
 #include "engine/writer/recorders/image/ImageRecorder.h"
@@ -17,7 +18,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-using namespace EngineFixtures;
+using namespace Fixtures;
 
 namespace {
 // Makes a source tree from lines "f PATH CONTENT", "l PATH TARGET", "p PATH" (a named pipe).
@@ -39,14 +40,6 @@ void makeTree(const QString &root, const QList<QByteArray> &lines) {
     }
 }
 
-// A data disc written to the Image Recorder: the rig set for data, with a blank CD-R.
-struct DataRig : AudioRig {
-    DataRig() {
-        engine.setTrackMode(1);
-        engine.setFinalizeDisc(false);
-        engine.ClearISOImage();
-    }
-};
 } // namespace
 
 class tst_Sources : public QObject {
@@ -85,7 +78,7 @@ void tst_Sources::changedAfterAdding() {
     QFETCH(QString, change);
     QFETCH(int, fileError);
     QFETCH(bool, cache);
-    DataRig rig;
+    EngineRig rig("CD-R 80", EngineRig::Data);
     rig.engine.setCacheImage(cache);
     QSignalSpy notices(&rig.engine, &CDWriterPro::SourceFileNotice);
     QTemporaryDir dir;
@@ -139,8 +132,8 @@ void tst_Sources::changedAfterAdding() {
 void tst_Sources::pipeSwappedInWhileWriting() {
     // The look before the write passes; the pipe takes the file's place while the drive is busy
     // with the file before it. The job must not block on it, and cancel still ends it.
-    DataRig rig;
-    AudioRig::setting("EmulateSpeed", "1");
+    EngineRig rig("CD-R 80", EngineRig::Data);
+    EngineRig::setting("EmulateSpeed", "1");
     QTemporaryDir dir;
     writeFile(dir.filePath("src/a.bin"), pseudoRandom(24 << 20, 4));
     writeFile(dir.filePath("src/z.bin"), pseudoRandom(1000, 5));
@@ -200,7 +193,7 @@ void tst_Sources::namesAndLinks() {
     QFETCH(QStringList, disc);
     QFETCH(QStringList, skipped);
     QFETCH(QStringList, isoinfoSees);
-    DataRig rig;
+    EngineRig rig("CD-R 80", EngineRig::Data);
     QSignalSpy notices(&rig.engine, &CDWriterPro::SourceFileNotice);
     QTemporaryDir dir;
     // Qt can't name a file whose name is not UTF-8, so it can't remove one either.
@@ -232,11 +225,11 @@ void tst_Sources::namesAndLinks() {
 }
 
 void tst_Sources::failCloseFailsTheWritesClosing() {
-    DataRig rig;
+    EngineRig rig("CD-R 80", EngineRig::Data);
     QTemporaryDir dir;
     writeFile(dir.filePath("a.bin"), pseudoRandom(100000, 6));
     rig.engine.AddISOFile("\\a.bin", dir.filePath("a.bin"));
-    AudioRig::setting("FailClose", "1042");
+    EngineRig::setting("FailClose", "1042");
     QVERIFY(rig.write());
     QCOMPARE(rig.probe.events.mid(rig.probe.events.size() - 2),
              QStringList({"ClosingSession", "WriteError"}));

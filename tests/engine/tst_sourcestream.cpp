@@ -1,28 +1,19 @@
 // Source files are read in pieces larger than libisofs's blocks: contents read back by isoinfo
 // must be whole at every size around a piece's end. Files that change after adding: tst_sources.
-#include "EngineProbe.h"
+#include "EngineRig.h"
+#include "Fixtures.h"
+#include "ReadBack.h"
 #include "TestEnvironment.h"
 
 #include <QFile>
 #include <QTemporaryDir>
 #include <QTest>
 
-using namespace EngineFixtures;
+using namespace Fixtures;
 
 namespace {
 constexpr int Piece = 256 * 1024;
 
-struct Engine {
-    TestEnvironment env;
-    CDWriterPro engine;
-    EngineProbe probe{&engine};
-};
-
-QByteArray extractWithIsoinfo(const QString &iso, const QString &isoPath) {
-    int status = -1;
-    const QByteArray bytes = EngineProbe::run("isoinfo", {"-R", "-i", iso, "-x", isoPath}, &status);
-    return status == 0 ? bytes : QByteArray("<isoinfo failed>");
-}
 } // namespace
 
 class tst_SourceStream : public QObject {
@@ -39,7 +30,7 @@ private slots:
 
     void contentsAtPieceBoundaries() {
         QFETCH(int, size);
-        Engine e;
+        EngineRig e(EngineRig::NoDrive);
         QTemporaryDir dir;
         const QByteArray bytes = pseudoRandom(size, size);
         writeFile(dir.filePath("src/data.bin"), bytes);
@@ -48,8 +39,8 @@ private slots:
         e.engine.AddISOFile("\\after.bin", dir.filePath("src/after.bin"));
         const QString iso = dir.filePath("out.iso");
         QVERIFY(e.engine.CreateISOFile(iso));
-        QCOMPARE(extractWithIsoinfo(iso, "/data.bin"), bytes);
-        QCOMPARE(extractWithIsoinfo(iso, "/after.bin"), pseudoRandom(5000, 7));
+        QCOMPARE(ReadBack::isoinfoFile(iso, "/data.bin"), bytes);
+        QCOMPARE(ReadBack::isoinfoFile(iso, "/after.bin"), pseudoRandom(5000, 7));
     }
 };
 

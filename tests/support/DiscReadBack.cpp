@@ -1,9 +1,10 @@
 #include "DiscReadBack.h"
 
+#include "ReadBack.h"
+
 #include <QDir>
 #include <QDirIterator>
 #include <QFile>
-#include <QProcess>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -12,21 +13,16 @@
 namespace {
 struct Run {
     QByteArray out;
-    QByteArray err;
     bool ok = false;
 };
 
 Run run(const QString &program, const QStringList &args) {
-    QProcess p;
-    p.start(program, args);
+    int status = -1;
     Run r;
-    if (!p.waitForStarted() || !p.waitForFinished(120000)) {
-        r.err = program.toUtf8() + " did not run";
-        return r;
-    }
-    r.out = p.readAllStandardOutput();
-    r.err = p.readAllStandardError();
-    r.ok = p.exitStatus() == QProcess::NormalExit && p.exitCode() == 0;
+    r.out = ReadBack::run(program, args, &status);
+    r.ok = status == 0;
+    if (!r.ok)
+        r.out = program.toUtf8() + " failed with status " + QByteArray::number(status);
     return r;
 }
 
@@ -64,7 +60,7 @@ DiscReadBack::Tree isoinfoTree(const QString &image, qint32 startBlock) {
     const QStringList base{"-R", "-i", image, "-T", QString::number(startBlock)};
     const Run listing = run("isoinfo", base + QStringList{"-l"});
     if (!listing.ok)
-        return failed(listing.err);
+        return failed(listing.out);
     DiscReadBack::Tree tree;
     QString dir;
     for (const QByteArray &raw : listing.out.split('\n')) {
@@ -113,7 +109,7 @@ DiscReadBack::Tree DiscReadBack::read(Tool tool, const QString &image, qint32 st
         r = run("bsdtar", {"-x", "-f", image, "-C", out});
     }
     if (!r.ok)
-        return failed(r.err);
+        return failed(r.out);
     return collect(out);
 }
 
