@@ -12,7 +12,11 @@
 
 CDWriterProPrivate::CDWriterProPrivate(CDWriterPro *owner)
     : q(owner)
-    , tree(std::make_unique<IsoImageTree>()) {}
+    , tree(std::make_unique<IsoImageTree>()) {
+    tree->setNoticeSink([this](const QString &source, const QString &notice) {
+        emit q->SourceFileNotice(source, notice);
+    });
+}
 
 CDWriterProPrivate::~CDWriterProPrivate() {
     // A job still running is stopped and waited for: a worker is never left behind.
@@ -91,8 +95,11 @@ void CDWriterPro::SetLogging(bool enable, const QString &path) {
 // --- Drives and media -----------------------------------------------------------------------
 
 bool CDWriterPro::InitializeDrives(bool) {
-    if (d->drives.empty())
+    if (d->drives.empty()) {
+        // Once per run: what a crashed write left in the cache goes.
+        EngineJob::removeStaleCaches(App::pathOf(QStringLiteral("/Cache")));
         d->drives = DriveScanner::scan();
+    }
     return !d->drives.empty();
 }
 
@@ -459,6 +466,14 @@ bool CDWriterPro::FinishDisc(bool closeDisc) {
 
 // --- Jobs -----------------------------------------------------------------------------------
 
+bool CDWriterProPrivate::checkSources(EngineJob::Setup &setup) {
+    IsoImageTree::SourceCheck check = tree->checkSources();
+    setup.sourceError = check.fileError;
+    setup.sourceErrorPath = check.failedPath;
+    setup.sourceNotices = std::move(check.notices);
+    return check.fileError < 0;
+}
+
 bool CDWriterProPrivate::startJob(EngineJob::Setup setup, const ImageMaker &makeImage) {
     setup.plan.testWrite = testWrite;
     setup.plan.closeSession = closeSession;
@@ -528,6 +543,8 @@ bool CDWriterPro::WriteDisc() {
     setup.kind = EngineJob::Kind::WriteImage;
     setup.recorder = r;
     setup.plan.startAddress = options.startBlock;
+    if (!d->checkSources(setup))
+        return d->startJob(std::move(setup), {});
     return d->startJob(std::move(setup), [&] { return d->tree->makeStream(options, nullptr); });
 }
 
@@ -561,6 +578,7 @@ bool CDWriterPro::CreateISOFile(const QString &path) {
     setup.kind = EngineJob::Kind::CreateIsoFile;
     setup.isoFile = path;
     setup.logPath = d->logging ? d->logPath : QString();
+    const bool sourcesGood = d->checkSources(setup);
     bool ok = false;
     QEventLoop loop;
     auto job = std::make_unique<EngineJob>(this, std::move(setup), [&](const JobOutcome &o) {
@@ -569,10 +587,12 @@ bool CDWriterPro::CreateISOFile(const QString &path) {
         ok = o.kind == JobOutcome::Completed;
         loop.quit();
     });
-    IsoLibrary::BurnSourcePtr image = d->tree->makeStream(options, nullptr);
-    if (!image)
-        return false;
-    job->setImage(std::move(image));
+    if (sourcesGood) {
+        IsoLibrary::BurnSourcePtr image = d->tree->makeStream(options, nullptr);
+        if (!image)
+            return false;
+        job->setImage(std::move(image));
+    }
     d->job = std::move(job);
     d->job->start();
     // The window stays alive meanwhile; CachingStatus arrives through this loop.

@@ -207,6 +207,9 @@ signals:
                     const QString &sSenseInfo);
     void EraseDiscStart();
     void EraseDiscComplete();
+    // A source file left out of the image (a link that leads nowhere, a named pipe) or taken
+    // differently from when it was added (it grew): its path and a sentence to show the user.
+    void SourceFileNotice(const QString &sSourceFilePath, const QString &sNotice);
     // The engine moved a tray: CDNotify looks at once instead of at its next poll.
     void trayMoved();
 

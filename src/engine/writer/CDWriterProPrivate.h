@@ -24,6 +24,9 @@ public:
     IsoImageTree::ReplaceQuestion replaceQuestion();
     // Fires PreparingToWrite and starts the job with the write settings; its end fires the
     // one ending event.
+    // Looks at every source file of the image before anything is laid out; false when one
+    // fails the write (the job then ends with that failure before its first block).
+    bool checkSources(EngineJob::Setup &setup);
     using ImageMaker = std::function<IsoLibrary::BurnSourcePtr()>;
     bool startJob(EngineJob::Setup setup, const ImageMaker &makeImage);
 

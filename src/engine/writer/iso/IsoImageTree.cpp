@@ -8,12 +8,16 @@
 #include <QDateTime>
 #include <QFile>
 #include <QSet>
+#include <QStringDecoder>
 
 #include <algorithm>
 #include <atomic>
+#include <cerrno>
+#include <climits>
 #include <dirent.h>
 #include <optional>
 #include <sys/stat.h>
+#include <unistd.h>
 #include <vector>
 
 namespace {
@@ -47,6 +51,15 @@ bool validName(const QString &name) {
     const QByteArray utf8 = name.toUtf8();
     return !utf8.isEmpty() && utf8.size() <= 255 && !utf8.contains('/') && !name.contains(u'\\') &&
            utf8 != "." && utf8 != "..";
+}
+
+// The name a file system entry gets on the disc. Names that are not UTF-8 come mostly from old
+// archives and FAT sticks written in a Western code page: read as Latin-1, every byte becomes
+// one character, so "caf\xE9" is recorded as "café" and two such names never merge.
+QString diskName(const QByteArray &bytes) {
+    QStringDecoder utf8(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless);
+    const QString name = utf8(bytes);
+    return utf8.hasError() ? QString::fromLatin1(bytes) : name;
 }
 
 VbDate dateOf(time_t t) {
@@ -114,18 +127,31 @@ struct IsoImageTree::Walk {
             IsoNode *node = nullptr;
             std::optional<Item> item;
             QByteArray source;
+            QString name;
             QPair<dev_t, ino_t> id;
         };
         std::vector<Entry> entries(names.size());
         for (size_t i = names.size(); i-- > 0;) {
             Entry &entry = entries[i];
             entry.source = sourceDir + '/' + names[i];
+            entry.name = diskName(names[i]);
             struct stat st {};
-            if (stat(entry.source.constData(), &st) != 0)
-                continue; // vanished, or a dangling or looping link
-            const QString name = QFile::decodeName(names[i]);
+            if (lstat(entry.source.constData(), &st) != 0)
+                continue; // vanished since the folder was read
+            const QString &name = entry.name;
             const ItemSink keep = [&entry](const Item &item) { entry.item = item; };
-            if (S_ISREG(st.st_mode)) {
+            if (S_ISLNK(st.st_mode)) {
+                // A link is recorded as a link: following it would copy what it points at
+                // (a whole system through a few links), or loop.
+                struct stat target {};
+                if (stat(entry.source.constData(), &target) != 0) {
+                    tree.skipped(entry.source, errno == ELOOP
+                                                   ? QStringLiteral("a symbolic link that loops")
+                                                   : QStringLiteral("a symbolic link to nothing"));
+                    continue;
+                }
+                tree.linkNode(dir, destPath, name, entry.source, st, useModifiedDate, keep);
+            } else if (S_ISREG(st.st_mode)) {
                 tree.addFileNode(dir, destPath, name, entry.source, st, useModifiedDate, keep,
                                  replace);
             } else if (S_ISDIR(st.st_mode)) {
@@ -134,8 +160,12 @@ struct IsoImageTree::Walk {
                     continue; // a link back to a directory above
                 entry.node = reinterpret_cast<IsoNode *>(
                     tree.dirNode(dir, destPath, name, entry.source, st, useModifiedDate, keep));
+            } else {
+                // FIFOs, devices and sockets have no contents to record.
+                tree.skipped(entry.source, S_ISFIFO(st.st_mode)
+                                               ? QStringLiteral("a named pipe")
+                                               : QStringLiteral("a device or socket"));
             }
-            // FIFOs, devices and sockets have no contents to record.
         }
         // The events in name order, each folder's contents right after the folder.
         for (Entry &entry : entries) {
@@ -144,10 +174,8 @@ struct IsoImageTree::Walk {
             if (!entry.node)
                 continue;
             onPath.insert(entry.id);
-            addChildren(
-                reinterpret_cast<IsoDir *>(entry.node),
-                joinDest(destPath, QFile::decodeName(entry.source.mid(sourceDir.size() + 1))),
-                entry.source);
+            addChildren(reinterpret_cast<IsoDir *>(entry.node), joinDest(destPath, entry.name),
+                        entry.source);
             onPath.remove(entry.id);
         }
     }
@@ -242,7 +270,7 @@ IsoImageTree::Item IsoImageTree::itemOf(IsoNode *node) const {
     item.parentPath = u'\\' + names.join(u'\\');
     item.isDirectory = iso_node_get_type(node) == LIBISO_DIR;
     item.date = dateOf(iso_node_get_mtime(node));
-    if (item.isDirectory) {
+    if (item.isDirectory || iso_node_get_type(node) == LIBISO_SYMLINK) {
         void *data = nullptr;
         if (iso_node_get_xinfo(node, sourceXinfo, &data) == 1 && data)
             item.sourcePath = *static_cast<QString *>(data);
@@ -303,7 +331,7 @@ bool IsoImageTree::addFileNode(IsoDir *parent, const QString &parentPath, const 
         iso_node_remove(existing);
         --m_files;
     }
-    IsoStream *stream = SourceFileStream::create(sourcePath, qint64(st.st_size));
+    IsoStream *stream = SourceFileStream::create(source, qint64(st.st_size));
     if (!stream)
         return false;
     IsoFile *file = nullptr;
@@ -440,7 +468,7 @@ void IsoImageTree::list(const QString &destPath, const ItemSink &sink) const {
         return;
     for (IsoNode *child : childrenOf(reinterpret_cast<IsoDir *>(node))) {
         const auto type = iso_node_get_type(child);
-        if (type == LIBISO_DIR || type == LIBISO_FILE)
+        if (type == LIBISO_DIR || type == LIBISO_FILE || type == LIBISO_SYMLINK)
             sink(itemOf(child));
     }
 }
@@ -568,12 +596,26 @@ IsoLibrary::BurnSourcePtr IsoImageTree::layoutStream(const StreamOptions &option
     iso_write_opts_set_joliet(raw, options.joliet ? 1 : 0);
     iso_write_opts_set_appendable(raw, m_imported ? 1 : 0);
     iso_write_opts_set_ms_block(raw, uint32_t(std::max(0, options.startBlock)));
+    // Folders below the eighth level are moved into one folder, as other makers do; readers
+    // such as libarchive reject a disc whose moved folders lie loose in the root. Marked, the
+    // folder is hidden from Rock Ridge readers, who see every folder back in its place.
+    static char relocation[] = "rr_moved";
+    iso_write_opts_set_rr_reloc(raw, relocation, 1);
     if (options.sizeOnly)
         iso_write_opts_set_will_cancel(raw, 1);
     else
         iso_write_opts_set_fifo_size(raw, FifoBlocks);
     ::burn_source *src = nullptr;
+    IsoDir *root = iso_image_get_root(m_image.get());
+    IsoNode *ownFolder = nullptr;
+    const bool userHasOne = iso_dir_get_node(root, relocation, &ownFolder) == 1;
     const int r = iso_image_create_burn_source(m_image.get(), raw, &src);
+    // libisofs leaves the folder it made in the image tree: it would show in the window's list,
+    // and the next layout would find it there and no longer hide it. The stream being made
+    // keeps its own reference.
+    if (IsoNode *made = nullptr;
+        !userHasOne && iso_dir_get_node(root, relocation, &made) == 1 && made)
+        iso_node_remove(made);
     if (r < 0 || !src) {
         if (error)
             *error = QStringLiteral("The image could not be laid out (libisofs error %1: %2)")
@@ -582,6 +624,92 @@ IsoLibrary::BurnSourcePtr IsoImageTree::layoutStream(const StreamOptions &option
         return nullptr;
     }
     return IsoLibrary::BurnSourcePtr(reinterpret_cast<BurnSource *>(src));
+}
+
+void IsoImageTree::skipped(const QByteArray &source, const QString &what) {
+    if (m_notice)
+        m_notice(QFile::decodeName(source), QStringLiteral("%1 is %2: it is left out of the image.")
+                                                .arg(QFile::decodeName(source), what));
+}
+
+bool IsoImageTree::linkNode(IsoDir *parent, const QString &parentPath, const QString &name,
+                            const QByteArray &source, const struct stat &st, bool useModifiedDate,
+                            const ItemSink &added) {
+    if (!validName(name))
+        return false;
+    std::vector<char> target(size_t(st.st_size > 0 ? st.st_size : PATH_MAX) + 1);
+    const ssize_t n = readlink(source.constData(), target.data(), target.size() - 1);
+    if (n <= 0)
+        return false;
+    target[size_t(n)] = '\0';
+    IsoSymlink *link = nullptr;
+    const QByteArray utf8 = name.toUtf8();
+    IsoNode *existing = nullptr;
+    if (iso_dir_get_node(parent, utf8.constData(), &existing) == 1)
+        return false; // an item of that name came first
+    if (iso_image_add_new_symlink(m_image.get(), parent, utf8.constData(), target.data(), &link) <
+            0 ||
+        !link)
+        return false;
+    auto *node = reinterpret_cast<IsoNode *>(link);
+    setAttributes(node, st, false, useModifiedDate);
+    iso_node_set_permissions(node, 0777);
+    iso_node_add_xinfo(node, sourceXinfo, new QString(QFile::decodeName(source)));
+    ++m_files;
+    changed();
+    if (added)
+        added(Item{parentPath, joinDest(parentPath, name), name, QFile::decodeName(source), false,
+                   dateOf(iso_node_get_mtime(node)), 0});
+    return true;
+}
+
+IsoImageTree::SourceCheck IsoImageTree::checkSources() {
+    m_sizer.settle();
+    SourceCheck check;
+    std::function<bool(IsoDir *)> walk = [&](IsoDir *dir) {
+        for (IsoNode *child : childrenOf(dir)) {
+            if (iso_node_get_type(child) == LIBISO_DIR) {
+                if (!walk(reinterpret_cast<IsoDir *>(child)))
+                    return false;
+                continue;
+            }
+            if (iso_node_get_type(child) != LIBISO_FILE)
+                continue;
+            IsoFile *file = reinterpret_cast<IsoFile *>(child);
+            IsoStream *stream = iso_file_get_stream(file);
+            if (!SourceFileStream::isSourceStream(stream))
+                continue; // imported: its blocks are on the disc
+            const QString path = SourceFileStream::sourcePath(stream);
+            const qint64 added = qint64(iso_file_get_size(file));
+            qint64 now = 0;
+            switch (SourceFileStream::inspect(stream, &now)) {
+            case SourceFileStream::SourceState::Same:
+                break;
+            case SourceFileStream::SourceState::Grew:
+                SourceFileStream::resize(stream, now);
+                changed();
+                check.notices.append(
+                    {path, QStringLiteral("%1 grew from %2 to %3 bytes since it was added: it "
+                                          "is written whole, at its new size.")
+                               .arg(path)
+                               .arg(added)
+                               .arg(now)});
+                break;
+            case SourceFileStream::SourceState::Shrunk:
+                check.fileError = 2;
+                check.failedPath = path;
+                return false;
+            case SourceFileStream::SourceState::Missing:
+            case SourceFileStream::SourceState::NotRegular:
+                check.fileError = 0;
+                check.failedPath = path;
+                return false;
+            }
+        }
+        return true;
+    };
+    walk(iso_image_get_root(m_image.get()));
+    return check;
 }
 
 qint64 IsoImageTree::imageBlocks(const StreamOptions &options, bool imageHeld) {

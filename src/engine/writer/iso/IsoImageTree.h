@@ -5,6 +5,8 @@
 
 #include "base/VbDate.h"
 
+#include <QList>
+#include <QPair>
 #include <QString>
 
 #include <functional>
@@ -46,6 +48,15 @@ public:
     };
 
     using ItemSink = std::function<void(const Item &)>;
+    // Told of a source that is left out or taken differently: its path and a sentence.
+    using NoticeSink = std::function<void(const QString &source, const QString &notice)>;
+    // What a look at every source file before a write found. Files that grew are laid out at
+    // their new size and told of; the first missing, replaced or shrunk one fails the write.
+    struct SourceCheck {
+        qint32 fileError = -1; // 0 opening, 2 reading; -1 all good
+        QString failedPath;
+        QList<QPair<QString, QString>> notices; // source, sentence
+    };
     // Asked when a path being added holds an imported file: true replaces it.
     using ReplaceQuestion =
         std::function<bool(const QString &destPath, const QString &source, const QString &name)>;
@@ -64,6 +75,8 @@ public:
     bool rename(const QString &destPath, const QString &newName, bool directory,
                 QString *newDestPath);
     void list(const QString &destPath, const ItemSink &sink) const;
+    void setNoticeSink(NoticeSink sink) { m_notice = std::move(sink); }
+    SourceCheck checkSources();
 
     // Reads the session that starts at `startBlock` of the recorder's medium into the tree.
     // Items already added stay; the identifiers become the disc's.
@@ -99,6 +112,10 @@ private:
     IsoDir *dirNode(IsoDir *parent, const QString &parentPath, const QString &name,
                     const QByteArray &source, const struct stat &st, bool useModifiedDate,
                     const ItemSink &added);
+    bool linkNode(IsoDir *parent, const QString &parentPath, const QString &name,
+                  const QByteArray &source, const struct stat &st, bool useModifiedDate,
+                  const ItemSink &added);
+    void skipped(const QByteArray &source, const QString &what);
     void mergeInto(IsoDir *target, const QString &targetPath, IsoDir *from,
                    const ReplaceQuestion &replace);
     IsoNode *find(const QString &destPath) const;
@@ -110,6 +127,7 @@ private:
     void applyIdentifiers();
 
     IsoLibrary::ImagePtr m_image;
+    NoticeSink m_notice;
     QString m_ids[IdentifierCount];
     qint32 m_files = 0;
     qint32 m_directories = 0;

@@ -469,6 +469,17 @@ JobOutcome ImageRecorder::writeTracks(const WritePlan &plan, Loaded &loaded, Job
         monitor.closingSession();
         if (emulate)
             takeTime(*kind, ImageMedium::FirstSessionGap, monitor);
+        if (faults.closeErrorCode && !plan.testWrite) {
+            // The blocks are on the disc; only its table of contents is missing.
+            faults.consume(ImageFaults::CloseKey);
+            data.flush();
+            leaveIncomplete();
+            return JobOutcome::driveFailure(faults.closeErrorCode,
+                                            plan.finalize
+                                                ? QStringLiteral("Closing the disc failed")
+                                                : QStringLiteral("Closing the session failed"),
+                                            QStringLiteral("5/72/00 SESSION FIXATION ERROR"));
+        }
     }
     if (plan.finalize)
         monitor.closingDisc();
