@@ -1,0 +1,63 @@
+#include "OutsideTools.h"
+
+#include <QProcess>
+#include <QRegularExpression>
+
+#include <limits>
+
+namespace OutsideTools {
+
+QByteArray run(const QString &program, const QStringList &arguments, int *exitCode) {
+    QProcess process;
+    process.start(program, arguments);
+    if (!process.waitForStarted()) {
+        if (exitCode)
+            *exitCode = -1;
+        return {};
+    }
+    process.closeWriteChannel();
+    process.waitForFinished(-1);
+    if (exitCode)
+        *exitCode = process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1;
+    return process.readAllStandardOutput();
+}
+
+bool soxMake(const QString &path, const QStringList &format, const QStringList &effects) {
+    int code = 0;
+    run(QStringLiteral("sox"), QStringList{QStringLiteral("-n"), QStringLiteral("-D")} + format + QStringList{path} +
+                                   effects,
+        &code);
+    return code == 0;
+}
+
+double soxStat(const QString &path, const QString &name) {
+    QProcess process;
+    process.start(QStringLiteral("sox"), {path, QStringLiteral("-n"), QStringLiteral("stats")});
+    process.waitForFinished(-1);
+    const QString text = QString::fromUtf8(process.readAllStandardError());
+    const QRegularExpression line(QStringLiteral("^%1\\s+(\\S+)")
+                                      .arg(QRegularExpression::escape(name)),
+                                  QRegularExpression::MultilineOption);
+    const QRegularExpressionMatch match = line.match(text);
+    bool ok = false;
+    const double value = match.hasMatch() ? match.captured(1).toDouble(&ok) : 0;
+    return ok ? value : std::numeric_limits<double>::quiet_NaN();
+}
+
+QString soxi(const QString &path, char letter) {
+    return QString::fromUtf8(
+               run(QStringLiteral("soxi"), {QStringLiteral("-") + QChar::fromLatin1(letter), path}))
+        .trimmed();
+}
+
+QString ffprobeStream(const QString &path, const QString &entry) {
+    return QString::fromUtf8(run(QStringLiteral("ffprobe"),
+                                 {QStringLiteral("-v"), QStringLiteral("error"),
+                                  QStringLiteral("-select_streams"), QStringLiteral("a:0"),
+                                  QStringLiteral("-show_entries"),
+                                  QStringLiteral("stream=") + entry, QStringLiteral("-of"),
+                                  QStringLiteral("default=nw=1:nk=1"), path}))
+        .trimmed();
+}
+
+} // namespace OutsideTools
