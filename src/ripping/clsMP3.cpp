@@ -67,14 +67,14 @@ void clsMP3::MP3Encode(QWidget *frm, qint32 &result) {
     if (result == ResultDone && m_process) {
         if (m_process->exitStatus() != QProcess::NormalExit || m_process->exitCode() != 0) {
             result = ResultFailed;
-            m_failure = m_process->exitStatus() == QProcess::NormalExit
-                            ? QStringLiteral("lame ended with exit code %1.")
-                                  .arg(m_process->exitCode())
-                            : QStringLiteral("lame stopped before it was done.");
+            m_failure =
+                m_process->exitStatus() == QProcess::NormalExit
+                    ? QStringLiteral("lame ended with exit code %1.").arg(m_process->exitCode())
+                    : QStringLiteral("lame stopped before it was done.");
             removePartialOutput();
         }
-        log(QStringLiteral("-- %1\n").arg(result == ResultDone ? QStringLiteral("done")
-                                                               : m_failure)
+        log(QStringLiteral("-- %1\n")
+                .arg(result == ResultDone ? QStringLiteral("done") : m_failure)
                 .toUtf8());
     }
     KeepFormOnTop(frm, false);

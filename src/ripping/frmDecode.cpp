@@ -38,8 +38,8 @@ constexpr qint32 Encode = 1;
 constexpr qint32 Decode = 2;
 
 // What the bit rate label shows for each slider position, from 1.
-constexpr int PositionRates[] = {8,   16,  24,  32,  40,  48,  56,  64,  80,
-                                 96,  112, 128, 144, 160, 192, 224, 256, 320};
+constexpr int PositionRates[] = {8,  16,  24,  32,  40,  48,  56,  64,  80,
+                                 96, 112, 128, 144, 160, 192, 224, 256, 320};
 
 QString rateLabel(int position) {
     const int rate = position >= 1 && position <= 18 ? PositionRates[position - 1] : 0;
@@ -100,7 +100,8 @@ void frmDecode::trapped(QObject *sender, const char *procedure, void (frmDecode:
         connect(button, &QPushButton::clicked, this, call);
 }
 
-frmDecode::frmDecode(QWidget *parent) : QWidget(parent) {
+frmDecode::frmDecode(QWidget *parent)
+    : QWidget(parent) {
     setObjectName(QStringLiteral("frmDecode"));
     setAttribute(Qt::WA_DeleteOnClose);
     setWindowTitle(QStringLiteral("MP3 Encoder/Decoder"));
@@ -146,14 +147,12 @@ frmDecode::frmDecode(QWidget *parent) : QWidget(parent) {
     trapped(cmdDecode, "cmdDecode_Click", &frmDecode::cmdDecode_Click);
     trapped(cmdClose, "cmdClose_Click", &frmDecode::cmdClose_Click);
 
-    connect(tbsDecoder, &QTabBar::currentChanged, this, [this] {
-        ErrorTrap::run("tbsDecoder_Click", Module, [this] { tbsDecoder_Click(); });
-    });
+    connect(tbsDecoder, &QTabBar::currentChanged, this,
+            [this] { ErrorTrap::run("tbsDecoder_Click", Module, [this] { tbsDecoder_Click(); }); });
     auto *nextTab = new QShortcut(QKeySequence(Qt::CTRL | Qt::Key_Tab), this);
     nextTab->setContext(Qt::WidgetWithChildrenShortcut);
-    connect(nextTab, &QShortcut::activated, this, [this] {
-        ErrorTrap::run("Form_KeyDown", Module, [this] { Form_KeyDown(9, 2); });
-    });
+    connect(nextTab, &QShortcut::activated, this,
+            [this] { ErrorTrap::run("Form_KeyDown", Module, [this] { Form_KeyDown(9, 2); }); });
     tbsDecoder_Click();
 }
 
@@ -187,8 +186,8 @@ void frmDecode::buildGeneral() {
         form->addRow(QString::fromLatin1(caption), box);
         trapped(box, name, &frmDecode::control_Change);
     };
-    combo(cboMode, "cboMode", "&Mode:",
-          {"Stereo", "Joint Stereo", "Forced Joint Stereo", "Mono", "Default"});
+    combo(cboMode, "cboMode",
+          "&Mode:", {"Stereo", "Joint Stereo", "Forced Joint Stereo", "Mono", "Default"});
     combo(cboOptimize, "cboOptimize", "&Optimization:", {"None", "Speed", "Quality"});
     combo(cboOutputFreq, "cboOutputFreq", "Output &Frequency:",
           {"Default", "16 kHz", "22.05 kHz", "24 kHz", "32 kHz", "44.1 kHz", "48 kHz"});
@@ -377,9 +376,9 @@ void frmDecode::InitializeOptions() {
 void frmDecode::applyEnabling() {
     const bool vbr = chkEnableVBR->isChecked();
     const bool abr = chkUseABR->isChecked();
-    for (QWidget *w : std::initializer_list<QWidget *>{
-             Frame11, Label3, sldBitrate[1], Label4, Frame12, chkDisableVBRTag,
-             chkEnforceMinBitrate, chkUseABR})
+    for (QWidget *w :
+         std::initializer_list<QWidget *>{Frame11, Label3, sldBitrate[1], Label4, Frame12,
+                                          chkDisableVBRTag, chkEnforceMinBitrate, chkUseABR})
         w->setEnabled(vbr);
     txtQuality->setEnabled(vbr && !abr);
     UpDown1->setEnabled(vbr && !abr);
@@ -473,7 +472,8 @@ void frmDecode::GetFileNames() {
     const bool encoding = m_mp3->EncodeDecode() == Encode;
     FileBoxService::Request request;
     request.mode = FileBoxService::Mode::Open;
-    request.title = encoding ? QStringLiteral("Open a WAV File") : QStringLiteral("Open a MP3 File");
+    request.title =
+        encoding ? QStringLiteral("Open a WAV File") : QStringLiteral("Open a MP3 File");
     request.filter = encoding ? QStringLiteral("WAV Files(*.wav)|*.wav")
                               : QStringLiteral("MP3 Files(*.mp3)|*.mp3");
     request.initialDirectory = App::pathOf(QStringLiteral("/Audio"));
@@ -506,17 +506,18 @@ void frmDecode::run(qint32 direction) {
         return;
     mp3->setEncodeDecode(direction);
     BuildMP3String();
-    mp3->setMP3Switches((direction == Encode ? QStringLiteral("-S ")
-                                             : QStringLiteral("--decode -S ")) +
-                        strCommands);
+    mp3->setMP3Switches(
+        (direction == Encode ? QStringLiteral("-S ") : QStringLiteral("--decode -S ")) +
+        strCommands);
     blnCancelFlag = false;
     GetFileNames();
     if (blnCancelFlag) {
         MsgBox(QStringLiteral("User Canceled File Selection!"), vbInformation);
         return;
     }
-    lblStatus->setText(direction == Encode ? QStringLiteral(" Please Wait Encoding WAV File To MP3...")
-                                           : QStringLiteral(" Please Wait Decoding MP3 File To WAV..."));
+    lblStatus->setText(direction == Encode
+                           ? QStringLiteral(" Please Wait Encoding WAV File To MP3...")
+                           : QStringLiteral(" Please Wait Decoding MP3 File To WAV..."));
     // One lame at a time: a second click would start a run inside this one.
     cmdEncode->setEnabled(false);
     cmdDecode->setEnabled(false);

@@ -32,7 +32,8 @@ constexpr int FileAccessError = 75;
 
 } // namespace
 
-frmNormalize::frmNormalize(QWidget *parent) : QWidget(parent) {
+frmNormalize::frmNormalize(QWidget *parent)
+    : QWidget(parent) {
     setObjectName(QStringLiteral("frmNormalize"));
     setAttribute(Qt::WA_DeleteOnClose);
     setWindowTitle(QStringLiteral("Normalize Wave File"));
@@ -63,11 +64,14 @@ frmNormalize::frmNormalize(QWidget *parent) : QWidget(parent) {
     Slider1->setTickInterval(25);
     Slider1->setPageStep(5);
     level->addWidget(Slider1, 0, 0, 1, 5);
+    // Equal stretches between the marks keep each one under its tick of the slider.
+    auto *marks = new QHBoxLayout;
     for (int i = 0; i <= 4; ++i) {
-        auto *mark = new QLabel(QString::number(i * 25), this);
-        mark->setAlignment(i == 0 ? Qt::AlignLeft : i == 4 ? Qt::AlignRight : Qt::AlignHCenter);
-        level->addWidget(mark, 1, i);
+        if (i > 0)
+            marks->addStretch();
+        marks->addWidget(new QLabel(QString::number(i * 25), this));
     }
+    level->addLayout(marks, 1, 0, 1, 5);
     auto *caption = new QLabel(QStringLiteral("% Normalization"), this);
     caption->setAlignment(Qt::AlignHCenter);
     level->addWidget(caption, 2, 0, 1, 5);

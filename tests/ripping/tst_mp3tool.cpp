@@ -34,9 +34,8 @@ fi
 exit 0
 )";
 
-const QByteArray DefaultRecord =
-    "128,4,0,0,0,0,0,0,128,4,0,0,0,128,0,0,0,0,0,0,0,\"" + QByteArray(128, ' ') +
-    "\",0,0,0,0,0,0,0,0,0,0\r\n";
+const QByteArray DefaultRecord = "128,4,0,0,0,0,0,0,128,4,0,0,0,128,0,0,0,0,0,0,0,\"" +
+                                 QByteArray(128, ' ') + "\",0,0,0,0,0,0,0,0,0,0\r\n";
 
 QByteArray bytesOf(const QString &path) {
     QFile file(path);
@@ -91,31 +90,41 @@ void tst_mp3tool::commandLines_data() {
     QTest::addColumn<QString>("words"); // what lame receives, joined by "|"
     QTest::addColumn<QString>("label"); // the bit rate label, when the row checks it
     QTest::newRow("defaults") << "" << true << "/a/song.wav"
-                              << "-S|-b|128|/a/song.wav|/a/song.mp3" << "Current Bitrate: 128 kbits";
+                              << "-S|-b|128|/a/song.wav|/a/song.mp3"
+                              << "Current Bitrate: 128 kbits";
     QTest::newRow("decode passes the switches too")
-        << "chkCRC" << false << "/a/song.mp3" << "--decode|-S|-b|128|-p|/a/song.mp3|/a/song.wav"
+        << "chkCRC" << false << "/a/song.mp3"
+        << "--decode|-S|-b|128|-p|/a/song.mp3|/a/song.wav"
         << "";
     QTest::newRow("VBR with quality") << "chkEnableVBR,txtQuality=2" << true << "/a/s.wav"
-                                      << "-S|-b|128|-V|2|-B|128|/a/s.wav|/a/s.mp3" << "";
-    QTest::newRow("maximum and mono")
-        << "chkEnableVBR,maxrate=18,cboMode=3" << true << "/a/s.wav"
-        << "-S|-b|128|-m|m|-V|4|-B|320|/a/s.wav|/a/s.mp3" << "";
+                                      << "-S|-b|128|-V|2|-B|128|/a/s.wav|/a/s.mp3"
+                                      << "";
+    QTest::newRow("maximum and mono") << "chkEnableVBR,maxrate=18,cboMode=3" << true << "/a/s.wav"
+                                      << "-S|-b|128|-m|m|-V|4|-B|320|/a/s.wav|/a/s.mp3"
+                                      << "";
     QTest::newRow("ABR, tag and minimum")
         << "chkEnableVBR,chkUseABR,txtABRBitrate=200,chkDisableVBRTag,chkEnforceMinBitrate,"
            "cboOptimize=2"
-        << true << "/a/s.wav" << "-S|-b|128|-h|-B|128|-t|-F|--abr|200|/a/s.wav|/a/s.mp3" << "";
+        << true << "/a/s.wav"
+        << "-S|-b|128|-h|-B|128|-t|-F|--abr|200|/a/s.wav|/a/s.mp3"
+        << "";
     QTest::newRow("ABR without VBR gives nothing")
-        << "chkUseABR,txtABRBitrate=200" << true << "/a/s.wav" << "-S|-b|128|/a/s.wav|/a/s.mp3"
+        << "chkUseABR,txtABRBitrate=200" << true << "/a/s.wav"
+        << "-S|-b|128|/a/s.wav|/a/s.mp3"
         << "";
     QTest::newRow("CRC, copy, copyright")
         << "chkCRC,chkCopy,chkCopyright,cboOptimize=1" << true << "/a/s.wav"
-        << "-S|-b|128|-f|-p|-o|-c|/a/s.wav|/a/s.mp3" << "";
+        << "-S|-b|128|-f|-p|-o|-c|/a/s.wav|/a/s.mp3"
+        << "";
     QTest::newRow("resample") << "cboOutputFreq=2" << true << "/a/s.wav"
-                              << "-S|-b|128|--resample|22.05|/a/s.wav|/a/s.mp3" << "";
+                              << "-S|-b|128|--resample|22.05|/a/s.wav|/a/s.mp3"
+                              << "";
     QTest::newRow("slider position 16") << "rate=16" << true << "/a/s.wav"
-                                        << "-S|-b|0|/a/s.wav|/a/s.mp3" << "Current Bitrate: 224 kbits";
+                                        << "-S|-b|0|/a/s.wav|/a/s.mp3"
+                                        << "Current Bitrate: 224 kbits";
     QTest::newRow("width without its filter")
-        << "chkHighPassWidth,txtHighPassWidth=1" << true << "/a/s.wav" << "-S|-b|128|/a/s.wav|/a/s.mp3"
+        << "chkHighPassWidth,txtHighPassWidth=1" << true << "/a/s.wav"
+        << "-S|-b|128|/a/s.wav|/a/s.mp3"
         << "";
     QTest::newRow("filters with widths")
         << "chkHighPassFreq,txtHighPassFreq=0.5,chkHighPassWidth,txtHighPassWidth=0.25,"
@@ -168,9 +177,12 @@ void tst_mp3tool::commandLines() {
 void tst_mp3tool::lameFailures_data() {
     QTest::addColumn<QString>("lame"); // "failing", "missing", "none chosen"
     QTest::addColumn<QString>("box");
-    QTest::newRow("non-zero exit") << "failing" << "lame ended with exit code 3.";
-    QTest::newRow("no lame anywhere") << "missing" << "found neither in";
-    QTest::newRow("file box cancelled") << "none chosen" << "User Canceled File Selection!";
+    QTest::newRow("non-zero exit") << "failing"
+                                   << "lame ended with exit code 3.";
+    QTest::newRow("no lame anywhere") << "missing"
+                                      << "found neither in";
+    QTest::newRow("file box cancelled") << "none chosen"
+                                        << "User Canceled File Selection!";
 }
 
 void tst_mp3tool::lameFailures() {
@@ -185,8 +197,8 @@ void tst_mp3tool::lameFailures() {
     } else {
         env.writeFile(QStringLiteral("lame"), FakeLame);
         env.writeFile(QStringLiteral("fail"), "");
-        QFile(env.appFolder() + QStringLiteral("/lame")).setPermissions(QFileDevice::ExeOwner |
-                                                                        QFileDevice::ReadOwner);
+        QFile(env.appFolder() + QStringLiteral("/lame"))
+            .setPermissions(QFileDevice::ExeOwner | QFileDevice::ReadOwner);
     }
     QPointer<frmDecode> form = new frmDecode;
     form->Form_Load();
@@ -206,8 +218,12 @@ void tst_mp3tool::realLame_data() {
     QTest::addColumn<QString>("setup");
     QTest::addColumn<QString>("bitRate");
     QTest::addColumn<QString>("channels");
-    QTest::newRow("defaults") << "" << "128000" << "2";
-    QTest::newRow("64 kbits mono") << "rate=8,cboMode=3" << "64000" << "1";
+    QTest::newRow("defaults") << ""
+                              << "128000"
+                              << "2";
+    QTest::newRow("64 kbits mono") << "rate=8,cboMode=3"
+                                   << "64000"
+                                   << "1";
 }
 
 void tst_mp3tool::realLame() {

@@ -26,8 +26,8 @@ QByteArray bytesOf(const QString &path) {
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
-const QStringList Tone = {QStringLiteral("synth"), QStringLiteral("3"), QStringLiteral("sine"),
-                          QStringLiteral("1000"), QStringLiteral("vol"), QStringLiteral("-12dB")};
+const QStringList Tone = {QStringLiteral("synth"), QStringLiteral("3"),   QStringLiteral("sine"),
+                          QStringLiteral("1000"),  QStringLiteral("vol"), QStringLiteral("-12dB")};
 
 } // namespace
 
@@ -68,14 +68,14 @@ void tst_normalizer::levelsAndFormats_data() {
     const QStringList stereo16 = {"-r", "44100", "-c", "2", "-b", "16"};
     QTest::newRow("16-bit stereo at 95%") << stereo16 << 95 << -0.45 << 0.02;
     QTest::newRow("16-bit stereo at 50%") << stereo16 << 50 << -6.02 << 0.02;
-    QTest::newRow("24-bit mono") << QStringList{"-r", "48000", "-c", "1", "-b", "24"} << 95
-                                 << -0.45 << 0.02;
-    QTest::newRow("32-bit float")
-        << QStringList{"-r", "44100", "-c", "2", "-e", "floating-point", "-b", "32"} << 95 << -0.45
-        << 0.02;
-    QTest::newRow("8-bit unsigned") << QStringList{"-r", "8000", "-c", "1", "-b", "8", "-e",
-                                                   "unsigned-integer"}
-                                    << 50 << -6.02 << 0.1;
+    QTest::newRow("24-bit mono") << QStringList{"-r", "48000", "-c", "1", "-b", "24"} << 95 << -0.45
+                                 << 0.02;
+    QTest::newRow("32-bit float") << QStringList{"-r", "44100",          "-c", "2",
+                                                 "-e", "floating-point", "-b", "32"}
+                                  << 95 << -0.45 << 0.02;
+    QTest::newRow("8-bit unsigned")
+        << QStringList{"-r", "8000", "-c", "1", "-b", "8", "-e", "unsigned-integer"} << 50 << -6.02
+        << 0.1;
     // Far above full scale the tops are cut flat; a wrapped sample would fall to the other end.
     QTest::newRow("clipping at 400%") << stereo16 << 400 << 0.0 << 0.01;
 }
@@ -178,12 +178,19 @@ void tst_normalizer::windowOutcomes_data() {
     QTest::addColumn<bool>("readOnlyDest");
     QTest::addColumn<QString>("box");   // start of the finish box, empty for none
     QTest::addColumn<QString>("error"); // part of the trap's text, empty for none
-    QTest::newRow("tone") << "tone" << "95" << false << "Finished Normalizing" << "";
+    QTest::newRow("tone") << "tone"
+                          << "95" << false << "Finished Normalizing"
+                          << "";
     QTest::newRow("silence copied as it is")
-        << "silence" << "95" << false << "Finished Normalizing The Wave Audio File\n\nThe file is silent"
+        << "silence"
+        << "95" << false << "Finished Normalizing The Wave Audio File\n\nThe file is silent"
         << "";
-    QTest::newRow("percentage not a number") << "tone" << "abc" << false << "" << "Type mismatch";
-    QTest::newRow("read-only destination") << "tone" << "95" << true << "" << "read-only";
+    QTest::newRow("percentage not a number") << "tone"
+                                             << "abc" << false << ""
+                                             << "Type mismatch";
+    QTest::newRow("read-only destination") << "tone"
+                                           << "95" << true << ""
+                                           << "read-only";
 }
 
 void tst_normalizer::windowOutcomes() {
@@ -198,9 +205,7 @@ void tst_normalizer::windowOutcomes() {
     const QString in = dir.filePath(QStringLiteral("in.wav"));
     const QString out = dir.filePath(QStringLiteral("out.wav"));
     QVERIFY(soxMake(in, {"-b", "16", "-c", "2", "-r", "44100"},
-                    source == QLatin1String("tone")
-                        ? Tone
-                        : QStringList{"trim", "0", "1"}));
+                    source == QLatin1String("tone") ? Tone : QStringList{"trim", "0", "1"}));
     const QByteArray inBytes = bytesOf(in);
     const QByteArray oldOut("an older file of the user's");
     if (readOnlyDest) {
@@ -242,7 +247,8 @@ void tst_normalizer::windowOutcomes() {
     else
         QVERIFY(!QFile::exists(out));
     // No temporary file is left behind, whatever the outcome.
-    QCOMPARE(QDir(dir.path()).entryList(QDir::Files).size(), readOnlyDest || error.isEmpty() ? 2 : 1);
+    QCOMPARE(QDir(dir.path()).entryList(QDir::Files).size(),
+             readOnlyDest || error.isEmpty() ? 2 : 1);
 }
 
 QTEST_MAIN(tst_normalizer)

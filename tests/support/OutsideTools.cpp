@@ -24,8 +24,9 @@ QByteArray run(const QString &program, const QStringList &arguments, int *exitCo
 
 bool soxMake(const QString &path, const QStringList &format, const QStringList &effects) {
     int code = 0;
-    run(QStringLiteral("sox"), QStringList{QStringLiteral("-n"), QStringLiteral("-D")} + format + QStringList{path} +
-                                   effects,
+    run(QStringLiteral("sox"),
+        QStringList{QStringLiteral("-n"), QStringLiteral("-D")} + format + QStringList{path} +
+            effects,
         &code);
     return code == 0;
 }
@@ -35,9 +36,9 @@ double soxStat(const QString &path, const QString &name) {
     process.start(QStringLiteral("sox"), {path, QStringLiteral("-n"), QStringLiteral("stats")});
     process.waitForFinished(-1);
     const QString text = QString::fromUtf8(process.readAllStandardError());
-    const QRegularExpression line(QStringLiteral("^%1\\s+(\\S+)")
-                                      .arg(QRegularExpression::escape(name)),
-                                  QRegularExpression::MultilineOption);
+    const QRegularExpression line(
+        QStringLiteral("^%1\\s+(\\S+)").arg(QRegularExpression::escape(name)),
+        QRegularExpression::MultilineOption);
     const QRegularExpressionMatch match = line.match(text);
     bool ok = false;
     const double value = match.hasMatch() ? match.captured(1).toDouble(&ok) : 0;
@@ -51,12 +52,12 @@ QString soxi(const QString &path, char letter) {
 }
 
 QString ffprobeStream(const QString &path, const QString &entry) {
-    return QString::fromUtf8(run(QStringLiteral("ffprobe"),
-                                 {QStringLiteral("-v"), QStringLiteral("error"),
-                                  QStringLiteral("-select_streams"), QStringLiteral("a:0"),
-                                  QStringLiteral("-show_entries"),
-                                  QStringLiteral("stream=") + entry, QStringLiteral("-of"),
-                                  QStringLiteral("default=nw=1:nk=1"), path}))
+    return QString::fromUtf8(
+               run(QStringLiteral("ffprobe"),
+                   {QStringLiteral("-v"), QStringLiteral("error"),
+                    QStringLiteral("-select_streams"), QStringLiteral("a:0"),
+                    QStringLiteral("-show_entries"), QStringLiteral("stream=") + entry,
+                    QStringLiteral("-of"), QStringLiteral("default=nw=1:nk=1"), path}))
         .trimmed();
 }
 

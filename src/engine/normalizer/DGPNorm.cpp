@@ -4,7 +4,8 @@
 #include <QMetaObject>
 #include <QThread>
 
-DGPNorm::DGPNorm(QObject *parent) : QObject(parent) {}
+DGPNorm::DGPNorm(QObject *parent)
+    : QObject(parent) {}
 
 DGPNorm::~DGPNorm() {
     if (m_thread) {
@@ -13,8 +14,7 @@ DGPNorm::~DGPNorm() {
     }
 }
 
-bool DGPNorm::Normalize(const QString &SourceFile, const QString &DestinationFile,
-                        qint32 Percent) {
+bool DGPNorm::Normalize(const QString &SourceFile, const QString &DestinationFile, qint32 Percent) {
     if (m_thread)
         return false;
     m_cancel.store(false);

@@ -35,7 +35,8 @@ int integerBits(int format) {
 class Meter {
 public:
     Meter(const NormalizeJob::Progress &progress, sf_count_t frames)
-        : m_progress(progress), m_frames(frames) {}
+        : m_progress(progress)
+        , m_frames(frames) {}
     void report(double from, double span, sf_count_t done) {
         if (m_frames <= 0 || !m_progress)
             return;
@@ -56,7 +57,8 @@ private:
 // commit(), and the temporary file goes with the object otherwise.
 class Target {
 public:
-    explicit Target(const QString &path) : m_file(path) {}
+    explicit Target(const QString &path)
+        : m_file(path) {}
     QString open() {
         // A file the user made read-only stays as it is, even for an owner who could replace it.
         const QFileInfo existing(m_file.fileName());
@@ -73,7 +75,8 @@ public:
     QString commit() {
         if (m_file.commit())
             return {};
-        return QStringLiteral("Could not write %1: %2").arg(m_file.fileName(), m_file.errorString());
+        return QStringLiteral("Could not write %1: %2")
+            .arg(m_file.fileName(), m_file.errorString());
     }
 
 private:
@@ -83,7 +86,9 @@ private:
 } // namespace
 
 NormalizeJob::NormalizeJob(QString source, QString destination, qint32 percent)
-    : m_source(std::move(source)), m_destination(std::move(destination)), m_percent(percent) {}
+    : m_source(std::move(source))
+    , m_destination(std::move(destination))
+    , m_percent(percent) {}
 
 NormalizeJob::Result NormalizeJob::run(const Progress &progress, const std::atomic<bool> &cancel) {
     Result result;
@@ -204,7 +209,8 @@ NormalizeJob::Result NormalizeJob::run(const Progress &progress, const std::atom
         if (got <= 0)
             break;
         if (written != got)
-            return fail(QStringLiteral("Could not write %1: %2").arg(m_destination, out.errorText()));
+            return fail(
+                QStringLiteral("Could not write %1: %2").arg(m_destination, out.errorText()));
         done += got;
         meter.report(50, 49, done);
     }
