@@ -37,9 +37,13 @@ exit 0
 const QByteArray DefaultRecord = "128,4,0,0,0,0,0,0,128,4,0,0,0,128,0,0,0,0,0,0,0,\"" +
                                  QByteArray(128, ' ') + "\",0,0,0,0,0,0,0,0,0,0\r\n";
 
-QByteArray bytesOf(const QString &path) {
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+// Puts the fake lame into the application folder, where the tool looks first.
+void installFakeLame(const TestEnvironment &env, bool failing) {
+    env.writeFile(QStringLiteral("lame"), FakeLame);
+    if (failing)
+        env.writeFile(QStringLiteral("fail"), "");
+    QFile(env.appFolder() + QStringLiteral("/lame"))
+        .setPermissions(QFileDevice::ExeOwner | QFileDevice::ReadOwner);
 }
 
 // The user's changes a row names, made through the window's controls.
@@ -146,9 +150,7 @@ void tst_mp3tool::commandLines() {
     QFETCH(QString, label);
     TestEnvironment env;
     ScriptedAnswers answers;
-    env.writeFile(QStringLiteral("lame"), FakeLame);
-    QFile(env.appFolder() + QStringLiteral("/lame"))
-        .setPermissions(QFileDevice::ReadOwner | QFileDevice::WriteOwner | QFileDevice::ExeOwner);
+    installFakeLame(env, false);
     QPointer<frmDecode> form = new frmDecode;
     form->Form_Load();
     apply(form, setup);
@@ -161,7 +163,7 @@ void tst_mp3tool::commandLines() {
     if (!label.isEmpty())
         QCOMPARE(form->lblBitrate->text(), label);
     runTool(form, answers, encode, file);
-    QCOMPARE(QString::fromUtf8(bytesOf(env.appFolder() + QStringLiteral("/args.txt")))
+    QCOMPARE(QString::fromUtf8(fileBytes(env.appFolder() + QStringLiteral("/args.txt")))
                  .trimmed()
                  .split(u'\n'),
              expected);
@@ -170,7 +172,7 @@ void tst_mp3tool::commandLines() {
                                              : QStringLiteral("Finished Decoding File!"));
     QCOMPARE(answers.fileBoxes[0].title,
              encode ? QStringLiteral("Open a WAV File") : QStringLiteral("Open a MP3 File"));
-    QVERIFY(bytesOf(clsMP3::logFile()).contains("fake lame was here"));
+    QVERIFY(fileBytes(clsMP3::logFile()).contains("fake lame was here"));
     delete form;
 }
 
@@ -195,10 +197,7 @@ void tst_mp3tool::lameFailures() {
     if (lame == QLatin1String("missing")) {
         qputenv("PATH", emptyPath.path().toUtf8());
     } else {
-        env.writeFile(QStringLiteral("lame"), FakeLame);
-        env.writeFile(QStringLiteral("fail"), "");
-        QFile(env.appFolder() + QStringLiteral("/lame"))
-            .setPermissions(QFileDevice::ExeOwner | QFileDevice::ReadOwner);
+        installFakeLame(env, true);
     }
     QPointer<frmDecode> form = new frmDecode;
     form->Form_Load();
@@ -258,7 +257,7 @@ void tst_mp3tool::settingsFile() {
     QVERIFY(!QFile::exists(file));
     QPointer<frmDecode> form = new frmDecode;
     form->Form_Load();
-    QCOMPARE(bytesOf(file), DefaultRecord);
+    QCOMPARE(fileBytes(file), DefaultRecord);
     QCOMPARE(form->lblStatus->text(), QStringLiteral(" -b 128"));
     QVERIFY(answers.boxes.isEmpty());
     delete form;
@@ -284,7 +283,7 @@ void tst_mp3tool::settingsFile() {
     QVERIFY(form->close());
     QCOMPARE(answers.boxes[0].prompt, QStringLiteral("Do you want to Save Program Options?"));
     QCOMPARE(answers.boxes[0].title, QStringLiteral("Save Program Options"));
-    QCOMPARE(bytesOf(file), last);
+    QCOMPARE(fileBytes(file), last);
 
     env.writeFile(QStringLiteral("Dat/OptMP3.dat"), last + "192,x\r\n");
     form = new frmDecode;

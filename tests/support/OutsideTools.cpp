@@ -1,5 +1,6 @@
 #include "OutsideTools.h"
 
+#include <QFile>
 #include <QProcess>
 #include <QRegularExpression>
 
@@ -49,6 +50,11 @@ QString soxi(const QString &path, char letter) {
     return QString::fromUtf8(
                run(QStringLiteral("soxi"), {QStringLiteral("-") + QChar::fromLatin1(letter), path}))
         .trimmed();
+}
+
+QByteArray fileBytes(const QString &path) {
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
 QString ffprobeStream(const QString &path, const QString &entry) {

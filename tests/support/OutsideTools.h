@@ -17,6 +17,8 @@ bool soxMake(const QString &path, const QStringList &format, const QStringList &
 double soxStat(const QString &path, const QString &name);
 // `soxi -<letter> path`, trimmed ("16" for -b, "Signed Integer PCM" for -e).
 QString soxi(const QString &path, char letter);
+// The bytes of a file, empty when it can't be read.
+QByteArray fileBytes(const QString &path);
 // One entry of the first audio stream as ffprobe shows it ("bit_rate", "channels").
 QString ffprobeStream(const QString &path, const QString &entry);
 
