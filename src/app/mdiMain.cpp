@@ -172,8 +172,9 @@ mdiMain::mdiMain() {
     mnuPopUpAudio = new QMenu(this);
     connectImageEvents();
     connect(m_mdiArea, &QMdiArea::subWindowActivated, this, [](QMdiSubWindow *window) {
-        // Each child keeps its own Form_Activate; the frame only tells it.
-        if (window && window->widget())
+        // Each child keeps its own Form_Activate; the frame only tells it. Tool windows have none.
+        if (window && window->widget() &&
+            window->widget()->metaObject()->indexOfMethod("Form_Activate()") >= 0)
             QMetaObject::invokeMethod(window->widget(), "Form_Activate");
     });
     ErrorTrap::run("MDIForm_Load", "mdiMain", [this] { MDIForm_Load(); });

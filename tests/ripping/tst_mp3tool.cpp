@@ -2,9 +2,12 @@
 #include "ScriptedAnswers.h"
 #include "TestEnvironment.h"
 
+#include "app/mdiMain.h"
 #include "ripping/clsMP3.h"
 #include "ripping/frmDecode.h"
+#include "ripping/frmNormalize.h"
 #include "ripping/modMP3Support.h"
+#include "widgets/DefaultInstance.h"
 
 #include <QCheckBox>
 #include <QComboBox>
@@ -85,6 +88,7 @@ private slots:
     void realLame_data();
     void realLame();
     void settingsFile();
+    void commandsOpenTools();
 };
 
 void tst_mp3tool::commandLines_data() {
@@ -291,6 +295,24 @@ void tst_mp3tool::settingsFile() {
     QCOMPARE(answers.boxes.last().prompt, QStringLiteral("Error Loading Program Options!."));
     QCOMPARE(form->lblStatus->text().left(7), QStringLiteral(" -b 192"));
     delete form;
+}
+
+void tst_mp3tool::commandsOpenTools() {
+    TestEnvironment env;
+    ScriptedAnswers answers;
+    QVERIFY(env.startProgram());
+    mdiMain *main = DefaultInstance<mdiMain>::peek();
+    // A second command brings the open window forward instead of making another.
+    for (int i = 0; i < 2; ++i) {
+        main->runCommand(QStringLiteral("DECODEMP3"));
+        main->runCommand(QStringLiteral("NORMALIZE"));
+    }
+    QCOMPARE(main->findChildren<frmDecode *>().size(), 1);
+    QCOMPARE(main->findChildren<frmNormalize *>().size(), 1);
+    QVERIFY(DefaultInstance<frmNormalize>::peek()->isVisible());
+    QCOMPARE(DefaultInstance<frmDecode>::peek()->lblStatus->text(), QStringLiteral(" -b 128"));
+    env.stopProgram(); // while the answers stand: the MP3 tool asks whether to save its options
+    QCOMPARE(answers.boxes.last().title, QStringLiteral("Save Program Options"));
 }
 
 QTEST_MAIN(tst_mp3tool)
