@@ -1,11 +1,9 @@
 #include "frmDecode.h"
-#include "app/mdiMain.h"
 #include "base/App.h"
 #include "base/Conversions.h"
 #include "clsMP3.h"
 #include "diagnostics/ErrorTrap.h"
 #include "modMP3Support.h"
-#include "widgets/DefaultInstance.h"
 #include "widgets/FileBoxService.h"
 #include "widgets/MessageBoxService.h"
 
@@ -18,8 +16,6 @@
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QLineEdit>
-#include <QMdiArea>
-#include <QMdiSubWindow>
 #include <QPointer>
 #include <QPushButton>
 #include <QShortcut>
@@ -312,26 +308,6 @@ void frmDecode::buildFilters() {
     trapped(chkHighPassWidth, "chkHighPassWidth_Click", &frmDecode::chkHighPassFreq_Click);
     trapped(chkLowPassFreq, "chkLowPassFreq_Click", &frmDecode::chkLowPassFreq_Click);
     trapped(chkLowPassWidth, "chkLowPassWidth_Click", &frmDecode::chkLowPassFreq_Click);
-}
-
-void frmDecode::showOver(QWidget *owner) {
-    const bool fresh = !DefaultInstance<frmDecode>::exists();
-    frmDecode *form = DefaultInstance<frmDecode>::get();
-    auto *main = qobject_cast<mdiMain *>(owner);
-    if (fresh) {
-        if (main) {
-            QMdiSubWindow *window = main->mdiArea()->addSubWindow(form);
-            window->setAttribute(Qt::WA_DeleteOnClose);
-            QObject::connect(form, &QObject::destroyed, window, &QObject::deleteLater);
-        }
-        ErrorTrap::run("Form_Load", Module, [form] { form->Form_Load(); });
-    }
-    form->show();
-    if (auto *window = qobject_cast<QMdiSubWindow *>(form->parentWidget())) {
-        window->show();
-        window->mdiArea()->setActiveSubWindow(window);
-    }
-    form->raise();
 }
 
 void frmDecode::Form_Load() {

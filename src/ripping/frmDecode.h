@@ -25,10 +25,6 @@ public:
     explicit frmDecode(QWidget *parent = nullptr);
     ~frmDecode() override;
 
-    // Opens the default instance in the owner's frame (on its own without one) and loads it;
-    // an open one comes to the front.
-    static void showOver(QWidget *owner);
-
     void Form_Load();
     void InitializeOptions();
     void DisplaySwitches();

@@ -1,10 +1,8 @@
 #include "frmNormalize.h"
-#include "app/mdiMain.h"
 #include "base/Conversions.h"
 #include "base/RuntimeError.h"
 #include "diagnostics/TrappedConnect.h"
 #include "engine/normalizer/DGPNorm.h"
-#include "widgets/DefaultInstance.h"
 #include "widgets/FileBoxService.h"
 #include "widgets/MessageBoxService.h"
 
@@ -14,8 +12,6 @@
 #include <QLCDNumber>
 #include <QLabel>
 #include <QLineEdit>
-#include <QMdiArea>
-#include <QMdiSubWindow>
 #include <QProgressBar>
 #include <QPushButton>
 #include <QSlider>
@@ -120,24 +116,6 @@ frmNormalize::frmNormalize(QWidget *parent)
     txtSave->setEnabled(false);
     cmdStart->setEnabled(false);
     setMinimumWidth(420);
-}
-
-void frmNormalize::showOver(QWidget *owner) {
-    const bool fresh = !DefaultInstance<frmNormalize>::exists();
-    frmNormalize *form = DefaultInstance<frmNormalize>::get();
-    auto *main = qobject_cast<mdiMain *>(owner);
-    if (fresh && main) {
-        QMdiSubWindow *window = main->mdiArea()->addSubWindow(form);
-        window->setAttribute(Qt::WA_DeleteOnClose);
-        QObject::connect(form, &QObject::destroyed, window, &QObject::deleteLater);
-    }
-    form->show();
-    if (auto *window = qobject_cast<QMdiSubWindow *>(form->parentWidget())) {
-        window->adjustSize();
-        window->show();
-        window->mdiArea()->setActiveSubWindow(window);
-    }
-    form->raise();
 }
 
 void frmNormalize::Slider1_Change() {

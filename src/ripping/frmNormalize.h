@@ -17,10 +17,6 @@ class frmNormalize : public QWidget {
 public:
     explicit frmNormalize(QWidget *parent = nullptr);
 
-    // Opens the default instance in the owner's frame (on its own without one); an open one
-    // comes to the front.
-    static void showOver(QWidget *owner);
-
     void Slider1_Change();
     void cmdOpen_Click();
     void cmdSave_Click();
