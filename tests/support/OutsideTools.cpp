@@ -1,4 +1,5 @@
 #include "OutsideTools.h"
+#include "ReadBack.h"
 
 #include <QFile>
 #include <QProcess>
@@ -8,27 +9,12 @@
 
 namespace OutsideTools {
 
-QByteArray run(const QString &program, const QStringList &arguments, int *exitCode) {
-    QProcess process;
-    process.start(program, arguments);
-    if (!process.waitForStarted()) {
-        if (exitCode)
-            *exitCode = -1;
-        return {};
-    }
-    process.closeWriteChannel();
-    process.waitForFinished(-1);
-    if (exitCode)
-        *exitCode = process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1;
-    return process.readAllStandardOutput();
-}
-
 bool soxMake(const QString &path, const QStringList &format, const QStringList &effects) {
     int code = 0;
-    run(QStringLiteral("sox"),
-        QStringList{QStringLiteral("-n"), QStringLiteral("-D")} + format + QStringList{path} +
-            effects,
-        &code);
+    ReadBack::run(QStringLiteral("sox"),
+                  QStringList{QStringLiteral("-n"), QStringLiteral("-D")} + format +
+                      QStringList{path} + effects,
+                  &code);
     return code == 0;
 }
 
@@ -47,8 +33,8 @@ double soxStat(const QString &path, const QString &name) {
 }
 
 QString soxi(const QString &path, char letter) {
-    return QString::fromUtf8(
-               run(QStringLiteral("soxi"), {QStringLiteral("-") + QChar::fromLatin1(letter), path}))
+    return QString::fromUtf8(ReadBack::run(QStringLiteral("soxi"),
+                                           {QStringLiteral("-") + QChar::fromLatin1(letter), path}))
         .trimmed();
 }
 
@@ -59,11 +45,11 @@ QByteArray fileBytes(const QString &path) {
 
 QString ffprobeStream(const QString &path, const QString &entry) {
     return QString::fromUtf8(
-               run(QStringLiteral("ffprobe"),
-                   {QStringLiteral("-v"), QStringLiteral("error"),
-                    QStringLiteral("-select_streams"), QStringLiteral("a:0"),
-                    QStringLiteral("-show_entries"), QStringLiteral("stream=") + entry,
-                    QStringLiteral("-of"), QStringLiteral("default=nw=1:nk=1"), path}))
+               ReadBack::run(QStringLiteral("ffprobe"),
+                             {QStringLiteral("-v"), QStringLiteral("error"),
+                              QStringLiteral("-select_streams"), QStringLiteral("a:0"),
+                              QStringLiteral("-show_entries"), QStringLiteral("stream=") + entry,
+                              QStringLiteral("-of"), QStringLiteral("default=nw=1:nk=1"), path}))
         .trimmed();
 }
 

@@ -4,11 +4,9 @@
 #include <QString>
 #include <QStringList>
 
-// The outside programs tests prove audio results with (sox, soxi, ffprobe), run to their end.
+// Sound files made and read back by sox, soxi and ffprobe (run through ReadBack::run).
 namespace OutsideTools {
 
-// Runs a program and returns its standard output; `exitCode` gets -1 when it did not start.
-QByteArray run(const QString &program, const QStringList &arguments, int *exitCode = nullptr);
 // A sound file made by sox from a synthesis, without dither, so that silence stays silent:
 // `sox -n -D <format...> path <effects...>`.
 bool soxMake(const QString &path, const QStringList &format, const QStringList &effects);
