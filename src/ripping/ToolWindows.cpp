@@ -7,8 +7,6 @@
 #include "widgets/DefaultInstance.h"
 
 #include <QCoreApplication>
-#include <QMdiArea>
-#include <QMdiSubWindow>
 #include <QTimer>
 
 namespace {
@@ -33,34 +31,11 @@ void runStartCommand() {
     poll->start();
 }
 
-// Puts the tool's default instance into the frame's area when it is made (on its own without a
-// frame) and brings it to the front; an open one is only brought forward.
-template<typename T> void openTool(QWidget *owner) {
-    const bool fresh = !DefaultInstance<T>::exists();
-    T *form = DefaultInstance<T>::get();
-    if (fresh) {
-        if (auto *main = qobject_cast<mdiMain *>(owner)) {
-            QMdiSubWindow *window = main->mdiArea()->addSubWindow(form);
-            window->setAttribute(Qt::WA_DeleteOnClose);
-            QObject::connect(form, &QObject::destroyed, window, &QObject::deleteLater);
-        }
-        if constexpr (requires { form->Form_Load(); })
-            ErrorTrap::run("Form_Load", T::staticMetaObject.className(),
-                           [form] { form->Form_Load(); });
-    }
-    form->show();
-    if (auto *window = qobject_cast<QMdiSubWindow *>(form->parentWidget())) {
-        window->adjustSize();
-        window->show();
-        window->mdiArea()->setActiveSubWindow(window);
-    }
-    form->raise();
-}
-
 } // namespace
 
 void registerToolWindows() {
     runStartCommand();
-    FormRegistry::add(QStringLiteral("frmDecode"), openTool<frmDecode>);
-    FormRegistry::add(QStringLiteral("frmNormalize"), openTool<frmNormalize>);
+    FormRegistry::addWindow<frmDecode>(QStringLiteral("frmDecode"), FormRegistry::Placement::Child);
+    FormRegistry::addWindow<frmNormalize>(QStringLiteral("frmNormalize"),
+                                          FormRegistry::Placement::Child);
 }

@@ -4,6 +4,7 @@
 #include "clsMP3.h"
 #include "diagnostics/ErrorTrap.h"
 #include "modMP3Support.h"
+#include "widgets/DefaultInstance.h"
 #include "widgets/FileBoxService.h"
 #include "widgets/MessageBoxService.h"
 
@@ -96,8 +97,8 @@ void frmDecode::trapped(QObject *sender, const char *procedure, void (frmDecode:
         connect(button, &QPushButton::clicked, this, call);
 }
 
-frmDecode::frmDecode(QWidget *parent)
-    : QWidget(parent) {
+frmDecode::frmDecode(const WindowContext &context) {
+    Q_UNUSED(context);
     setObjectName(QStringLiteral("frmDecode"));
     setAttribute(Qt::WA_DeleteOnClose);
     setWindowTitle(QStringLiteral("MP3 Encoder/Decoder"));
@@ -153,6 +154,7 @@ frmDecode::frmDecode(QWidget *parent)
 }
 
 frmDecode::~frmDecode() {
+    DefaultInstance<frmDecode>::release(this);
     // A lame still running when the window goes is stopped; the run's own copy of the
     // object sees it end.
     if (m_mp3)
@@ -540,5 +542,6 @@ void frmDecode::closeEvent(QCloseEvent *event) {
         }
     });
     m_mp3.reset();
+    DefaultInstance<frmDecode>::release(this);
     QWidget::closeEvent(event);
 }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "app/FrameServices.h"
+
 #include <QWidget>
 
 #include <array>
@@ -22,7 +24,8 @@ class clsMP3;
 class frmDecode : public QWidget {
     Q_OBJECT
 public:
-    explicit frmDecode(QWidget *parent = nullptr);
+    // Needs nothing of the frame but its document area, which the registry places it in.
+    explicit frmDecode(const WindowContext &context = {});
     ~frmDecode() override;
 
     void Form_Load();

@@ -3,9 +3,11 @@
 #include "base/RuntimeError.h"
 #include "diagnostics/TrappedConnect.h"
 #include "engine/normalizer/DGPNorm.h"
+#include "widgets/DefaultInstance.h"
 #include "widgets/FileBoxService.h"
 #include "widgets/MessageBoxService.h"
 
+#include <QCloseEvent>
 #include <QGridLayout>
 #include <QGroupBox>
 #include <QHBoxLayout>
@@ -28,8 +30,8 @@ constexpr int FileAccessError = 75;
 
 } // namespace
 
-frmNormalize::frmNormalize(QWidget *parent)
-    : QWidget(parent) {
+frmNormalize::frmNormalize(const WindowContext &context) {
+    Q_UNUSED(context);
     setObjectName(QStringLiteral("frmNormalize"));
     setAttribute(Qt::WA_DeleteOnClose);
     setWindowTitle(QStringLiteral("Normalize Wave File"));
@@ -116,6 +118,16 @@ frmNormalize::frmNormalize(QWidget *parent)
     txtSave->setEnabled(false);
     cmdStart->setEnabled(false);
     setMinimumWidth(420);
+}
+
+frmNormalize::~frmNormalize() {
+    DefaultInstance<frmNormalize>::release(this);
+}
+
+void frmNormalize::closeEvent(QCloseEvent *event) {
+    // Closed means not open any more, even before the deletion comes round.
+    DefaultInstance<frmNormalize>::release(this);
+    QWidget::closeEvent(event);
 }
 
 void frmNormalize::Slider1_Change() {

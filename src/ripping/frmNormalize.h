@@ -1,5 +1,7 @@
 #pragma once
 
+#include "app/FrameServices.h"
+
 #include <QWidget>
 
 class DGPNorm;
@@ -15,7 +17,9 @@ class QSlider;
 class frmNormalize : public QWidget {
     Q_OBJECT
 public:
-    explicit frmNormalize(QWidget *parent = nullptr);
+    // Needs nothing of the frame but its document area, which the registry places it in.
+    explicit frmNormalize(const WindowContext &context = {});
+    ~frmNormalize() override;
 
     void Slider1_Change();
     void cmdOpen_Click();
@@ -39,4 +43,7 @@ public:
     QPushButton *cmdStart = nullptr;
     QPushButton *cmdClose = nullptr;
     DGPNorm *norm = nullptr;
+
+protected:
+    void closeEvent(QCloseEvent *event) override;
 };

@@ -51,7 +51,7 @@ void tst_Failures::duringWrite_data() {
     QTest::addColumn<QString>("job"); // audio, data or isofile
     QTest::addColumn<QStringList>("settings");
     QTest::addColumn<QStringList>("events");
-    QTest::addColumn<QString>("text"); // %1 the failed file
+    QTest::addColumn<QString>("text"); // %1 the failed file, where a file failed
     QTest::addColumn<QString>("statusLine");
     QTest::addColumn<int>("discStatus"); // after the failure; -1 no disc in the drive
     const QStringList audioStart{"PreparingToWrite", "ReadingTrackFile", "TrackWriteStatus"};
@@ -131,7 +131,8 @@ void tst_Failures::duringWrite() {
     QVERIFY(rig.probe.waitForEnd());
 
     QCOMPARE(squeezed(rig.probe.events), events);
-    QCOMPARE(failureText(rig.probe, rig.senseInfo, "Error Sense Data: "), text.arg(failed));
+    QCOMPARE(failureText(rig.probe, rig.senseInfo, "Error Sense Data: "),
+             QString(text).replace("%1", failed));
     if (!statusLine.isEmpty()) {
         QCOMPARE(rig.probe.failedFile, failed);
         QCOMPARE(" ERROR: " + GetTrackFileErrorMessage(rig.probe.fileError, failed) + failed,

@@ -75,17 +75,23 @@ WriteRig::WriteRig(const QStringList &settings, int kind, const QString &medium,
     // What opening a compilation window does to the job and the frame.
     gblnDisctypeIsData = qint16(kind);
     m_frame->EnableForm(true);
+    connectRecorder();
+}
+
+void WriteRig::connectRecorder() {
+    for (const QMetaObject::Connection &c : std::as_const(m_recorder))
+        QObject::disconnect(c);
+    m_recorder.clear();
     CDWriterPro *cd = m_frame->Tessaly;
-    // Connected after the frame's handlers, so each sees what the handler left.
     const auto after = [this] { record(); };
-    QObject::connect(cd, &CDWriterPro::PreparingToWrite, m_frame, after);
-    QObject::connect(cd, &CDWriterPro::CachingStatus, m_frame, after);
-    QObject::connect(cd, &CDWriterPro::CreatingDirectories, m_frame, after);
-    QObject::connect(cd, &CDWriterPro::ReadingTrackFile, m_frame, after);
-    QObject::connect(cd, &CDWriterPro::ClosingTrack, m_frame, after);
-    QObject::connect(cd, &CDWriterPro::ClosingSession, m_frame, after);
-    QObject::connect(cd, &CDWriterPro::ClosingDisc, m_frame, after);
-    QObject::connect(cd, &CDWriterPro::TrackWriteStatus, m_frame, [this] {
+    m_recorder << QObject::connect(cd, &CDWriterPro::PreparingToWrite, m_frame, after);
+    m_recorder << QObject::connect(cd, &CDWriterPro::CachingStatus, m_frame, after);
+    m_recorder << QObject::connect(cd, &CDWriterPro::CreatingDirectories, m_frame, after);
+    m_recorder << QObject::connect(cd, &CDWriterPro::ReadingTrackFile, m_frame, after);
+    m_recorder << QObject::connect(cd, &CDWriterPro::ClosingTrack, m_frame, after);
+    m_recorder << QObject::connect(cd, &CDWriterPro::ClosingSession, m_frame, after);
+    m_recorder << QObject::connect(cd, &CDWriterPro::ClosingDisc, m_frame, after);
+    m_recorder << QObject::connect(cd, &CDWriterPro::TrackWriteStatus, m_frame, [this] {
         record();
         frmBurn *burn = frmBurn::instance();
         const bool offered = burn && burn->cmdCancel->isEnabled();
@@ -99,11 +105,12 @@ WriteRig::WriteRig(const QStringList &settings, int kind, const QString &medium,
         }
         m_cancelOffered = offered;
     });
-    QObject::connect(cd, &CDWriterPro::WriteComplete, m_frame,
-                     [this] { ending = "WriteComplete"; });
-    QObject::connect(cd, &CDWriterPro::WriteCancelled, m_frame,
-                     [this] { ending = "WriteCancelled"; });
-    QObject::connect(cd, &CDWriterPro::WriteError, m_frame, [this] { ending = "WriteError"; });
+    m_recorder << QObject::connect(cd, &CDWriterPro::WriteComplete, m_frame,
+                                   [this] { ending = "WriteComplete"; });
+    m_recorder << QObject::connect(cd, &CDWriterPro::WriteCancelled, m_frame,
+                                   [this] { ending = "WriteCancelled"; });
+    m_recorder << QObject::connect(cd, &CDWriterPro::WriteError, m_frame,
+                                   [this] { ending = "WriteError"; });
 }
 
 WriteRig::~WriteRig() {
@@ -120,6 +127,7 @@ void WriteRig::record() {
 
 frmBurn *WriteRig::openDialog() {
     m_frame->runCommand(QStringLiteral("WRITEDISC"));
+    connectRecorder();
     return frmBurn::instance();
 }
 

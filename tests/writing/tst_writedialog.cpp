@@ -497,7 +497,8 @@ void tst_WriteDialog::trackPercentages() {
     burn->prgTotalProgress->setValue(37);
     burn->prgTrackProgress->setValue(37);
     gintTracksToWrite = qint16(tracks);
-    f->Tessaly_TrackWriteStatus(track, written, toWrite);
+    // As the engine tells it: the frame and the dialog each hear it.
+    Q_EMIT f->Tessaly->TrackWriteStatus(track, written, toWrite);
     // A fault of the display is passed over, never shown.
     QVERIFY(rig.answers.errors.isEmpty());
     QCOMPARE(burn->prgTrackProgress->value(), trackBar < 0 ? 37 : trackBar);
