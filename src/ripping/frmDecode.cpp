@@ -7,6 +7,7 @@
 #include "widgets/DefaultInstance.h"
 #include "widgets/FileBoxService.h"
 #include "widgets/MessageBoxService.h"
+#include "widgets/NamedWidget.h"
 
 #include <QCheckBox>
 #include <QCloseEvent>
@@ -103,8 +104,7 @@ frmDecode::frmDecode(const WindowContext &context) {
     setAttribute(Qt::WA_DeleteOnClose);
     setWindowTitle(QStringLiteral("MP3 Encoder/Decoder"));
     auto *column = new QVBoxLayout(this);
-    tbsDecoder = new QTabBar(this);
-    tbsDecoder->setObjectName(QStringLiteral("tbsDecoder"));
+    tbsDecoder = named(new QTabBar(this), "tbsDecoder");
     for (const char *caption : {"&General", "&VBR / ABR", "&Filters"})
         tbsDecoder->addTab(QString::fromLatin1(caption));
     m_pages = new QStackedWidget(this);
@@ -119,8 +119,7 @@ frmDecode::frmDecode(const WindowContext &context) {
     column->addWidget(tbsDecoder);
     column->addWidget(m_pages);
 
-    lblStatus = new QLabel(this);
-    lblStatus->setObjectName(QStringLiteral("lblStatus"));
+    lblStatus = named(new QLabel(this), "lblStatus");
     lblStatus->setFrameShape(QFrame::Panel);
     lblStatus->setFrameShadow(QFrame::Sunken);
     lblStatus->setWordWrap(true);
@@ -129,12 +128,9 @@ frmDecode::frmDecode(const WindowContext &context) {
     column->addWidget(lblStatus);
 
     auto *buttons = new QHBoxLayout;
-    cmdEncode = new QPushButton(QStringLiteral("&Encode WAV"), this);
-    cmdEncode->setObjectName(QStringLiteral("cmdEncode"));
-    cmdDecode = new QPushButton(QStringLiteral("&Decode MP3"), this);
-    cmdDecode->setObjectName(QStringLiteral("cmdDecode"));
-    cmdClose = new QPushButton(QStringLiteral("&Close"), this);
-    cmdClose->setObjectName(QStringLiteral("cmdClose"));
+    cmdEncode = named(new QPushButton(QStringLiteral("&Encode WAV"), this), "cmdEncode");
+    cmdDecode = named(new QPushButton(QStringLiteral("&Decode MP3"), this), "cmdDecode");
+    cmdClose = named(new QPushButton(QStringLiteral("&Close"), this), "cmdClose");
     buttons->addWidget(cmdEncode);
     buttons->addWidget(cmdDecode);
     buttons->addStretch();
@@ -166,10 +162,8 @@ void frmDecode::buildGeneral() {
     auto *grid = new QVBoxLayout(page);
     auto *rate = new QGroupBox(QStringLiteral("Bitrate"), page);
     auto *rateColumn = new QVBoxLayout(rate);
-    sldBitrate[0] = new QSlider(Qt::Horizontal, rate);
-    sldBitrate[0]->setObjectName(QStringLiteral("sldBitrate0"));
-    lblBitrate = new QLabel(rate);
-    lblBitrate->setObjectName(QStringLiteral("lblBitrate"));
+    sldBitrate[0] = named(new QSlider(Qt::Horizontal, rate), "sldBitrate0");
+    lblBitrate = named(new QLabel(rate), "lblBitrate");
     rateColumn->addWidget(sldBitrate[0]);
     rateColumn->addWidget(lblBitrate);
     grid->addWidget(rate);
@@ -177,8 +171,7 @@ void frmDecode::buildGeneral() {
     auto *form = new QFormLayout;
     auto combo = [&](QComboBox *&box, const char *name, const char *caption,
                      std::initializer_list<const char *> items) {
-        box = new QComboBox(page);
-        box->setObjectName(QLatin1String(name));
+        box = named(new QComboBox(page), name);
         for (const char *item : items)
             box->addItem(QString::fromLatin1(item));
         form->addRow(QString::fromLatin1(caption), box);
@@ -193,8 +186,7 @@ void frmDecode::buildGeneral() {
 
     auto *checks = new QGridLayout;
     auto check = [&](QCheckBox *&box, const char *name, const char *caption, int row, int col) {
-        box = new QCheckBox(QString::fromLatin1(caption), page);
-        box->setObjectName(QLatin1String(name));
+        box = named(new QCheckBox(QString::fromLatin1(caption), page), name);
         checks->addWidget(box, row, col);
         trapped(box, name, &frmDecode::control_Change);
     };
@@ -212,38 +204,30 @@ void frmDecode::buildGeneral() {
 void frmDecode::buildVbr() {
     QWidget *page = fraOptions[1];
     auto *column = new QVBoxLayout(page);
-    chkEnableVBR = new QCheckBox(QStringLiteral("Enable &VBR"), page);
-    chkEnableVBR->setObjectName(QStringLiteral("chkEnableVBR"));
+    chkEnableVBR = named(new QCheckBox(QStringLiteral("Enable &VBR"), page), "chkEnableVBR");
     column->addWidget(chkEnableVBR);
     trapped(chkEnableVBR, "chkEnableVBR_Click", &frmDecode::chkEnableVBR_Click);
 
-    Frame11 = new QGroupBox(QStringLiteral("Maximum VBR Bitrate"), page);
-    Frame11->setObjectName(QStringLiteral("Frame11"));
+    Frame11 = named(new QGroupBox(QStringLiteral("Maximum VBR Bitrate"), page), "Frame11");
     auto *rate = new QVBoxLayout(Frame11);
-    Label3 = new QLabel(QStringLiteral("The highest rate a frame may take:"), Frame11);
-    Label3->setObjectName(QStringLiteral("Label3"));
-    sldBitrate[1] = new QSlider(Qt::Horizontal, Frame11);
-    sldBitrate[1]->setObjectName(QStringLiteral("sldBitrate1"));
-    Label4 = new QLabel(Frame11);
-    Label4->setObjectName(QStringLiteral("Label4"));
+    Label3 =
+        named(new QLabel(QStringLiteral("The highest rate a frame may take:"), Frame11), "Label3");
+    sldBitrate[1] = named(new QSlider(Qt::Horizontal, Frame11), "sldBitrate1");
+    Label4 = named(new QLabel(Frame11), "Label4");
     rate->addWidget(Label3);
     rate->addWidget(sldBitrate[1]);
     rate->addWidget(Label4);
     column->addWidget(Frame11);
 
-    Frame12 = new QGroupBox(QStringLiteral("VBR Quality (0 best, 9 smallest)"), page);
-    Frame12->setObjectName(QStringLiteral("Frame12"));
+    Frame12 =
+        named(new QGroupBox(QStringLiteral("VBR Quality (0 best, 9 smallest)"), page), "Frame12");
     auto *quality = new QGridLayout(Frame12);
-    txtQuality = new QLineEdit(Frame12);
-    txtQuality->setObjectName(QStringLiteral("txtQuality"));
+    txtQuality = named(new QLineEdit(Frame12), "txtQuality");
     txtQuality->setMaximumWidth(60);
     UpDown1 = upDown(Frame12, "UpDown1", txtQuality, 0, 9);
-    chkUseABR = new QCheckBox(QStringLiteral("Use &ABR"), Frame12);
-    chkUseABR->setObjectName(QStringLiteral("chkUseABR"));
-    Label5 = new QLabel(QStringLiteral("ABR Bitrate (kbits):"), Frame12);
-    Label5->setObjectName(QStringLiteral("Label5"));
-    txtABRBitrate = new QLineEdit(Frame12);
-    txtABRBitrate->setObjectName(QStringLiteral("txtABRBitrate"));
+    chkUseABR = named(new QCheckBox(QStringLiteral("Use &ABR"), Frame12), "chkUseABR");
+    Label5 = named(new QLabel(QStringLiteral("ABR Bitrate (kbits):"), Frame12), "Label5");
+    txtABRBitrate = named(new QLineEdit(Frame12), "txtABRBitrate");
     txtABRBitrate->setMaximumWidth(60);
     UpDown2 = upDown(Frame12, "UpDown2", txtABRBitrate, 4, 310);
     quality->addWidget(new QLabel(QStringLiteral("Quality:"), Frame12), 0, 0);
@@ -259,10 +243,10 @@ void frmDecode::buildVbr() {
     trapped(txtABRBitrate, "txtABRBitrate_Change", &frmDecode::control_Change);
     trapped(chkUseABR, "chkUseABR_Click", &frmDecode::chkUseABR_Click);
 
-    chkDisableVBRTag = new QCheckBox(QStringLiteral("Disable VBR &Tag"), page);
-    chkDisableVBRTag->setObjectName(QStringLiteral("chkDisableVBRTag"));
-    chkEnforceMinBitrate = new QCheckBox(QStringLiteral("Enforce &Minimum Bitrate"), page);
-    chkEnforceMinBitrate->setObjectName(QStringLiteral("chkEnforceMinBitrate"));
+    chkDisableVBRTag =
+        named(new QCheckBox(QStringLiteral("Disable VBR &Tag"), page), "chkDisableVBRTag");
+    chkEnforceMinBitrate = named(new QCheckBox(QStringLiteral("Enforce &Minimum Bitrate"), page),
+                                 "chkEnforceMinBitrate");
     column->addWidget(chkDisableVBRTag);
     column->addWidget(chkEnforceMinBitrate);
     column->addStretch();
@@ -287,10 +271,8 @@ void frmDecode::buildFilters() {
     auto *grid = new QGridLayout(page);
     auto pair = [&](QCheckBox *&box, const char *boxName, const char *caption, QLineEdit *&edit,
                     const char *editName, int row) {
-        box = new QCheckBox(QString::fromLatin1(caption), page);
-        box->setObjectName(QLatin1String(boxName));
-        edit = new QLineEdit(page);
-        edit->setObjectName(QLatin1String(editName));
+        box = named(new QCheckBox(QString::fromLatin1(caption), page), boxName);
+        edit = named(new QLineEdit(page), editName);
         edit->setMaximumWidth(80);
         grid->addWidget(box, row, 0);
         grid->addWidget(edit, row, 1);

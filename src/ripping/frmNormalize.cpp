@@ -6,6 +6,7 @@
 #include "widgets/DefaultInstance.h"
 #include "widgets/FileBoxService.h"
 #include "widgets/MessageBoxService.h"
+#include "widgets/NamedWidget.h"
 
 #include <QCloseEvent>
 #include <QGridLayout>
@@ -41,11 +42,9 @@ frmNormalize::frmNormalize(const WindowContext &context) {
                           const char *editName, QPushButton *&button, const char *buttonName) {
         frame = new QGroupBox(QString::fromLatin1(caption), this);
         auto *row = new QHBoxLayout(frame);
-        edit = new QLineEdit(frame);
-        edit->setObjectName(QLatin1String(editName));
+        edit = named(new QLineEdit(frame), editName);
         edit->setReadOnly(true);
-        button = new QPushButton(QStringLiteral("..."), frame);
-        button->setObjectName(QLatin1String(buttonName));
+        button = named(new QPushButton(QStringLiteral("..."), frame), buttonName);
         button->setFixedWidth(32);
         row->addWidget(edit);
         row->addWidget(button);
@@ -55,8 +54,7 @@ frmNormalize::frmNormalize(const WindowContext &context) {
     filePicker(fraSave, "S&ave File As:", txtSave, "txtSave", cmdSave, "cmdSave");
 
     auto *level = new QGridLayout;
-    Slider1 = new QSlider(Qt::Horizontal, this);
-    Slider1->setObjectName(QStringLiteral("Slider1"));
+    Slider1 = named(new QSlider(Qt::Horizontal, this), "Slider1");
     Slider1->setRange(0, 100);
     Slider1->setTickPosition(QSlider::TicksBelow);
     Slider1->setTickInterval(25);
@@ -73,12 +71,10 @@ frmNormalize::frmNormalize(const WindowContext &context) {
     auto *caption = new QLabel(QStringLiteral("% Normalization"), this);
     caption->setAlignment(Qt::AlignHCenter);
     level->addWidget(caption, 2, 0, 1, 5);
-    DigitalDisplay1 = new QLCDNumber(3, this);
-    DigitalDisplay1->setObjectName(QStringLiteral("DigitalDisplay1"));
+    DigitalDisplay1 = named(new QLCDNumber(3, this), "DigitalDisplay1");
     DigitalDisplay1->setSegmentStyle(QLCDNumber::Flat);
     DigitalDisplay1->setMinimumSize(72, 40);
-    txtNorm = new QLineEdit(QStringLiteral("95"), this);
-    txtNorm->setObjectName(QStringLiteral("txtNorm"));
+    txtNorm = named(new QLineEdit(QStringLiteral("95"), this), "txtNorm");
     txtNorm->setMaximumWidth(72);
     txtNorm->setAlignment(Qt::AlignRight);
     level->addWidget(DigitalDisplay1, 0, 5, 2, 1);
@@ -86,18 +82,15 @@ frmNormalize::frmNormalize(const WindowContext &context) {
     level->setColumnMinimumWidth(5, 80);
     column->addLayout(level);
 
-    prbProgress = new QProgressBar(this);
-    prbProgress->setObjectName(QStringLiteral("prbProgress"));
+    prbProgress = named(new QProgressBar(this), "prbProgress");
     prbProgress->setRange(0, 100);
     prbProgress->setValue(0);
     prbProgress->setTextVisible(false);
     column->addWidget(prbProgress);
 
     auto *buttons = new QHBoxLayout;
-    cmdStart = new QPushButton(QStringLiteral("&Start"), this);
-    cmdStart->setObjectName(QStringLiteral("cmdStart"));
-    cmdClose = new QPushButton(QStringLiteral("&Close"), this);
-    cmdClose->setObjectName(QStringLiteral("cmdClose"));
+    cmdStart = named(new QPushButton(QStringLiteral("&Start"), this), "cmdStart");
+    cmdClose = named(new QPushButton(QStringLiteral("&Close"), this), "cmdClose");
     buttons->addStretch();
     buttons->addWidget(cmdStart);
     buttons->addWidget(cmdClose);
