@@ -106,6 +106,14 @@ void tst_normalizer::inPlaceAndRefusal() {
     QVERIFY(std::abs(soxStat(song, QStringLiteral("Pk lev dB")) + 6.02) <= 0.02);
     QCOMPARE(QDir(dir.path()).entryList(QDir::Files), QStringList{QStringLiteral("song.wav")});
     QVERIFY(!norm.busy());
+    // Going away mid-run cancels the run: nothing is left of its output.
+    const QString longer = dir.filePath(QStringLiteral("long.wav"));
+    QVERIFY(soxMake(longer, {"-b", "16", "-c", "2"}, {"synth", "120", "sine", "440"}));
+    {
+        DGPNorm leaving;
+        QVERIFY(leaving.Normalize(longer, dir.filePath(QStringLiteral("gone.wav")), 95));
+    }
+    QCOMPARE(QDir(dir.path()).entryList(QDir::Files), (QStringList{"long.wav", "song.wav"}));
 }
 
 void tst_normalizer::windowStates() {
