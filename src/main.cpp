@@ -1,5 +1,6 @@
 #include "app/TessalyApplication.h"
 #include "compilation/CompilationWindows.h"
+#include "ripping/RippingWindows.h"
 #include "ripping/ToolWindows.h"
 #include "writing/WritingWindows.h"
 
@@ -7,6 +8,7 @@ int main(int argc, char **argv) {
     TessalyApplication app(argc, argv);
     registerCompilationWindows();
     registerWritingWindows();
+    registerRippingWindows();
     registerToolWindows();
     return app.run();
 }
