@@ -4,8 +4,10 @@
 //   tessaly_isobench create TREE OUT.iso   add the tree, lay it out, save the ISO file
 //   tessaly_isobench add TREE              AddISODirectory with a listener on every event
 //   tessaly_isobench blocks TREE FILE      size of the image, then again after adding FILE
+//   tessaly_isobench blocks-uncached ...   the same with every converter opened afresh
 
 #include "engine/writer/CDWriterPro.h"
+#include "engine/writer/iso/ConverterCache.h"
 
 #include <QCoreApplication>
 #include <QElapsedTimer>
@@ -56,6 +58,8 @@ int main(int argc, char **argv) {
     const QString tree = QFileInfo(args[1]).absoluteFilePath();
 
     CDWriterPro engine;
+    if (mode == QLatin1String("blocks-uncached"))
+        ConverterCache::install(false);
     engine.setISOFileSystem(1);
     engine.setVolumeIdentifier(QStringLiteral("BENCH"));
     AddedItems added;
@@ -82,7 +86,7 @@ int main(int argc, char **argv) {
     if (mode == QLatin1String("add"))
         return 0;
 
-    if (mode == QLatin1String("blocks")) {
+    if (mode.startsWith(QLatin1String("blocks"))) {
         if (args.size() < 3)
             return usage();
         timer.restart();
@@ -98,6 +102,8 @@ int main(int argc, char **argv) {
         print("blocks_again_cpu_s", cpuSeconds() - cpu);
         print("blocks_before", before);
         print("blocks_after", after);
+        print("converters_opened", double(ConverterCache::realOpens()));
+        print("converters_reused", double(ConverterCache::reusedOpens()));
         return after > before ? 0 : 1;
     }
 

@@ -275,7 +275,10 @@ qint32 CDWriterPro::ISOLevel() const {
 }
 
 qint32 CDWriterPro::ISOImageBlocks() const {
-    return qint32(std::min<qint64>(d->tree->imageBlocks(d->streamOptions()), INT32_MAX));
+    // A media event during a write asks for the size while the job's threads own the image.
+    const bool held = d->job && (d->job->kind() == EngineJob::Kind::WriteImage ||
+                                 d->job->kind() == EngineJob::Kind::CreateIsoFile);
+    return qint32(std::min<qint64>(d->tree->imageBlocks(d->streamOptions(), held), INT32_MAX));
 }
 qint32 CDWriterPro::ISOFileCount() const {
     return d->tree->fileCount();

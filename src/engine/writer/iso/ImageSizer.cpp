@@ -5,6 +5,8 @@
 #include <QThread>
 #include <QTimer>
 
+#include <pthread.h>
+
 namespace {
 bool onEventThread() {
     const QCoreApplication *app = QCoreApplication::instance();
@@ -16,13 +18,22 @@ ImageSizer::~ImageSizer() {
     settle();
 }
 
-qint64 ImageSizer::run(const std::function<qint64()> &layout) {
+qint64 ImageSizer::run(const Layout &layout) {
     settle();
-    if (!onEventThread())
-        return layout();
+    if (!onEventThread()) {
+        qint64 result = 0;
+        layout([&result](qint64 answer) { result = answer; });
+        return result;
+    }
     auto job = std::make_shared<Job>();
     job->thread = std::thread([job, layout] {
-        job->result = layout();
+        pthread_setname_np(pthread_self(), "tessaly-sizer");
+        layout([&job](qint64 answer) {
+            if (!job->done) {
+                job->result = answer;
+                job->done = true;
+            }
+        });
         job->done = true;
     });
     m_job = job;
@@ -55,7 +66,7 @@ void ImageSizer::serveUntilDone(const std::shared_ptr<Job> &job, bool atLeastOnc
         poll.start(2);
         loop.exec(QEventLoop::ExcludeUserInputEvents);
     }
-    finish(job);
+    // The worker may still be freeing its layout; settle() joins it before the tree is used.
 }
 
 void ImageSizer::finish(const std::shared_ptr<Job> &job) {

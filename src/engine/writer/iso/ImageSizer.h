@@ -17,10 +17,14 @@ public:
     ImageSizer &operator=(const ImageSizer &) = delete;
     ~ImageSizer();
 
-    // The layout's result. Off the UI thread, or without an application object, it runs right
-    // here.
-    qint64 run(const std::function<qint64()> &layout);
-    // Serves events until a layout that is under way has ended (a call made from inside one).
+    // A layout hands its answer to `publish` as soon as it has one, so that the caller goes on
+    // while the layout frees what it made; the next settle() waits for that.
+    using Publish = std::function<void(qint64)>;
+    using Layout = std::function<void(const Publish &publish)>;
+    // The layout's answer (0 when it published none). Off the UI thread, or without an
+    // application object, it runs right here.
+    qint64 run(const Layout &layout);
+    // Serves events until a layout that is under way has answered (a call made from inside one).
     void wait();
     // Blocks until no layout runs: whoever changes or reads the tree calls this first, since
     // libisofs reads the tree on the worker.
@@ -29,7 +33,7 @@ public:
 private:
     struct Job {
         std::thread thread;
-        std::atomic<bool> done{false};
+        std::atomic<bool> done{false}; // the answer is in `result`
         qint64 result = 0;
     };
     void serveUntilDone(const std::shared_ptr<Job> &job, bool atLeastOnce);

@@ -10,6 +10,7 @@
 #include <QSet>
 
 #include <algorithm>
+#include <atomic>
 #include <dirent.h>
 #include <optional>
 #include <sys/stat.h>
@@ -20,6 +21,8 @@ namespace {
 // The buffer between libisofs's producing thread and the job: 8 MiB rides out the moments
 // when one of the two waits for a core on a busy machine.
 constexpr int FifoBlocks = 4096;
+
+std::atomic<quint64> g_sizeLayouts{0};
 
 constexpr int FieldLength[IsoImageTree::IdentifierCount] = {32, 32, 128, 128, 128, 128, 37, 37, 37};
 
@@ -189,7 +192,7 @@ void IsoImageTree::setIdentifier(Identifier id, const QString &value) {
     }
     m_ids[id] = v;
     applyIdentifiers();
-    changed();
+    // The identifiers fill fields of fixed length: the image's size stays as it was.
 }
 
 void IsoImageTree::applyIdentifiers() {
@@ -530,7 +533,25 @@ bool IsoImageTree::importSession(Recorder &recorder, qint32 startBlock, const It
 
 IsoLibrary::BurnSourcePtr IsoImageTree::makeStream(const StreamOptions &options, QString *error) {
     m_sizer.settle();
-    return layoutStream(options, error);
+    IsoLibrary::BurnSourcePtr src = layoutStream(options, error);
+    // The job's stream is laid out already: its size answers requests made while it runs.
+    if (src)
+        rememberSize(options, m_generation, qint64(src->get_size(src.get())) / 2048);
+    return src;
+}
+
+quint64 IsoImageTree::sizeLayouts() {
+    return g_sizeLayouts.load();
+}
+
+void IsoImageTree::rememberSize(const StreamOptions &options, quint64 generation, qint64 blocks) {
+    m_lastBlocks = blocks;
+    if (generation != m_generation)
+        return; // the tree changed while events were served
+    m_sizeBlocks = blocks;
+    m_sizeGeneration = generation;
+    m_sizeJoliet = options.joliet;
+    m_sizeStart = options.startBlock;
 }
 
 IsoLibrary::BurnSourcePtr IsoImageTree::layoutStream(const StreamOptions &options, QString *error) {
@@ -563,7 +584,9 @@ IsoLibrary::BurnSourcePtr IsoImageTree::layoutStream(const StreamOptions &option
     return IsoLibrary::BurnSourcePtr(reinterpret_cast<BurnSource *>(src));
 }
 
-qint64 IsoImageTree::imageBlocks(const StreamOptions &options) {
+qint64 IsoImageTree::imageBlocks(const StreamOptions &options, bool imageHeld) {
+    if (imageHeld)
+        return m_lastBlocks;
     // A call made from an event served while an outer call's layout runs waits for that one.
     m_sizer.wait();
     if (m_sizeGeneration == m_generation && m_sizeJoliet == options.joliet &&
@@ -572,16 +595,14 @@ qint64 IsoImageTree::imageBlocks(const StreamOptions &options) {
     StreamOptions sizing = options;
     sizing.sizeOnly = true;
     const quint64 generation = m_generation;
-    const qint64 blocks = m_sizer.run([this, sizing] {
+    const qint64 blocks = m_sizer.run([this, sizing](const ImageSizer::Publish &publish) {
         IsoLibrary::BurnSourcePtr src = layoutStream(sizing, nullptr);
-        return src ? qint64(src->get_size(src.get())) / 2048 : 0;
+        ++g_sizeLayouts;
+        publish(src ? qint64(src->get_size(src.get())) / 2048 : 0);
+        // Freeing a layout of many files takes a good part of its time: it goes on here while
+        // the caller already has the answer.
+        src.reset();
     });
-    // The tree may have changed while events were served; then the figure is not kept.
-    if (generation == m_generation) {
-        m_sizeBlocks = blocks;
-        m_sizeGeneration = generation;
-        m_sizeJoliet = options.joliet;
-        m_sizeStart = options.startBlock;
-    }
+    rememberSize(options, generation, blocks);
     return blocks;
 }

@@ -79,10 +79,15 @@ public:
     qint32 directoryCount() const { return m_directories; }
 
     // Blocks of the stream with these options; remembered until the tree changes. The layout
-    // runs on a worker while the UI thread serves events other than user input.
-    qint64 imageBlocks(const StreamOptions &options);
+    // runs on a worker while the UI thread serves events other than user input. With
+    // `imageHeld` (a job's threads own libisofs objects of this image, whose reference counts
+    // are not atomic) nothing is laid out: the answer is the size last known, which for a job
+    // is the size of the stream it writes.
+    qint64 imageBlocks(const StreamOptions &options, bool imageHeld = false);
     // The image stream (libisofs's writer thread starts producing it at once).
     IsoLibrary::BurnSourcePtr makeStream(const StreamOptions &options, QString *error);
+    // Size layouts made by this process so far (each touches every node of its image).
+    static quint64 sizeLayouts();
 
 private:
     struct Walk;
@@ -100,6 +105,7 @@ private:
     IsoDir *ensureDirectory(const QString &destPath, bool useModifiedDate, const ItemSink &added);
     Item itemOf(IsoNode *node) const;
     void changed() { ++m_generation; }
+    void rememberSize(const StreamOptions &options, quint64 generation, qint64 blocks);
     void countSubtree(IsoNode *node, int sign);
     void applyIdentifiers();
 
@@ -113,6 +119,7 @@ private:
     bool m_sizeJoliet = false;
     qint32 m_sizeStart = -1;
     qint64 m_sizeBlocks = 0;
+    qint64 m_lastBlocks = 0; // the last size known, whatever the tree became since
     // Last, so that a layout still running is joined before the image goes.
     mutable ImageSizer m_sizer;
 };

@@ -1,5 +1,7 @@
 #include "IsoLibrary.h"
 
+#include "ConverterCache.h"
+
 #include <cstdlib>
 #include <mutex>
 
@@ -7,6 +9,7 @@ bool IsoLibrary::ensureStarted() {
     static std::once_flag once;
     static bool started = false;
     std::call_once(once, [] {
+        ConverterCache::install();
         started = iso_init() >= 0;
         if (!started)
             return;

@@ -23,6 +23,13 @@ struct StreamLayout {
     void *data;
 };
 
+// The stream's identity sits in the block libisofs holds, past the part it knows: a layout
+// compares every pair of files by it, and one cache line per stream keeps that cheap.
+struct StreamBlock {
+    StreamLayout layout;
+    ino_t serial;
+};
+
 // libisofs asks for 2048 bytes at a time; reading the file in larger pieces spares a system
 // call per block, which is most of the cost of copying large files.
 constexpr qint64 ReadAhead = 256 * 1024;
@@ -32,7 +39,6 @@ struct SourceData {
     qint64 size = 0;
     qint64 offset = 0; // bytes handed to libisofs
     int fd = -1;
-    ino_t serial = 0;
     std::vector<char> ahead; // read from the file, not yet handed out
     qint64 aheadPos = 0;
     qint64 aheadLen = 0;
@@ -43,6 +49,10 @@ std::atomic<ino_t> g_serial{1};
 
 SourceData *dataOf(IsoStream *stream) {
     return static_cast<SourceData *>(reinterpret_cast<StreamLayout *>(stream)->data);
+}
+
+ino_t serialOf(IsoStream *stream) {
+    return reinterpret_cast<StreamBlock *>(stream)->serial;
 }
 
 void report(qint32 fileError, const SourceData *s) {
@@ -141,7 +151,7 @@ void streamId(IsoStream *stream, unsigned int *fsId, dev_t *devId, ino_t *inoId)
     // An id of our own per stream, so that libisofs never takes two sources for one file.
     *fsId = 0x54535359; // "TSSY"
     *devId = 0;
-    *inoId = dataOf(stream)->serial;
+    *inoId = serialOf(stream);
 }
 
 void streamFree(IsoStream *stream) {
@@ -162,8 +172,8 @@ IsoStream *streamInput(IsoStream *, int) {
 // libisofs orders every file of the image by stream identity when it lays the image out; our
 // serial numbers decide at once, without its general path through get_id.
 int streamCompare(IsoStream *a, IsoStream *b) {
-    const ino_t x = dataOf(a)->serial;
-    const ino_t y = dataOf(b)->serial;
+    const ino_t x = serialOf(a);
+    const ino_t y = serialOf(b);
     return x < y ? -1 : x > y ? 1 : 0;
 }
 
@@ -176,13 +186,14 @@ IsoStreamIface g_class = {
 } // namespace
 
 IsoStream *SourceFileStream::create(const QString &path, qint64 size) {
-    auto *layout = static_cast<StreamLayout *>(malloc(sizeof(StreamLayout)));
-    if (!layout)
+    auto *block = static_cast<StreamBlock *>(malloc(sizeof(StreamBlock)));
+    if (!block)
         return nullptr;
+    StreamLayout *layout = &block->layout;
     auto *data = new SourceData;
     data->path = QFile::encodeName(path);
     data->size = size;
-    data->serial = g_serial.fetch_add(1);
+    block->serial = g_serial.fetch_add(1);
     layout->klass = &g_class;
     layout->refcount = 1;
     layout->data = data;
