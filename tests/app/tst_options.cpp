@@ -369,10 +369,7 @@ private slots:
         });
         box->cmdFilename->click();
         QCOMPARE(seenCaption, QStringLiteral("Select Start Directory"));
-        const QString expected = !confirm   ? QStringLiteral("C:\\")
-                                 : pickNode ? folder.path()
-                                            : QStringLiteral("C:\\");
-        QCOMPARE(box->txtStartFolder->text(), expected);
+        QCOMPARE(box->txtStartFolder->text(), confirm && pickNode ? folder.path() : "C:\\");
         QCOMPARE(box->cmdApply->isEnabled(), confirm && pickNode);
     }
 };
