@@ -38,6 +38,8 @@ public:
         bool cacheImage = false;
         QString cacheFolder;
         QString logPath; // empty: no log
+        // A write the engine refused before anything was laid out: the job ends with it.
+        JobOutcome refusal = JobOutcome::completed();
     };
     // Called on the UI thread when the job has ended, before its ending event.
     using Finisher = std::function<void(const JobOutcome &)>;
