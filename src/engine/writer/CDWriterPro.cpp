@@ -547,6 +547,8 @@ bool CDWriterPro::WriteDisc() {
         setup.plan.startAddress = 0;
         return d->startJob(std::move(setup), {});
     }
+    if (d->tree->changing())
+        return false; // a folder is half added while its replace question is answered
     const MediumState st = r->medium();
     IsoImageTree::StreamOptions options;
     options.joliet = d->fileSystem == 1;

@@ -626,7 +626,8 @@ IsoLibrary::BurnSourcePtr IsoImageTree::layoutStream(const StreamOptions &option
     // A standalone image copies imported files; one that continues a disc points at them.
     const bool appendable = m_imported && !options.standalone;
     iso_write_opts_set_appendable(raw, appendable ? 1 : 0);
-    iso_write_opts_set_ms_block(raw, appendable ? uint32_t(std::max(0, options.startBlock)) : 0);
+    iso_write_opts_set_ms_block(raw,
+                                options.standalone ? 0 : uint32_t(std::max(0, options.startBlock)));
     if (options.sizeOnly)
         iso_write_opts_set_will_cancel(raw, 1);
     else
