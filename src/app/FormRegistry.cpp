@@ -1,44 +1,88 @@
 #include "FormRegistry.h"
 
-#include <QApplication>
 #include <QHash>
-#include <QWidget>
+#include <QMdiArea>
+#include <QMdiSubWindow>
 
 namespace {
-QHash<QString, FormRegistry::Opener> &openers() {
-    static QHash<QString, FormRegistry::Opener> table;
+struct Entry {
+    FormRegistry::Opener opener;
+    std::function<QWidget *()> find;
+};
+
+QHash<QString, Entry> &entries() {
+    static QHash<QString, Entry> table;
     return table;
+}
+
+WindowContext &sharedContext() {
+    static WindowContext context;
+    return context;
 }
 } // namespace
 
+FrameServices::~FrameServices() = default;
+
 void FormRegistry::add(const QString &name, Opener opener) {
-    openers().insert(name, std::move(opener));
+    addWithFinder(name, std::move(opener), {});
+}
+
+void FormRegistry::add(const QString &name, std::function<void(QWidget *owner)> opener) {
+    addWithFinder(name,
+                  [opener = std::move(opener)](const WindowContext &context) {
+                      opener(context.frame ? context.frame->frameWidget() : nullptr);
+                  },
+                  {});
+}
+
+void FormRegistry::addWithFinder(const QString &name, Opener opener,
+                                 std::function<QWidget *()> find) {
+    entries().insert(name, {std::move(opener), std::move(find)});
 }
 
 void FormRegistry::remove(const QString &name) {
-    openers().remove(name);
+    entries().remove(name);
 }
 
 bool FormRegistry::contains(const QString &name) {
-    return openers().contains(name);
+    return entries().contains(name);
 }
 
-bool FormRegistry::open(const QString &name, QWidget *owner) {
-    const auto it = openers().constFind(name);
-    if (it == openers().constEnd())
+bool FormRegistry::open(const QString &name) {
+    const auto it = entries().constFind(name);
+    if (it == entries().constEnd())
         return false;
     // A copy: the opener may add or remove others while it runs.
-    const Opener opener = *it;
-    opener(owner);
+    const Opener opener = it->opener;
+    opener(context());
     return true;
 }
 
 QWidget *FormRegistry::find(const QString &name) {
-    for (QWidget *top : QApplication::topLevelWidgets()) {
-        if (top->objectName() == name)
-            return top;
-        if (auto *child = top->findChild<QWidget *>(name))
-            return child;
+    const auto it = entries().constFind(name);
+    return it != entries().constEnd() && it->find ? it->find() : nullptr;
+}
+
+void FormRegistry::setContext(const WindowContext &context) {
+    sharedContext() = context;
+}
+
+const WindowContext &FormRegistry::context() {
+    return sharedContext();
+}
+
+void FormRegistry::bringToFront(QWidget *window) {
+    if (!window)
+        return;
+    window->show();
+    if (auto *sub = qobject_cast<QMdiSubWindow *>(window->parentWidget())) {
+        sub->show();
+        if (sub->isMinimized())
+            sub->showNormal();
+        if (QMdiArea *area = sub->mdiArea())
+            area->setActiveSubWindow(sub);
+        return;
     }
-    return nullptr;
+    window->raise();
+    window->activateWindow();
 }

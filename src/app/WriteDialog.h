@@ -1,15 +1,10 @@
 #pragma once
 
-class AnimationControl;
-class QCheckBox;
-class QLabel;
-class QProgressBar;
-class QPushButton;
-class QRadioButton;
-class QTimer;
+class QString;
 
-// What the frame's write handlers reach of the open write dialog. The dialog lives in a
-// library above the frame's, so it registers itself here while it is open. UI thread.
+// What the frame's write handlers ask of the open write dialog at the end of a job; the dialog
+// follows the progress events and the disc itself. It registers itself while it is open.
+// UI thread.
 class WriteDialog {
 public:
     virtual ~WriteDialog();
@@ -21,19 +16,12 @@ public:
     virtual void RefreshForm() = 0;
     // Closes the dialog as its own close does; refused during a write.
     virtual void Unload() = 0;
-
-    QRadioButton *optWrite = nullptr;
-    QRadioButton *optTest = nullptr;
-    QPushButton *cmdWrite = nullptr;
-    QPushButton *cmdCancel = nullptr;
-    QPushButton *cmdClose = nullptr;
-    QCheckBox *chkCloseWin = nullptr;
-    QLabel *lblActions = nullptr;
-    QLabel *lblTime = nullptr;
-    AnimationControl *aniBurn = nullptr;
-    QProgressBar *prgTrackProgress = nullptr;
-    QProgressBar *prgTotalProgress = nullptr;
-    QTimer *tmrBurn = nullptr;
+    // The job has ended: the clock stops, the bars empty, the line and the animation tell how.
+    virtual void writeEnded(const QString &action, const QString &animation) = 0;
+    // After a test write the same dialog offers the real write, once the disc is back.
+    virtual void offerRealWrite() = 0;
+    // "Close Windows When Finished" is ticked.
+    virtual bool closeWindowsWhenFinished() const = 0;
 
 protected:
     // The dialog says when it opens and when it has closed.

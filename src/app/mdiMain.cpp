@@ -1,10 +1,13 @@
 #include "mdiMain.h"
+#include "CompilationWindow.h"
+#include "FormRegistry.h"
 #include "base/App.h"
 #include "base/Conversions.h"
 #include "diagnostics/ErrorTrap.h"
 #include "engine/notify/CDNotify.h"
 #include "engine/writer/CDWriterPro.h"
 #include "engine/writer/recorders/DriveScanner.h"
+#include "frmFiles.h"
 #include "modDeclarations.h"
 #include "modGlobals.h"
 #include "modIniFunc.h"
@@ -171,15 +174,26 @@ mdiMain::mdiMain() {
     mnuPopUpLV = new QMenu(this);
     mnuPopUpAudio = new QMenu(this);
     connectImageEvents();
+    // The disc type box starts a data compilation's image through the registry as well.
+    FormRegistry::add(QStringLiteral("ResetImage"), [frame = QPointer<mdiMain>(this)](QWidget *) {
+        if (frame)
+            frame->ResetImage();
+    });
     connect(m_mdiArea, &QMdiArea::subWindowActivated, this, [](QMdiSubWindow *window) {
         // Each child keeps its own Form_Activate; the frame only tells it.
-        if (window && window->widget())
-            QMetaObject::invokeMethod(window->widget(), "Form_Activate");
+        QWidget *child = window ? window->widget() : nullptr;
+        if (auto *browser = qobject_cast<frmFiles *>(child))
+            browser->Form_Activate();
+        else if (auto *compilation = dynamic_cast<CompilationWindow *>(child))
+            compilation->Form_Activate();
     });
     ErrorTrap::run("MDIForm_Load", "mdiMain", [this] { MDIForm_Load(); });
 }
 
-mdiMain::~mdiMain() = default;
+mdiMain::~mdiMain() {
+    // Windows opened from now on have no frame to be made with.
+    FormRegistry::setContext({});
+}
 
 void mdiMain::buildMenu() {
     SmartMenu = new KeyedMenu(menuBar(), this);
@@ -337,6 +351,7 @@ void mdiMain::MDIForm_Load() {
         MsgBox(QStringLiteral("Drives Cannot be initialized...Contact support!"), vbOKOnly,
                App::ProductName());
     CDNotify1 = new CDNotify(Tessaly, this);
+    FormRegistry::setContext({Tessaly, CDNotify1, this});
     connect(CDNotify1, &CDNotify::Arrival, this, [this](const QString &Drive) {
         ErrorTrap::run("CDNotify1_Arrival", "mdiMain", [&] { CDNotify1_Arrival(Drive); });
     });

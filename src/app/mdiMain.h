@@ -1,5 +1,6 @@
 #pragma once
 
+#include "FrameServices.h"
 #include "base/Checked.h"
 #include "base/VbDate.h"
 
@@ -28,9 +29,9 @@ class frmFiles;
 
 // The main frame: the multiple-document area that holds the file browsers and the compilation
 // windows, the keyed menu, toolbar and status bar, the recorder strip and the size ruler. It
-// owns the disc-writing engine and the media notifier for the whole run. One default instance.
-// On the UI thread.
-class mdiMain : public QMainWindow {
+// owns the disc-writing engine and the media notifier for the whole run, and hands them with its
+// services to every window it opens. One default instance. On the UI thread.
+class mdiMain : public QMainWindow, public FrameServices {
     Q_OBJECT
 public:
     mdiMain();
@@ -70,8 +71,21 @@ public:
     QMenu *mnuPopUpLV = nullptr;
     QMenu *mnuPopUpAudio = nullptr;
 
-    // Operations the other windows use.
-    void EnableForm(bool blnEnable);
+    // What the windows the frame opens may ask of it.
+    QWidget *frameWidget() override { return this; }
+    QMdiSubWindow *addChild(QWidget *window) override;
+    void setCommandsEnabled(const QStringList &keys, bool enabled) override;
+    void setMenuShown(const QString &key, bool shown) override;
+    void setStatusText(const QString &panel, const QString &text) override;
+    QMenu *popupMenu(Popup which) override;
+    QString volumeIdentifierText() const override;
+    void setVolumeIdentifierText(const QString &text) override;
+    void setVolumeIdentifierEnabled(bool enabled) override;
+    void clearSizeBar() override;
+    void useFileModifiedDate(bool modified) override;
+    QString writeSpeedText() const override { return mstrSpeed; }
+
+    void EnableForm(bool blnEnable) override;
     void CheckSession();
     void SetChildNumbers(qint16 ClosingForm);
     void LoadDriveCombo();
@@ -84,7 +98,7 @@ public:
     void UpdateWindowList();
 
     // The command of a key, as the menu and the toolbar run it; an unknown key does nothing.
-    void runCommand(const QString &key);
+    void runCommand(const QString &key) override;
 
     // The command handlers.
     void ToolMenuNew();
@@ -151,8 +165,8 @@ public:
     // Image: the data window's mirror of the engine's image, the volume identifier box and the
     // size ruler.
     void ResetImage();
-    void RecalcImageSize();
-    void SetTypeSize();
+    void RecalcImageSize() override;
+    void SetTypeSize() override;
     void Tessaly_ISOItemAdded(const QString &sParentDestPath, const QString &sItemDestPath,
                               const QString &sItemName, bool bIsDirectory);
     void Tessaly_ISOItemRemoved(const QString &sDestinationPath, bool bIsDirectory);
@@ -179,7 +193,8 @@ public:
     // over and the old one stays.
     void ShowAnimation(const QString &name);
 
-    // Write: the engine's events during a write, and how they move the write dialog.
+    // Write: the engine's events during a write in the status bar; the dialog follows them
+    // itself and hears from the frame only how the job ended.
     void connectWriteEvents();
     void Tessaly_PreparingToWrite();
     void Tessaly_CachingStatus(qint16 nPercentComplete);
@@ -196,8 +211,6 @@ public:
     void Tessaly_WriteCancelled();
     void Tessaly_WriteError(qint32 WriteError, qint32 DriveError, const QString &sErrorInfo,
                             const QString &sSenseInfo);
-    // Opens the write dialog's animation of a name ("writecd"); a missing one is passed over.
-    void ShowWriteAnimation(const QString &name);
 
 protected:
     void closeEvent(QCloseEvent *event) override;
@@ -216,8 +229,11 @@ private:
     void setMenuState(const QStringList &keys, bool enabled);
     void setToolbarState(const QStringList &keys, bool enabled);
     frmFiles *activeFileBrowser();
-    // Opens a window or runs a procedure of another part of the program by name.
+    // Opens a window or runs a procedure of another part of the program by name; one that is
+    // not in the program yet is said so.
     void openForm(const QString &name);
+    // The key of the command running now, to name it in a box.
+    QString m_runningKey;
     // Side by side, each the full height of the area, or one above the other.
     void tileChildren(bool sideBySide);
     // The active child's window.

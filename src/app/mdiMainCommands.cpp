@@ -1,4 +1,5 @@
 // The frame's command table: every key of the menu and the toolbar reaches its handler here.
+#include "CompilationWindow.h"
 #include "FormRegistry.h"
 #include "base/App.h"
 #include "engine/writer/CDWriterPro.h"
@@ -20,12 +21,14 @@
 
 #include <QApplication>
 #include <QComboBox>
+#include <QFileInfo>
 #include <QLineEdit>
 #include <QMdiArea>
 #include <QMdiSubWindow>
 #include <QMenu>
 #include <QProcess>
-#include <QTreeWidget>
+#include <QScopeGuard>
+#include <utility>
 
 void mdiMain::buildCommandTable() {
     auto window = [this](const char *name) { return [this, name] { openForm(name); }; };
@@ -105,8 +108,12 @@ void mdiMain::runCommand(const QString &key) {
         }
         return;
     }
-    if (const auto it = m_commands.constFind(key); it != m_commands.constEnd())
+    if (const auto it = m_commands.constFind(key); it != m_commands.constEnd()) {
+        // Commands run from inside others' events: the outer key comes back afterwards.
+        const QString outer = std::exchange(m_runningKey, key);
+        const auto restore = qScopeGuard([this, outer] { m_runningKey = outer; });
         (*it)();
+    }
 }
 
 void mdiMain::smartMenu_Click(KeyedItem *Item) {
@@ -124,7 +131,18 @@ void mdiMain::smartmenu_BeforeDropDown(KeyedItem *Item, bool &Cancel) {
 }
 
 void mdiMain::openForm(const QString &name) {
-    FormRegistry::open(name, this);
+    if (FormRegistry::open(name))
+        return;
+    // A command whose window is not built yet says so instead of doing nothing.
+    QString what =
+        SmartMenu->contains(m_runningKey) ? SmartMenu->Item(m_runningKey)->Caption() : QString();
+    what.remove(u'&');
+    while (what.endsWith(u'.'))
+        what.chop(1);
+    if (what.isEmpty())
+        what = QStringLiteral("This command");
+    MsgBox(what + QStringLiteral(" is not available in this version of Tessaly yet."),
+           vbInformation, App::ProductName() + QStringLiteral(" - Information"));
 }
 
 QList<QMdiSubWindow *> mdiMain::openForms() const {
@@ -193,10 +211,8 @@ void mdiMain::SetChildNumbers(qint16 ClosingForm) {
 void mdiMain::ToolMenuCloseAll() {
     const QList<QMdiSubWindow *> children = openForms();
     for (auto it = children.crbegin(); it != children.crend(); ++it) {
-        const QWidget *form = (*it)->widget();
-        const QString name = form ? form->objectName() : QString();
-        if (name == QLatin1String("frmFiles") || name == QLatin1String("frmData") ||
-            name == QLatin1String("frmAudio"))
+        QWidget *form = (*it)->widget();
+        if (qobject_cast<frmFiles *>(form) || dynamic_cast<CompilationWindow *>(form))
             (*it)->close();
     }
     for (int i = 1; i <= 100; ++i)
@@ -293,58 +309,38 @@ void mdiMain::ToolMenuClearAllItems() {
 
 namespace {
 
-// The data window's tree and list hold each item's destination path as its key, in the first
-// column's user data.
-QTreeWidgetItem *selectedImageItem(const char *control) {
-    QWidget *data = FormRegistry::find(QStringLiteral("frmData"));
-    auto *view = data ? data->findChild<QTreeWidget *>(QLatin1String(control)) : nullptr;
-    if (!view)
-        return nullptr;
-    const QList<QTreeWidgetItem *> selected = view->selectedItems();
-    return selected.isEmpty() ? view->currentItem() : selected.first();
-}
-
 QString information() {
     return App::ProductName() + QStringLiteral(" - Information");
 }
 
+void removeImageItem(bool directory) {
+    CompilationWindow *compilation = CompilationWindow::current();
+    if (!compilation || !compilation->removeSelected(directory))
+        MsgBox(QStringLiteral("No Item Selected."), vbInformation, information());
+}
+
+void renameImageItem(bool directory) {
+    CompilationWindow *compilation = CompilationWindow::current();
+    if (!compilation || !compilation->renameSelected(directory))
+        MsgBox(QStringLiteral("No Item Selected."), vbInformation, information());
+}
+
 } // namespace
 
-static void removeImageItem(CDWriterPro *engine, const char *control) {
-    QTreeWidgetItem *item = selectedImageItem(control);
-    if (!item) {
-        MsgBox(QStringLiteral("No Item Selected."), vbInformation, information());
-        return;
-    }
-    if (!engine->RemoveISOItem(item->data(0, Qt::UserRole).toString()))
-        MsgBox(QStringLiteral("Item could not be removed."), vbInformation, information());
-    if (QWidget *data = FormRegistry::find(QStringLiteral("frmData")))
-        QMetaObject::invokeMethod(data, "UpdateImage");
-}
-
-static void renameImageItem(const char *control) {
-    QTreeWidgetItem *item = selectedImageItem(control);
-    if (!item) {
-        MsgBox(QStringLiteral("No Item Selected."), vbInformation, information());
-        return;
-    }
-    item->treeWidget()->editItem(item, 0);
-}
-
 void mdiMain::ToolMenuRemoveDirectory() {
-    removeImageItem(Tessaly, "tvwDirectories");
+    removeImageItem(true);
 }
 
 void mdiMain::ToolMenuRenameDirectory() {
-    renameImageItem("tvwDirectories");
+    renameImageItem(true);
 }
 
 void mdiMain::ToolMenuRemoveFile() {
-    removeImageItem(Tessaly, "lvwImageFiles");
+    removeImageItem(false);
 }
 
 void mdiMain::ToolMenuRenameFile() {
-    renameImageItem("lvwImageFiles");
+    renameImageItem(false);
 }
 
 void mdiMain::ToolMenuFileDateModified() {
@@ -454,7 +450,10 @@ void mdiMain::ToolMenuLicense() {
 }
 
 void mdiMain::ToolMenuInternetUpdate() {
-    QProcess::startDetached(App::pathOf(QStringLiteral("/Update.exe")), {});
+    const QString updater = App::pathOf(QStringLiteral("/Update.exe"));
+    if (!QFileInfo::exists(updater) || !QProcess::startDetached(updater, {}))
+        MsgBox(QStringLiteral("Internet Update is not available in this version of Tessaly yet."),
+               vbInformation, information());
 }
 
 void mdiMain::ToolMenuOnWeb() {

@@ -1,7 +1,7 @@
 // The frame's recorder strip and size ruler: the drive and speed lists, the media state and
 // the free space line.
+#include "CompilationWindow.h"
 #include "FormRegistry.h"
-#include "WriteDialog.h"
 #include "WriteSpeedList.h"
 #include "base/App.h"
 #include "base/Conversions.h"
@@ -95,22 +95,10 @@ void mdiMain::ShowAnimation(const QString &name) {
 }
 
 namespace {
-// The write dialog follows the disc while it waits for one.
-void tellWriteDialog(bool discReady) {
-    WriteDialog *burn = WriteDialog::open();
-    if (!burn)
-        return;
-    if (burn->cmdWrite)
-        burn->cmdWrite->setEnabled(discReady);
-    if (burn->lblActions)
-        burn->lblActions->setText(discReady ? QStringLiteral("Disc inserted ready to write...")
-                                            : QStringLiteral("Please insert the disc again..."));
-}
-
 void refreshCompilation(mdiMain *frame) {
     if (gblnDisctypeIsData == 1) {
-        if (QWidget *audio = FormRegistry::find(QStringLiteral("frmAudio")))
-            QMetaObject::invokeMethod(audio, "LoadTrackList");
+        if (CompilationWindow *audio = CompilationWindow::current())
+            audio->Reload();
     } else if (gblnDisctypeIsData == 0) {
         frame->RecalcImageSize();
     }
@@ -131,7 +119,6 @@ void mdiMain::CDNotify1_Arrival(const QString &Drive) {
         smartStatusBar->Item(QStringLiteral("STATUSIMG"))->setImageKey(QStringLiteral("NOMEDIA"));
         ShowAnimation(QStringLiteral("removecd"));
     }
-    tellWriteDialog(true);
 }
 
 void mdiMain::CDNotify1_RemoveComplete(const QString &Drive) {
@@ -142,7 +129,6 @@ void mdiMain::CDNotify1_RemoveComplete(const QString &Drive) {
     SmartMenu->Item(QStringLiteral("SESSION"))->setEnabled(false);
     ShowAnimation(QStringLiteral("insertcd"));
     refreshCompilation(this);
-    tellWriteDialog(false);
 }
 
 void mdiMain::CheckSession() {
@@ -152,6 +138,7 @@ void mdiMain::CheckSession() {
     if (Tessaly->DiscStatus() == CDWriterPro::DiscOpen &&
         Tessaly->LastSessionStatus() == CDWriterPro::SessionEmpty && Tessaly->SessionCount() > 1) {
         SmartMenu->Item(QStringLiteral("SESSION"))->setEnabled(true);
-        openForm(QStringLiteral("frmSessionCheck"));
+        // Opened on its own when a disc arrives, not by a command: nothing to say without it.
+        FormRegistry::open(QStringLiteral("frmSessionCheck"));
     }
 }

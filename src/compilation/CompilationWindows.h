@@ -1,6 +1,6 @@
 #pragma once
 
 // Tells the frame's registry how to open the windows of the compilation library ("frmData",
-// "frmLabels") and run its procedures ("ResetImage"). Called once before the program runs:
+// "frmLabels"). Called once before the program runs:
 // registrations in static initialisers would be dropped with an unused object file.
 void registerCompilationWindows();

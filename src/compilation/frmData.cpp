@@ -1,6 +1,5 @@
 #include "frmData.h"
 #include "IsoNameRules.h"
-#include "app/mdiMain.h"
 #include "app/modDeclarations.h"
 #include "app/modIniFunc.h"
 #include "base/App.h"
@@ -36,10 +35,6 @@ namespace {
 constexpr int SplitterTwips = 60;
 // A node whose children are kept in order.
 constexpr int SortedRole = Qt::UserRole + 1;
-
-mdiMain *frame() {
-    return DefaultInstance<mdiMain>::peek();
-}
 
 QString information() {
     return App::ProductName() + QStringLiteral(" - Information");
@@ -93,6 +88,11 @@ public:
     }
 };
 
+QTreeWidgetItem *selectedItemOf(QTreeWidget *view) {
+    const QList<QTreeWidgetItem *> selected = view->selectedItems();
+    return selected.isEmpty() ? view->currentItem() : selected.first();
+}
+
 QTreeWidgetItem *findIn(QTreeWidget *view, const QString &key) {
     for (QTreeWidgetItemIterator it(view); *it; ++it) {
         if (frmData::keyOf(*it) == key)
@@ -103,7 +103,8 @@ QTreeWidgetItem *findIn(QTreeWidget *view, const QString &key) {
 
 } // namespace
 
-frmData::frmData() {
+frmData::frmData(const WindowContext &context)
+    : m_context(context) {
     setObjectName(QStringLiteral("frmData"));
     setAttribute(Qt::WA_DeleteOnClose);
     setWindowIcon(picture(QStringLiteral("CD")));
@@ -332,8 +333,7 @@ void frmData::LoadFileList(const QString &strCurrentDestPath) {
     const bool sorted = lvwImageFiles->isSortingEnabled();
     lvwImageFiles->setSortingEnabled(false);
     lvwImageFiles->clear();
-    if (mdiMain *main = frame())
-        main->Tessaly->ListISOItems(strCurrentDestPath);
+    engine()->ListISOItems(strCurrentDestPath);
     lvwImageFiles->setSortingEnabled(sorted);
     if (sorted)
         lvwImageFiles->sortByColumn(m_sortKey, Qt::AscendingOrder);
@@ -349,8 +349,7 @@ void frmData::UpdateImage() {
         if (QTreeWidgetItem *root = node(QStringLiteral("\\")))
             root->setExpanded(true);
     }
-    if (mdiMain *main = frame())
-        main->RecalcImageSize();
+    services()->RecalcImageSize();
 }
 
 void frmData::EnableForm(bool blnEnable) {
@@ -364,9 +363,8 @@ void frmData::EnableForm(bool blnEnable) {
 }
 
 bool frmData::ValidateISONames(const QString &strNewName) {
-    mdiMain *main = frame();
-    const QString reason = IsoNameRules::violation(strNewName, main->Tessaly->ISOFileSystem(),
-                                                   main->Tessaly->ISOLevel());
+    const QString reason =
+        IsoNameRules::violation(strNewName, engine()->ISOFileSystem(), engine()->ISOLevel());
     if (reason.isEmpty())
         return true;
     MsgBox(reason, vbInformation, information());
@@ -408,20 +406,43 @@ void frmData::OLEDragDrop(const QMimeData *Data) {
     QString strDestPath;
     if (QTreeWidgetItem *selected = selectedNode(); selected && keyOf(selected) != u"\\")
         strDestPath = keyOf(selected);
-    CDWriterPro *engine = frame()->Tessaly;
     for (const QString &strFile : files) {
         const QString strName = GetLastPathItem(strFile);
         if (IsPathDirectory(strFile))
-            engine->AddISODirectory(strDestPath + u'\\' + strName,
-                                    strFile + QStringLiteral("/*.*"));
+            engine()->AddISODirectory(strDestPath + u'\\' + strName,
+                                      strFile + QStringLiteral("/*.*"));
         else
-            engine->AddISOFile(strDestPath + u'\\' + strName, strFile);
+            engine()->AddISOFile(strDestPath + u'\\' + strName, strFile);
     }
     m_dropping = false;
     tvwDirectories->setEnabled(true);
     lvwImageFiles->setEnabled(true);
     UpdateImage();
     unsetCursor();
+}
+
+// --- The compilation as others see it ---------------------------------------------------
+
+void frmData::Reload() {
+    services()->RecalcImageSize();
+}
+
+bool frmData::removeSelected(bool directory) {
+    QTreeWidgetItem *item = selectedItemOf(directory ? tvwDirectories : lvwImageFiles);
+    if (!item)
+        return false;
+    if (!engine()->RemoveISOItem(keyOf(item)))
+        MsgBox(QStringLiteral("Item could not be removed."), vbInformation, information());
+    UpdateImage();
+    return true;
+}
+
+bool frmData::renameSelected(bool directory) {
+    QTreeWidgetItem *item = selectedItemOf(directory ? tvwDirectories : lvwImageFiles);
+    if (!item)
+        return false;
+    item->treeWidget()->editItem(item, 0);
+    return true;
 }
 
 // --- Label editing ------------------------------------------------------------------------
@@ -448,7 +469,7 @@ void frmData::tvwDirectories_AfterLabelEdit(int &Cancel, const QString &NewStrin
         return;
     }
     QTreeWidgetItem *item = tvwDirectories->currentItem();
-    if (frame()->Tessaly->RenameISODirectory(keyOf(item), NewString))
+    if (engine()->RenameISODirectory(keyOf(item), NewString))
         item->setText(0, NewString);
     else
         MsgBox(QStringLiteral("Directory could not be renamed."), vbInformation, information());
@@ -460,7 +481,7 @@ void frmData::lvwImageFiles_AfterLabelEdit(int &Cancel, const QString &NewString
         Cancel = 1;
         return;
     }
-    if (!frame()->Tessaly->RenameISOFile(keyOf(lvwImageFiles->currentItem()), NewString))
+    if (!engine()->RenameISOFile(keyOf(lvwImageFiles->currentItem()), NewString))
         MsgBox(QStringLiteral("File could not be renamed."), vbInformation, information());
     UpdateImage();
 }
@@ -496,9 +517,10 @@ bool frmData::eventFilter(QObject *watched, QEvent *event) {
         static_cast<QMouseEvent *>(event)->button() == Qt::RightButton) {
         const QPoint at = static_cast<QMouseEvent *>(event)->globalPosition().toPoint();
         ErrorTrap::run("MouseUp", "frmData", [&] {
-            if (mdiMain *main = frame())
-                (watched == tvwDirectories->viewport() ? main->mnuPopUpTV : main->mnuPopUpLV)
-                    ->popup(at);
+            services()
+                ->popupMenu(watched == tvwDirectories->viewport() ? FrameServices::Popup::Tree
+                                                                  : FrameServices::Popup::List)
+                ->popup(at);
         });
         return false;
     }

@@ -1,26 +1,28 @@
 #pragma once
 
+#include "app/CompilationWindow.h"
 #include "app/DataImageMirror.h"
+#include "app/FrameServices.h"
 
 #include <QHash>
 #include <QPointer>
 #include <QWidget>
 
+class CDWriterPro;
 class QAction;
 class QMenu;
 class QMimeData;
 class QTreeWidget;
 class QTreeWidgetItem;
-class mdiMain;
 
 // The data compilation: a mirror of the engine's image, its directories as a tree on the left
 // and the files of the selected directory on the right. Holds no data of its own; items are
-// keyed by their destination path ("\" the root). One default instance, a child of the frame.
-// On the UI thread.
-class frmData : public QWidget, public DataImageMirror {
+// keyed by their destination path ("\" the root). One default instance, a child of the frame,
+// made with the engine and the frame's services. On the UI thread.
+class frmData : public QWidget, public DataImageMirror, public CompilationWindow {
     Q_OBJECT
 public:
-    frmData();
+    explicit frmData(const WindowContext &context);
     ~frmData() override;
 
     QTreeWidget *tvwDirectories = nullptr;
@@ -30,9 +32,9 @@ public:
     bool mblnMoving = false;
 
     // The procedures others call.
-    Q_INVOKABLE void LoadFileList(const QString &strCurrentDestPath);
-    Q_INVOKABLE void UpdateImage();
-    Q_INVOKABLE void EnableForm(bool blnEnable);
+    void LoadFileList(const QString &strCurrentDestPath);
+    void UpdateImage();
+    void EnableForm(bool blnEnable) override;
     bool ValidateISONames(const QString &strNewName);
     static bool IsPathDirectory(const QString &strPath);
     // Adds the dropped files and folders to the selected directory; anything but a list of
@@ -43,7 +45,7 @@ public:
     void SizeControls(double X);
 
     void Form_Load();
-    Q_INVOKABLE void Form_Activate();
+    void Form_Activate() override;
     void Form_Unload(int &Cancel);
     void Form_Resize();
 
@@ -83,6 +85,12 @@ public:
     void clearImage() override;
     void setCaption(const QString &caption) override;
 
+    // The compilation as the frame and the write dialog see it.
+    QWidget *widget() override { return this; }
+    void Reload() override;
+    bool removeSelected(bool directory) override;
+    bool renameSelected(bool directory) override;
+
     // The pictures of the frame's image list the tree and the list show ("CD", "FILE", ...).
     static QIcon picture(const QString &key);
 
@@ -92,6 +100,8 @@ protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
+    CDWriterPro *engine() const { return m_context.engine; }
+    FrameServices *services() const { return m_context.frame; }
     void buildPopups();
     void clearPopups();
     void forgetNodes(QTreeWidgetItem *item);
@@ -99,6 +109,7 @@ private:
     int innerHeight() const;
     bool dropEvent(QObject *watched, QEvent *event);
 
+    WindowContext m_context;
     QHash<QString, QTreeWidgetItem *> m_nodes;
     QHash<QString, QAction *> m_entries;
     // The frame's pop-ups this window filled; the frame may be going down before the window.

@@ -1,6 +1,5 @@
 // The data window's life in the frame: loading, activation and unloading with the frame's
 // command states, and the two pop-up menus of the frame it fills while it is open.
-#include "app/mdiMain.h"
 #include "app/modDeclarations.h"
 #include "app/modIniFunc.h"
 #include "base/Conversions.h"
@@ -23,20 +22,6 @@
 
 namespace {
 
-mdiMain *frame() {
-    return DefaultInstance<mdiMain>::peek();
-}
-
-void setMenuItems(mdiMain *main, const QStringList &keys, bool enabled) {
-    for (const QString &key : keys)
-        main->SmartMenu->Item(key)->setEnabled(enabled);
-}
-
-void setToolbarItems(mdiMain *main, const QStringList &keys, bool enabled) {
-    for (const QString &key : keys)
-        main->SmartToolbar->Item(key)->setEnabled(enabled);
-}
-
 const QStringList &menuItems() {
     static const QStringList keys = {
         QStringLiteral("CLOSE"), QStringLiteral("CLOSEALL"),        QStringLiteral("SAVEASISO"),
@@ -45,47 +30,30 @@ const QStringList &menuItems() {
     return keys;
 }
 
-const QStringList &toolbarItems() {
-    static const QStringList keys = {QStringLiteral("CLOSE"),        QStringLiteral("CLOSEALL"),
-                                     QStringLiteral("SAVEASISO"),    QStringLiteral("WRITEDISC"),
-                                     QStringLiteral("PRINTPREVIEW"), QStringLiteral("PRINT")};
-    return keys;
-}
-
 } // namespace
 
 void frmData::Form_Load() {
-    mdiMain *main = frame();
+    FrameServices *main = services();
     const qint16 left = CInt(sGetINI(gstrINIFile, QStringLiteral("General"),
                                      QStringLiteral("DataImage Left"), QStringLiteral("0")));
     QWidget *outer = parentWidget() ? parentWidget() : this;
     outer->setGeometry(Twips::toPixels(left), 0, Twips::toPixels(7600), Twips::toPixels(8500));
     gblnDisctypeIsData = 0;
     main->SetTypeSize();
-    main->txtVolIdentifier->setVisible(true);
-    main->SmartMenu->Item(QStringLiteral("NEW"))->setEnabled(false);
-    setMenuItems(main, menuItems(), true);
-    main->SmartToolbar->Item(QStringLiteral("NEW"))->setEnabled(false);
-    setToolbarItems(main, toolbarItems(), true);
+    main->setCommandsEnabled({QStringLiteral("NEW")}, false);
+    main->setCommandsEnabled(menuItems(), true);
     // Each new window starts with file dates; the menu's marks follow.
-    main->ToolMenuFileDateModified();
+    main->useFileModifiedDate(true);
     buildPopups();
-    main->Tessaly->ClearISOImage();
+    engine()->ClearISOImage();
     main->EnableForm(true);
     EnableForm(true);
 }
 
 void frmData::Form_Activate() {
-    ErrorTrap::run("Form_Activate", "frmData", [] {
-        mdiMain *main = frame();
-        if (!main)
-            return;
-        for (const char *key : {"CLOSE", "CLOSEALL"}) {
-            main->SmartMenu->Item(QLatin1String(key))->setEnabled(true);
-            main->SmartToolbar->Item(QLatin1String(key))->setEnabled(true);
-        }
-        main->SmartMenu->Item(QStringLiteral("DATAIMAGE"))->setShown(1);
-        main->SmartMenu->Item(QStringLiteral("DATAIMAGE"))->setEnabled(true);
+    ErrorTrap::run("Form_Activate", "frmData", [this] {
+        services()->setCommandsEnabled({QStringLiteral("CLOSE"), QStringLiteral("CLOSEALL")}, true);
+        services()->setMenuShown(QStringLiteral("DATAIMAGE"), true);
     });
 }
 
@@ -93,25 +61,17 @@ void frmData::Form_Unload(int &Cancel) {
     gblnDisctypeIsData = 99;
     Cancel = gblnUnloadOk ? 0 : 1;
     // The frame falls back to the state of no compilation even where a write keeps the window.
-    mdiMain *main = frame();
-    if (!main)
-        return;
-    main->SmartMenu->Item(QStringLiteral("NEW"))->setEnabled(true);
-    main->SmartMenu->Item(QStringLiteral("DATAIMAGE"))->setEnabled(false);
-    main->SmartMenu->Item(QStringLiteral("DATAIMAGE"))->setShown(0);
-    setMenuItems(main, menuItems(), false);
-    main->smartStatusBar->Item(QStringLiteral("DATA"))
-        ->setText(QStringLiteral(" Data Image Size:"));
-    main->smartStatusBar->Item(QStringLiteral("FILES"))->setText(QStringLiteral(" Files:"));
-    main->smartStatusBar->Item(QStringLiteral("DIRECTORIES"))
-        ->setText(QStringLiteral(" Directories:"));
-    main->SmartToolbar->Item(QStringLiteral("NEW"))->setEnabled(true);
-    setToolbarItems(main, toolbarItems(), false);
+    FrameServices *main = services();
+    main->setCommandsEnabled({QStringLiteral("NEW")}, true);
+    main->setMenuShown(QStringLiteral("DATAIMAGE"), false);
+    main->setCommandsEnabled(menuItems(), false);
+    main->setStatusText(QStringLiteral("DATA"), QStringLiteral(" Data Image Size:"));
+    main->setStatusText(QStringLiteral("FILES"), QStringLiteral(" Files:"));
+    main->setStatusText(QStringLiteral("DIRECTORIES"), QStringLiteral(" Directories:"));
     // Emptied once the window no longer counts as the data compilation: no caption follows it.
-    main->txtVolIdentifier->setText(QString());
-    main->txtVolIdentifier->setEnabled(false);
-    main->prbSize->resize(0, main->prbSize->height());
-    main->prbSize->setValue(0);
+    main->setVolumeIdentifierText(QString());
+    main->setVolumeIdentifierEnabled(false);
+    main->clearSizeBar();
 }
 
 void frmData::closeEvent(QCloseEvent *event) {
@@ -137,7 +97,7 @@ QAction *frmData::popupEntry(const QString &name) const {
 }
 
 void frmData::buildPopups() {
-    mdiMain *main = frame();
+    FrameServices *main = services();
     clearPopups();
     auto add = [this](QMenu *menu, const char *name, const QString &caption,
                       std::function<void()> handler, bool checkable = false) {
@@ -148,24 +108,24 @@ void frmData::buildPopups() {
                 [name, handler = std::move(handler)] { ErrorTrap::run(name, "mdiMain", handler); });
         m_entries.insert(QLatin1String(name), action);
     };
-    m_popupTV = main->mnuPopUpTV;
-    m_popupLV = main->mnuPopUpLV;
-    QMenu *tv = main->mnuPopUpTV;
+    m_popupTV = main->popupMenu(FrameServices::Popup::Tree);
+    m_popupLV = main->popupMenu(FrameServices::Popup::List);
+    QMenu *tv = m_popupTV;
     add(tv, "mnuRemoveDirectory", QStringLiteral("&Remove Directory"),
-        [main] { main->ToolMenuRemoveDirectory(); });
+        [main] { main->runCommand(QStringLiteral("REMOVEDIRECTORY")); });
     add(tv, "mnuRenameDirectory", QStringLiteral("Re&name Directory"),
-        [main] { main->ToolMenuRenameDirectory(); });
+        [main] { main->runCommand(QStringLiteral("RENAMEDIRECTORY")); });
     tv->addSeparator();
     add(tv, "mnuClearAllItemsTV", QStringLiteral("&Clear All Items"),
-        [main] { main->Tessaly->ClearISOImage(); });
+        [this] { engine()->ClearISOImage(); });
 
-    QMenu *lv = main->mnuPopUpLV;
+    QMenu *lv = m_popupLV;
     add(lv, "mnuRemoveFile", QStringLiteral("&Remove File"),
-        [main] { main->ToolMenuRemoveFile(); });
+        [main] { main->runCommand(QStringLiteral("REMOVEFILE")); });
     add(lv, "mnuRenameFile", QStringLiteral("Re&name File"),
-        [main] { main->ToolMenuRenameFile(); });
+        [main] { main->runCommand(QStringLiteral("RENAMEFILE")); });
     add(lv, "mnuClearAllItemsLV", QStringLiteral("&Clear All Items"),
-        [main] { main->Tessaly->ClearISOImage(); });
+        [this] { engine()->ClearISOImage(); });
     lv->addSeparator();
     QMenu *view = lv->addMenu(QStringLiteral("&View"));
     add(

@@ -1,5 +1,5 @@
 #include "frmLabels.h"
-#include "app/mdiMain.h"
+#include "app/FormRegistry.h"
 #include "app/modDeclarations.h"
 #include "app/modGlobals.h"
 #include "diagnostics/ErrorTrap.h"
@@ -101,8 +101,8 @@ bool frmLabels::eventFilter(QObject *watched, QEvent *event) {
 }
 
 void frmLabels::cmdOK_Click() {
-    if (mdiMain *main = DefaultInstance<mdiMain>::peek())
-        main->txtVolIdentifier->setText(txtVolumeLabel->text());
+    if (FrameServices *frame = FormRegistry::context().frame)
+        frame->setVolumeIdentifierText(txtVolumeLabel->text());
     gstrVolumeIdentifier = txtVolumeLabel->text();
     gstrVolumeApplicationIdentifier = txtVolumeApplication->text();
     gstrVolumePublisher = txtVolumePublisher->text();

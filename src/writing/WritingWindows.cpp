@@ -3,5 +3,5 @@
 #include "frmBurn.h"
 
 void registerWritingWindows() {
-    FormRegistry::add(QStringLiteral("frmBurn"), [](QWidget *owner) { frmBurn::showOver(owner); });
+    FormRegistry::addWindow<frmBurn>(QStringLiteral("frmBurn"), FormRegistry::Placement::Dialog);
 }

@@ -1,22 +1,25 @@
 #include "frmBurn.h"
+#include "app/CompilationWindow.h"
 #include "app/FormRegistry.h"
-#include "app/mdiMain.h"
 #include "app/modDeclarations.h"
+#include "app/modGlobals.h"
 #include "base/App.h"
+#include "base/Conversions.h"
 #include "base/Format.h"
-#include "compilation/frmData.h"
+#include "base/RuntimeError.h"
 #include "diagnostics/ErrorTrap.h"
+#include "diagnostics/TrappedConnect.h"
+#include "engine/notify/CDNotify.h"
 #include "engine/writer/CDWriterPro.h"
 #include "widgets/AnimationControl.h"
 #include "widgets/DefaultInstance.h"
-#include "widgets/KeyedPanel.h"
-#include "widgets/KeyedStatusBar.h"
 #include "widgets/MessageBoxService.h"
 #include "widgets/Twips.h"
 
 #include <QCheckBox>
 #include <QCloseEvent>
 #include <QCoreApplication>
+#include <QFileInfo>
 #include <QGridLayout>
 #include <QGroupBox>
 #include <QHBoxLayout>
@@ -27,18 +30,9 @@
 #include <QRadioButton>
 #include <QTimer>
 #include <QVBoxLayout>
+#include <optional>
 
 namespace {
-
-QPointer<frmBurn> &openDialog() {
-    static QPointer<frmBurn> dialog;
-    return dialog;
-}
-
-CDWriterPro *engine() {
-    mdiMain *frame = DefaultInstance<mdiMain>::peek();
-    return frame ? frame->Tessaly : nullptr;
-}
 
 QProgressBar *percentBar(QWidget *parent, const char *name) {
     auto *bar = new QProgressBar(parent);
@@ -48,42 +42,56 @@ QProgressBar *percentBar(QWidget *parent, const char *name) {
     return bar;
 }
 
-// The audio window's own enabling, reached by name until it exists in the program.
-void enableAudioWindow(bool blnEnable) {
-    QWidget *window = FormRegistry::find(QStringLiteral("frmAudio"));
-    if (window && window->metaObject()->indexOfMethod("EnableForm(bool)") >= 0)
-        QMetaObject::invokeMethod(window, "EnableForm", Q_ARG(bool, blnEnable));
+// A step of the progress display whose failure must not disturb the write: it is passed over.
+template<typename F> void passOver(F &&step) {
+    try {
+        step();
+    } catch (const std::exception &) {
+    }
+}
+
+// A data disc or an ISO file: both write one data track.
+bool dataKind() {
+    return gblnDisctypeIsData == 0 || gblnDisctypeIsData == 3;
 }
 
 } // namespace
 
-frmBurn::frmBurn(QWidget *parent)
-    : QDialog(parent) {
+frmBurn::frmBurn(const WindowContext &context)
+    : QDialog(context.frame ? context.frame->frameWidget() : nullptr)
+    , m_context(context) {
     setObjectName(QStringLiteral("frmBurn"));
     setAttribute(Qt::WA_DeleteOnClose);
     setWindowModality(Qt::ApplicationModal);
     buildControls();
+    connectEngine();
     setOpen(this);
     ErrorTrap::run("Form_Load", "frmBurn", [this] { Form_Load(); });
 }
 
 frmBurn::~frmBurn() {
-    if (openDialog() == this)
-        openDialog() = nullptr;
-}
-
-frmBurn *frmBurn::showOver(QWidget *owner) {
-    if (!openDialog())
-        openDialog() = new frmBurn(owner);
-    frmBurn *dialog = openDialog();
-    dialog->show();
-    dialog->raise();
-    dialog->activateWindow();
-    return dialog;
+    DefaultInstance<frmBurn>::release(this);
+    setOpen(nullptr);
 }
 
 frmBurn *frmBurn::instance() {
-    return openDialog();
+    return DefaultInstance<frmBurn>::peek();
+}
+
+void frmBurn::connectEngine() {
+    CDWriterPro *cd = m_context.engine;
+    if (!cd)
+        return;
+    TRAPPED_CONNECT(cd, &CDWriterPro::PreparingToWrite, frmBurn, Tessaly_PreparingToWrite);
+    TRAPPED_CONNECT(cd, &CDWriterPro::CachingStatus, frmBurn, Tessaly_CachingStatus);
+    TRAPPED_CONNECT(cd, &CDWriterPro::TrackWriteStatus, frmBurn, Tessaly_TrackWriteStatus);
+    TRAPPED_CONNECT(cd, &CDWriterPro::ClosingTrack, frmBurn, Tessaly_ClosingTrack);
+    TRAPPED_CONNECT(cd, &CDWriterPro::ClosingSession, frmBurn, Tessaly_ClosingSession);
+    TRAPPED_CONNECT(cd, &CDWriterPro::ClosingDisc, frmBurn, Tessaly_ClosingDisc);
+    if (CDNotify *notify = m_context.notify) {
+        TRAPPED_CONNECT(notify, &CDNotify::Arrival, frmBurn, CDNotify1_Arrival);
+        TRAPPED_CONNECT(notify, &CDNotify::RemoveComplete, frmBurn, CDNotify1_RemoveComplete);
+    }
 }
 
 void frmBurn::buildControls() {
@@ -226,7 +234,7 @@ void frmBurn::RefreshForm() {
         chkUseMode2XA->setEnabled(false);
     }
     // The drive decides: no saved preference for the underrun protection.
-    CDWriterPro *cd = engine();
+    CDWriterPro *cd = m_context.engine;
     const bool burnProof = cd && cd->CurrentDriveCapability(CDWriterPro::CapBurnProof);
     chkUseBurnProof->setEnabled(burnProof);
     chkUseBurnProof->setChecked(burnProof);
@@ -251,7 +259,7 @@ void frmBurn::chkLogging_Click() {
 }
 
 void frmBurn::cmdWrite_Click() {
-    CDWriterPro *cd = engine();
+    CDWriterPro *cd = m_context.engine;
     const QString information = App::ProductName() + QStringLiteral(" - Information");
     if (glngCurrentDrive < 0 || !cd) {
         MsgBox(QStringLiteral("A drive is not selected or does not exist."), vbInformation,
@@ -297,7 +305,7 @@ void frmBurn::cmdWrite_Click() {
 }
 
 void frmBurn::setDataOptions() {
-    CDWriterPro *cd = engine();
+    CDWriterPro *cd = m_context.engine;
     cd->setFinalizeDisc(chkFinalizeDisc->isChecked());
     cd->setCloseSession(true);
     cd->setISOFileSystem(chkUseJoliet->isChecked() ? 1 : 0);
@@ -321,7 +329,7 @@ void frmBurn::setDataOptions() {
 }
 
 void frmBurn::setAudioOptions() {
-    CDWriterPro *cd = engine();
+    CDWriterPro *cd = m_context.engine;
     cd->setCacheImage(chkCacheImage->isChecked());
     cd->setTrackMode(0);
     if (optTest->isChecked())
@@ -340,12 +348,10 @@ void frmBurn::tmrBurn_Timer() {
 }
 
 void frmBurn::cmdCancel_Click() {
-    mdiMain *frame = DefaultInstance<mdiMain>::peek();
-    if (!frame)
-        return;
-    frame->smartStatusBar->Item(QStringLiteral("DATA"))
-        ->setText(QStringLiteral(" Aborting Write...Please Wait!"));
-    frame->Tessaly->CancelWrite();
+    if (m_context.frame)
+        m_context.frame->setStatusText(QStringLiteral("DATA"),
+                                       QStringLiteral(" Aborting Write...Please Wait!"));
+    m_context.engine->CancelWrite();
 }
 
 void frmBurn::cmdClose_Click() {
@@ -365,11 +371,9 @@ void frmBurn::EnableFormWrite(bool blnEnable) {
         unsetCursor();
     else
         setCursor(Qt::WaitCursor);
-    if (gblnDisctypeIsData == 0) {
-        if (frmData *data = DefaultInstance<frmData>::peek())
-            data->EnableForm(blnEnable);
-    } else if (gblnDisctypeIsData == 1) {
-        enableAudioWindow(blnEnable);
+    if (gblnDisctypeIsData == 0 || gblnDisctypeIsData == 1) {
+        if (CompilationWindow *compilation = CompilationWindow::current())
+            compilation->EnableForm(blnEnable);
     }
     QCoreApplication::processEvents();
 }
@@ -386,7 +390,7 @@ void frmBurn::closeEvent(QCloseEvent *event) {
         return;
     }
     setOpen(nullptr);
-    openDialog() = nullptr;
+    DefaultInstance<frmBurn>::release(this);
     tmrBurn->stop();
     event->accept();
 }
@@ -401,4 +405,134 @@ void frmBurn::Form_Unload(int &Cancel) {
         if (QWidget *iso = FormRegistry::find(QStringLiteral("frmBurnIso")))
             iso->close();
     }
+}
+
+// --- The write as the dialog follows it -----------------------------------------------------
+
+void frmBurn::showAction(const QString &text) {
+    lblActions->setText(text);
+}
+
+void frmBurn::ShowWriteAnimation(const QString &name) {
+    const QString file = App::resourcePath(QStringLiteral("Dat/") + name + QStringLiteral(".gif"));
+    if (file.isEmpty() || !QFileInfo::exists(file))
+        return;
+    if (aniBurn->Open(file)) {
+        aniBurn->setVisible(true);
+        aniBurn->setAutoPlay(true);
+    }
+}
+
+void frmBurn::Tessaly_PreparingToWrite() {
+    showAction(QStringLiteral("Preparing to Write Disc..."));
+    prgTotalProgress->setValue(0);
+    prgTrackProgress->setValue(0);
+    EnableFormWrite(false);
+    cmdCancel->setEnabled(false);
+}
+
+void frmBurn::Tessaly_CachingStatus(qint16 nPercentComplete) {
+    if (m_cacheFirst) {
+        cmdCancel->setEnabled(false);
+        ShowWriteAnimation(gblnDisctypeIsData == 1 ? QStringLiteral("cachaudio")
+                                                   : QStringLiteral("cachcd"));
+        m_cacheFirst = false;
+    }
+    showAction((dataKind() ? QStringLiteral("Caching Track... ")
+                           : QStringLiteral("Caching and Processing Track... ")) +
+               Format(nPercentComplete, QStringLiteral("0#")) + QStringLiteral(" %"));
+}
+
+void frmBurn::Tessaly_TrackWriteStatus(qint32 lTrackNumber, qint32 lBlocksWritten,
+                                       qint32 lBlocksToWrite) {
+    if (m_trackWriteFirst) {
+        passOver([&] { ShowWriteAnimation(QStringLiteral("writecd")); });
+        m_trackWriteFirst = false;
+    }
+    // A percentage that can't be computed leaves its bar as it was.
+    std::optional<Integer> intPercentTrackWritten;
+    std::optional<Integer> intPercentTotalTracksWritten;
+    passOver([&] {
+        if (lBlocksToWrite == 0)
+            throw RuntimeError(11);
+        intPercentTrackWritten = CInt(double(lBlocksWritten) / lBlocksToWrite * 100);
+    });
+    passOver([&] {
+        if (!intPercentTrackWritten || gintTracksToWrite == 0)
+            throw RuntimeError(11);
+        intPercentTotalTracksWritten =
+            CInt(((lTrackNumber - 1) + double(*intPercentTrackWritten) / 100) /
+                 double(gintTracksToWrite) * 100);
+    });
+    if (intPercentTrackWritten) {
+        passOver([&] { prgTrackProgress->setValue(*intPercentTrackWritten); });
+        // Caching leaves cancel off: it comes back once a percent of a track has gone out.
+        if (*intPercentTrackWritten == 1)
+            cmdCancel->setEnabled(true);
+    }
+    if (intPercentTotalTracksWritten)
+        passOver([&] { prgTotalProgress->setValue(*intPercentTotalTracksWritten); });
+    if (dataKind()) {
+        const QString speed = m_context.frame ? m_context.frame->writeSpeedText() : QString();
+        showAction(QStringLiteral("Writing Block: ") + QString::number(lBlocksWritten) +
+                   QStringLiteral(" of ") + QString::number(lBlocksToWrite) +
+                   QStringLiteral(" at ") + speed);
+    } else if (gblnDisctypeIsData == 1) {
+        showAction(QStringLiteral("Writing Track #") + Format(lTrackNumber, QStringLiteral("0#")) +
+                   QStringLiteral("..."));
+    }
+}
+
+void frmBurn::Tessaly_ClosingTrack(qint32 lTrackNumber) {
+    showAction(dataKind() ? QStringLiteral("Closing Track...")
+                          : QStringLiteral("Closing Track....#") +
+                                Format(lTrackNumber, QStringLiteral("0#")));
+    cmdCancel->setEnabled(false);
+    ShowWriteAnimation(QStringLiteral("closecd"));
+}
+
+void frmBurn::Tessaly_ClosingSession() {
+    showAction(QStringLiteral("Closing Session..."));
+    cmdCancel->setEnabled(false);
+}
+
+void frmBurn::Tessaly_ClosingDisc() {
+    showAction(QStringLiteral("Closing Disc..."));
+    cmdCancel->setEnabled(false);
+}
+
+void frmBurn::CDNotify1_Arrival() {
+    cmdWrite->setEnabled(true);
+    showAction(QStringLiteral("Disc inserted ready to write..."));
+}
+
+void frmBurn::CDNotify1_RemoveComplete() {
+    cmdWrite->setEnabled(false);
+    showAction(QStringLiteral("Please insert the disc again..."));
+}
+
+void frmBurn::writeEnded(const QString &action, const QString &animation) {
+    tmrBurn->stop();
+    cmdCancel->setEnabled(false);
+    m_cacheFirst = true;
+    m_trackWriteFirst = true;
+    if (!animation.isEmpty())
+        ShowWriteAnimation(animation);
+    if (!action.isEmpty()) {
+        showAction(action);
+        prgTrackProgress->setValue(0);
+        prgTotalProgress->setValue(0);
+    }
+}
+
+void frmBurn::offerRealWrite() {
+    aniBurn->setAutoPlay(false);
+    RefreshForm();
+    optWrite->setChecked(true);
+    // The disc is out: the button comes back with the next disc.
+    cmdWrite->setEnabled(false);
+}
+
+bool frmBurn::closeWindowsWhenFinished() const {
+    return chkCloseWin->isChecked();
 }

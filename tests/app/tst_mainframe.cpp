@@ -8,6 +8,7 @@
 #include "app/mdiMain.h"
 #include "app/modDeclarations.h"
 #include "app/modGlobals.h"
+#include "compilation/frmData.h"
 #include "diagnostics/vbwErrHandler.h"
 #include "engine/writer/CDWriterPro.h"
 #include "widgets/DefaultInstance.h"
@@ -36,23 +37,12 @@
 using namespace FrameFixture;
 
 namespace {
-// Stands in for the data compilation window: its tree and list carry each item's destination
-// path in the first column's user data.
-class DataWindowStandIn : public QWidget {
-    Q_OBJECT
-public:
-    DataWindowStandIn() {
-        setObjectName("frmData");
-        for (QTreeWidget **view : {&tvwDirectories, &lvwImageFiles}) {
-            *view = new QTreeWidget(this);
-            (*view)->setObjectName(view == &tvwDirectories ? "tvwDirectories" : "lvwImageFiles");
-        }
-    }
-    Q_INVOKABLE void UpdateImage() { ++updates; }
-    QTreeWidget *tvwDirectories = nullptr;
-    QTreeWidget *lvwImageFiles = nullptr;
-    int updates = 0;
-};
+QStringList rowKeys(const QTreeWidget *view) {
+    QStringList keys;
+    for (int i = 0; i < view->topLevelItemCount(); ++i)
+        keys.append(view->topLevelItem(i)->data(0, Qt::UserRole).toString());
+    return keys;
+}
 } // namespace
 
 class tst_MainFrame : public QObject {
@@ -452,17 +442,21 @@ void tst_MainFrame::imageCommandsWorkOnTheSelection() {
     QVERIFY(env.startProgram());
     mdiMain *f = frame();
     env.writeFile("song.wav", "RIFF");
+    QVERIFY(FormRegistry::open("frmData"));
+    frmData *data = DefaultInstance<frmData>::peek();
+    QVERIFY(data);
+    // Opening the window empties the image; the file goes in after it.
     f->Tessaly->AddISOFile("\\song.wav", env.appFolder() + "/song.wav");
-    QCOMPARE(f->Tessaly->ISOFileCount(), 1);
-    DataWindowStandIn data;
-    data.show();
-    QTreeWidget *view = key.contains("DIRECTORY") ? data.tvwDirectories : data.lvwImageFiles;
+    QTreeWidget *view = key.contains("DIRECTORY") ? data->tvwDirectories : data->lvwImageFiles;
+    view->clearSelection();
+    view->setCurrentItem(nullptr);
     if (!selectKey.isEmpty()) {
         auto *item = new QTreeWidgetItem(view, {selectKey.mid(1)});
         item->setData(0, Qt::UserRole, selectKey);
         item->setFlags(item->flags() | Qt::ItemIsEditable);
         view->setCurrentItem(item);
     }
+    const QStringList before = rowKeys(data->lvwImageFiles);
     f->runCommand(key);
     if (prompt.isEmpty()) {
         QVERIFY(answers.boxes.isEmpty());
@@ -472,7 +466,9 @@ void tst_MainFrame::imageCommandsWorkOnTheSelection() {
         QCOMPARE(answers.boxes[0].buttons, int(vbInformation));
         QCOMPARE(answers.boxes[0].title, QStringLiteral("Tessaly - Information"));
     }
-    QCOMPARE(data.updates, updates);
+    // A removal reloads the list from the image; anything else leaves it as it was.
+    const QStringList reloaded = filesLeft ? QStringList{"\\song.wav"} : QStringList{};
+    QCOMPARE(rowKeys(data->lvwImageFiles), updates ? reloaded : before);
     QCOMPARE(f->Tessaly->ISOFileCount(), filesLeft);
     // A rename opens the item's editor; the rename itself belongs to the data window.
     QCOMPARE(view->findChild<QLineEdit *>() != nullptr,

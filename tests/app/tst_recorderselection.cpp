@@ -3,7 +3,6 @@
 #include "ScriptedAnswers.h"
 #include "TestEnvironment.h"
 #include "app/FormRegistry.h"
-#include "app/WriteDialog.h"
 #include "app/WriteSpeedList.h"
 #include "app/mdiMain.h"
 #include "app/modDeclarations.h"
@@ -14,6 +13,7 @@
 #include "widgets/KeyedMenu.h"
 #include "widgets/KeyedStatusBar.h"
 #include "widgets/LineControl.h"
+#include "writing/frmBurn.h"
 
 #include <QApplication>
 #include <QComboBox>
@@ -56,23 +56,6 @@ mdiMain *frameOnImageRecorder() {
     f->cboDevices->setCurrentIndex(f->cboDevices->findData(last));
     return f;
 }
-
-// Registers itself as the open write dialog while it lives.
-class StandInWriteDialog : public WriteDialog {
-public:
-    StandInWriteDialog() {
-        cmdWrite = new QPushButton(&m_window);
-        lblActions = new QLabel(&m_window);
-        setOpen(this);
-    }
-    ~StandInWriteDialog() override { setOpen(nullptr); }
-    void EnableFormWrite(bool) override {}
-    void RefreshForm() override {}
-    void Unload() override {}
-
-private:
-    QWidget m_window;
-};
 
 const QByteArray appendableDisc = "[Tessaly Disc]\nVersion=1\nMedium=CD-R 80\nData=disc.iso\n"
                                   "Finalized=0\nSessions=1\n\n[Session1]\nStart=0\nBlocks=150\n"
@@ -246,10 +229,11 @@ void tst_RecorderSelection::writeDialogFollowsTheDisc() {
     TestEnvironment env;
     QVERIFY(env.startProgram());
     mdiMain *f = frameOnImageRecorder();
-    // A stand-in for the write dialog with the two controls the frame drives.
-    StandInWriteDialog burn;
-    QPushButton *cmdWrite = burn.cmdWrite;
-    QLabel *lblActions = burn.lblActions;
+    f->runCommand("WRITEDISC");
+    frmBurn *burn = frmBurn::instance();
+    QVERIFY(burn);
+    QPushButton *cmdWrite = burn->cmdWrite;
+    QLabel *lblActions = burn->lblActions;
     cmdWrite->setEnabled(false);
     f->runCommand("CLOSETRAY");
     QTRY_VERIFY(cmdWrite->isEnabled());

@@ -1,6 +1,8 @@
 // Audio discs written disc at once on the Image Recorder, then ripped back bit for bit by
 // libcdio-paranoia and by the cd-paranoia program.
-#include "AudioRig.h"
+#include "EngineRig.h"
+#include "Fixtures.h"
+#include "ReadBack.h"
 
 #include <QDir>
 #include <QFile>
@@ -14,7 +16,7 @@
 
 #include <memory>
 
-using namespace EngineFixtures;
+using namespace Fixtures;
 
 namespace {
 constexpr int Frame = 2352;
@@ -91,13 +93,6 @@ QList<QByteArray> ripWithLibrary(const QString &cue) {
     return rips;
 }
 
-QByteArray ripWithProgram(const QString &cue, int track, const QTemporaryDir &dir) {
-    const QString out = dir.filePath(QStringLiteral("rip%1.raw").arg(track));
-    int status = -1;
-    EngineProbe::run("cd-paranoia", {"-d", cue, "-c", "-r", QString::number(track), out}, &status);
-    QFile f(out);
-    return status == 0 && f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray("failed");
-}
 } // namespace
 
 class tst_AudioWrite : public QObject {
@@ -121,7 +116,7 @@ void tst_AudioWrite::writeAndRipBack_data() {
 
 void tst_AudioWrite::writeAndRipBack() {
     QFETCH(bool, cache);
-    AudioRig rig;
+    EngineRig rig;
     QTemporaryDir dir;
     const QList<Track> tracks = makeTracks(dir);
     for (int i = 0; i < tracks.size(); ++i)
@@ -174,7 +169,7 @@ void tst_AudioWrite::writeAndRipBack() {
                               ".bin"));
 
     // cd-info lists every track where the gaps put it.
-    const QString info = QString::fromUtf8(EngineProbe::run(
+    const QString info = QString::fromUtf8(ReadBack::run(
         "cd-info", {"--no-header", "--no-device-info", "--no-cddb", "--cue-file", cue}));
     QVERIFY2(info.contains("CD-DA"), qPrintable(info));
     QList<int> lsns;
@@ -191,13 +186,13 @@ void tst_AudioWrite::writeAndRipBack() {
     for (int i = 0; i < tracks.size(); ++i) {
         const QByteArray expected = expectedRip(tracks, i);
         QVERIFY2(ours[i] == expected, qPrintable(QStringLiteral("libcdio, track %1").arg(i + 1)));
-        QVERIFY2(ripWithProgram(cue, i + 1, dir) == expected,
+        QVERIFY2(ReadBack::cdParanoiaTrack(cue, i + 1, dir) == expected,
                  qPrintable(QStringLiteral("cd-paranoia, track %1").arg(i + 1)));
     }
 }
 
 void tst_AudioWrite::testWriteLeavesDiscBlank() {
-    AudioRig rig;
+    EngineRig rig;
     QTemporaryDir dir;
     const QList<Track> tracks = makeTracks(dir);
     QVERIFY(rig.engine.AddAudioTrack(tracks[2].path, 1));
@@ -211,7 +206,7 @@ void tst_AudioWrite::testWriteLeavesDiscBlank() {
 }
 
 void tst_AudioWrite::cancelLeavesAnIncompleteSession() {
-    AudioRig rig;
+    EngineRig rig;
     QTemporaryDir dir;
     const QList<Track> tracks = makeTracks(dir);
     for (int i = 0; i < tracks.size(); ++i)
@@ -246,7 +241,7 @@ void tst_AudioWrite::refusedByTheDrive() {
     QFETCH(QString, medium);
     QFETCH(bool, dataFirst);
     QFETCH(int, driveError);
-    AudioRig rig(medium);
+    EngineRig rig(medium);
     QTemporaryDir dir;
     const QList<Track> tracks = makeTracks(dir);
     if (dataFirst) {
@@ -284,7 +279,7 @@ void tst_AudioWrite::sourceChangedAfterAdding() {
     QFETCH(QString, change);
     QFETCH(bool, cache);
     QFETCH(int, fileError);
-    AudioRig rig;
+    EngineRig rig;
     QTemporaryDir dir;
     const QList<Track> tracks = makeTracks(dir);
     for (int i = 0; i < tracks.size(); ++i)

@@ -1,7 +1,8 @@
 // Engine members called from inside the engine's own events, and imported sessions carried on:
 // the image the events describe is the image listed, counted and written.
-#include "AudioRig.h"
-#include "IsoReadBack.h"
+#include "EngineRig.h"
+#include "Fixtures.h"
+#include "ReadBack.h"
 
 #include "engine/writer/recorders/image/ImageMedium.h"
 #include "engine/writer/recorders/image/ImageRecorder.h"
@@ -11,17 +12,15 @@
 #include <QTemporaryDir>
 #include <QTest>
 
-using namespace EngineFixtures;
+using namespace Fixtures;
 using Files = QMap<QString, QPair<QString, qint64>>; // destination path: source and size
 using Hashes = QMap<QString, QByteArray>;
 
 namespace {
 // A data disc rig, with what a window keeps of the image from the events alone.
-struct DataRig : AudioRig {
-    DataRig() {
-        engine.setTrackMode(1);
-        engine.setFinalizeDisc(false);
-        engine.ClearISOImage();
+struct DataRig : EngineRig {
+    DataRig()
+        : EngineRig(QStringLiteral("CD-R 80"), Data) {
         for (const char *name : {"a.bin", "b.bin", "e.bin", "sub/d.bin", "other.bin"})
             writeFile(src.filePath(name), pseudoRandom(3000 + 700 * int(qstrlen(name)), *name));
         QObject::connect(&engine, &CDWriterPro::ISOItemAdded, &probe,
@@ -56,7 +55,7 @@ struct DataRig : AudioRig {
     Hashes hashes(const QStringList &names) const {
         Hashes out;
         for (const QString &n : names)
-            out.insert(u'/' + n, IsoReadBack::sha256(src.filePath(n)));
+            out.insert(u'/' + n, ReadBack::sha256(src.filePath(n)));
         return out;
     }
     QTemporaryDir src;
@@ -152,13 +151,12 @@ void tst_Reentrancy::changedFromInsideEvents() {
     for (auto it = now.begin(); it != now.end(); ++it) {
         const QString rel = it.key().mid(5).replace(u'\\', u'/'); // after "\src\"
         want.insert("/src/" + rel,
-                    IsoReadBack::sha256(it->first.isEmpty() ? rig.src.filePath(rel) : it->first));
+                    ReadBack::sha256(it->first.isEmpty() ? rig.src.filePath(rel) : it->first));
     }
     const QString iso = rig.src.filePath("image.iso");
     QVERIFY(e.CreateISOFile(iso));
-    for (auto tool :
-         {IsoReadBack::Tool::Xorriso, IsoReadBack::Tool::Isoinfo, IsoReadBack::Tool::Bsdtar})
-        QCOMPARE(IsoReadBack::files(tool, iso), want);
+    for (auto tool : {ReadBack::Tool::Xorriso, ReadBack::Tool::Isoinfo, ReadBack::Tool::Bsdtar})
+        QCOMPARE(ReadBack::fileHashes(tool, iso), want);
 }
 
 void tst_Reentrancy::destroyedFromInsideEvents_data() {
@@ -200,7 +198,7 @@ void tst_Reentrancy::importedSessions() {
     writeFile(rig.src.filePath("z big.bin"), pseudoRandom(3 << 20, 6));
     rig.engine.AddISOFile("\\a.bin", rig.src.filePath("a.bin"));
     rig.engine.AddISOFile("\\z big.bin", rig.src.filePath("z big.bin"));
-    AudioRig::setting("FailAtBlock", "600");
+    EngineRig::setting("FailAtBlock", "600");
     QVERIFY(rig.write());
     QCOMPARE(rig.probe.driveError, 1005);
     rig.probe.events.clear();
@@ -222,8 +220,8 @@ void tst_Reentrancy::importedSessions() {
     rig.engine.ClearISOImage();
     QVERIFY(rig.engine.ImportLastSession(true));
     const QString image = rig.eject("iso");
-    for (auto tool : {IsoReadBack::Tool::Xorriso, IsoReadBack::Tool::Isoinfo})
-        QCOMPARE(IsoReadBack::files(tool, image, start), rig.hashes({"a.bin", "e.bin"}));
+    for (auto tool : {ReadBack::Tool::Xorriso, ReadBack::Tool::Isoinfo})
+        QCOMPARE(ReadBack::fileHashes(tool, image, start), rig.hashes({"a.bin", "e.bin"}));
     rig.engine.MoveTray(true);
     QVERIFY(!rig.engine.CreateISOFile(rig.src.filePath("x.iso")));
     QVERIFY(rig.write());

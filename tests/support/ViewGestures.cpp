@@ -1,4 +1,5 @@
 #include "ViewGestures.h"
+#include "Waits.h"
 
 #include <QCoreApplication>
 #include <QDropEvent>
@@ -9,13 +10,6 @@
 #include <QUrl>
 
 namespace ViewGestures {
-
-void settle() {
-    for (int i = 0; i < 3; ++i) {
-        QCoreApplication::processEvents();
-        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-    }
-}
 
 void drop(QTreeWidget *view, const QStringList &paths) {
     QList<QUrl> urls;
@@ -28,19 +22,19 @@ void drop(QTreeWidget *view, const QStringList &paths) {
     QCoreApplication::sendEvent(view->viewport(), &enter);
     QDropEvent dropped(at, Qt::CopyAction, &mime, Qt::LeftButton, Qt::NoModifier);
     QCoreApplication::sendEvent(view->viewport(), &dropped);
-    settle();
+    Waits::settle();
 }
 
 void rename(QTreeWidgetItem *item, const QString &text) {
     QTreeWidget *view = item->treeWidget();
     view->setCurrentItem(item);
     view->editItem(item, 0);
-    settle();
+    Waits::settle();
     if (auto *editor = view->viewport()->findChild<QLineEdit *>()) {
         editor->setText(text);
         QTest::keyClick(editor, Qt::Key_Return);
     }
-    settle();
+    Waits::settle();
 }
 
 } // namespace ViewGestures

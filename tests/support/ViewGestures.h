@@ -12,7 +12,5 @@ namespace ViewGestures {
 void drop(QTreeWidget *view, const QStringList &paths);
 // Types a new label into the editor of an item and commits it with Return.
 void rename(QTreeWidgetItem *item, const QString &text);
-// Lets queued events and deferred deletes run.
-void settle();
 
 } // namespace ViewGestures

@@ -1,8 +1,10 @@
 // Not a test: puts the program on the screen mid-write, the write dialog over the frame, and
 // saves what the screen shows, so that a person can look at it.
-//   shot_writedialog OUT.png [FOLDER]
+//   shot_writedialog OUT.png [FOLDER] [--data-only]
+// With --data-only it stops before the write, with the dropped folder open in the data window.
 // FOLDER (default: a generated one) goes into the data image; the Image Recorder writes at a
 // drive's pace so that the write is caught a third of the way through.
+#include "Fixtures.h"
 #include "WriteRig.h"
 
 #include "EngineProbe.h"
@@ -37,11 +39,14 @@ int main(int argc, char **argv) {
         return 2;
     }
     QTemporaryDir generated;
+    const bool dataOnly = args.contains(QStringLiteral("--data-only"));
     QString folder = args.value(2);
+    if (folder == QStringLiteral("--data-only"))
+        folder.clear();
     if (folder.isEmpty()) {
         for (int i = 0; i < 8; ++i)
-            EngineFixtures::writeFile(generated.filePath(QString("Holiday/photo%1.jpg").arg(i)),
-                                      EngineFixtures::pseudoRandom(4 * 1024 * 1024, i));
+            Fixtures::writeFile(generated.filePath(QString("Holiday/photo%1.jpg").arg(i)),
+                                Fixtures::pseudoRandom(4 * 1024 * 1024, i));
         folder = generated.filePath("Holiday");
     }
     WriteRig rig({"EmulateSpeed=1"}, 99);
@@ -66,6 +71,16 @@ int main(int argc, char **argv) {
     QCoreApplication::processEvents();
     if (QTreeWidgetItem *top = data->tvwDirectories->topLevelItem(0))
         top->setExpanded(true);
+    if (dataOnly) {
+        // Opened at the dropped folder, as a user clicking into it sees it.
+        const QString name = frmData::GetLastPathItem(QDir::cleanPath(folder));
+        if (QTreeWidgetItem *node = data->node(QStringLiteral("\\") + name)) {
+            data->tvwDirectories->setCurrentItem(node);
+            data->UpdateImage();
+        }
+        QTest::qWait(300);
+        return QGuiApplication::primaryScreen()->grabWindow(0).save(args.at(1)) ? 0 : 1;
+    }
     // A slow speed, as a user with a cautious drive would pick.
     f->cboWriteSpeed->setCurrentIndex(f->cboWriteSpeed->count() - 1);
     frmBurn *burn = rig.openDialog();

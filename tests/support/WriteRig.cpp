@@ -1,4 +1,6 @@
 #include "WriteRig.h"
+#include "EngineRig.h"
+#include "Waits.h"
 #include "app/mdiMain.h"
 #include "app/modDeclarations.h"
 #include "base/IniFile.h"
@@ -12,7 +14,6 @@
 #include "writing/frmBurn.h"
 
 #include <QComboBox>
-#include <QDeadlineTimer>
 #include <QDir>
 #include <QLabel>
 #include <QProgressBar>
@@ -39,11 +40,10 @@ WriteRig::WriteRig(const QStringList &settings, int kind, const QString &medium,
     // Nothing in a test may switch the machine off.
     SystemCalls::setPowerOffHandler([] { return false; });
     QDir().mkpath(ImageRecorder::folder());
-    IniFile::write(ImageRecorder::settingsFile(), "Image Recorder", "BlankMedium", medium);
-    IniFile::write(ImageRecorder::settingsFile(), "Image Recorder", "EmulateSpeed", "0");
+    EngineRig::setting("BlankMedium", medium);
+    EngineRig::setting("EmulateSpeed", "0");
     for (const QString &setting : settings)
-        IniFile::write(ImageRecorder::settingsFile(), "Image Recorder", setting.section(u'=', 0, 0),
-                       setting.section(u'=', 1));
+        EngineRig::setting(setting.section(u'=', 0, 0), setting.section(u'=', 1));
     MessageBoxService::setAnswerer([this](const MessageBoxService::Request &r) {
         const mdiMain *f = DefaultInstance<mdiMain>::peek();
         boxes.append({r.prompt, r.title, r.buttons,
@@ -75,17 +75,23 @@ WriteRig::WriteRig(const QStringList &settings, int kind, const QString &medium,
     // What opening a compilation window does to the job and the frame.
     gblnDisctypeIsData = qint16(kind);
     m_frame->EnableForm(true);
+    connectRecorder();
+}
+
+void WriteRig::connectRecorder() {
+    for (const QMetaObject::Connection &c : std::as_const(m_recorder))
+        QObject::disconnect(c);
+    m_recorder.clear();
     CDWriterPro *cd = m_frame->Tessaly;
-    // Connected after the frame's handlers, so each sees what the handler left.
     const auto after = [this] { record(); };
-    QObject::connect(cd, &CDWriterPro::PreparingToWrite, m_frame, after);
-    QObject::connect(cd, &CDWriterPro::CachingStatus, m_frame, after);
-    QObject::connect(cd, &CDWriterPro::CreatingDirectories, m_frame, after);
-    QObject::connect(cd, &CDWriterPro::ReadingTrackFile, m_frame, after);
-    QObject::connect(cd, &CDWriterPro::ClosingTrack, m_frame, after);
-    QObject::connect(cd, &CDWriterPro::ClosingSession, m_frame, after);
-    QObject::connect(cd, &CDWriterPro::ClosingDisc, m_frame, after);
-    QObject::connect(cd, &CDWriterPro::TrackWriteStatus, m_frame, [this] {
+    m_recorder << QObject::connect(cd, &CDWriterPro::PreparingToWrite, m_frame, after);
+    m_recorder << QObject::connect(cd, &CDWriterPro::CachingStatus, m_frame, after);
+    m_recorder << QObject::connect(cd, &CDWriterPro::CreatingDirectories, m_frame, after);
+    m_recorder << QObject::connect(cd, &CDWriterPro::ReadingTrackFile, m_frame, after);
+    m_recorder << QObject::connect(cd, &CDWriterPro::ClosingTrack, m_frame, after);
+    m_recorder << QObject::connect(cd, &CDWriterPro::ClosingSession, m_frame, after);
+    m_recorder << QObject::connect(cd, &CDWriterPro::ClosingDisc, m_frame, after);
+    m_recorder << QObject::connect(cd, &CDWriterPro::TrackWriteStatus, m_frame, [this] {
         record();
         frmBurn *burn = frmBurn::instance();
         const bool offered = burn && burn->cmdCancel->isEnabled();
@@ -99,11 +105,12 @@ WriteRig::WriteRig(const QStringList &settings, int kind, const QString &medium,
         }
         m_cancelOffered = offered;
     });
-    QObject::connect(cd, &CDWriterPro::WriteComplete, m_frame,
-                     [this] { ending = "WriteComplete"; });
-    QObject::connect(cd, &CDWriterPro::WriteCancelled, m_frame,
-                     [this] { ending = "WriteCancelled"; });
-    QObject::connect(cd, &CDWriterPro::WriteError, m_frame, [this] { ending = "WriteError"; });
+    m_recorder << QObject::connect(cd, &CDWriterPro::WriteComplete, m_frame,
+                                   [this] { ending = "WriteComplete"; });
+    m_recorder << QObject::connect(cd, &CDWriterPro::WriteCancelled, m_frame,
+                                   [this] { ending = "WriteCancelled"; });
+    m_recorder << QObject::connect(cd, &CDWriterPro::WriteError, m_frame,
+                                   [this] { ending = "WriteError"; });
 }
 
 WriteRig::~WriteRig() {
@@ -120,6 +127,7 @@ void WriteRig::record() {
 
 frmBurn *WriteRig::openDialog() {
     m_frame->runCommand(QStringLiteral("WRITEDISC"));
+    connectRecorder();
     return frmBurn::instance();
 }
 
@@ -128,13 +136,11 @@ bool WriteRig::writeAndWait(frmBurn *burn, int timeoutMs) {
     if (!burn || !burn->cmdWrite->isEnabled())
         return false;
     burn->cmdWrite->click();
-    QDeadlineTimer deadline(timeoutMs);
-    while (ending.isEmpty() && !deadline.hasExpired())
-        QTest::qWait(5);
+    const bool ended = Waits::until([this] { return !ending.isEmpty(); }, timeoutMs);
     // The eject's media event and the deferred close of the dialog.
-    QTest::qWait(100);
-    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-    return !ending.isEmpty();
+    QTest::qWait(80);
+    Waits::settle();
+    return ended;
 }
 
 QStringList WriteRig::trayDiscs() const {

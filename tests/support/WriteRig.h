@@ -62,6 +62,9 @@ public:
 
 private:
     void record();
+    // Connected after the frame's and the dialog's handlers, so each sees what they left.
+    void connectRecorder();
+    QList<QMetaObject::Connection> m_recorder;
     mdiMain *m_frame = nullptr;
     bool m_cancelOffered = false;
 };

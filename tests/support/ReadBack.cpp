@@ -1,0 +1,117 @@
+#include "ReadBack.h"
+
+#include <QCryptographicHash>
+#include <QDir>
+#include <QDirIterator>
+#include <QFile>
+#include <QProcess>
+#include <QRegularExpression>
+#include <QTemporaryDir>
+
+namespace ReadBack {
+
+QByteArray run(const QString &program, const QStringList &args, int *status) {
+    QProcess p;
+    p.start(program, args);
+    p.waitForFinished(120000);
+    if (status)
+        *status = p.exitStatus() == QProcess::NormalExit ? p.exitCode() : -1;
+    return p.readAllStandardOutput();
+}
+
+QByteArray sha256(const QString &path) {
+    QFile f(path);
+    if (!f.open(QIODevice::ReadOnly))
+        return QByteArray();
+    QCryptographicHash h(QCryptographicHash::Sha256);
+    h.addData(&f);
+    return h.result().toHex();
+}
+
+namespace {
+QStringList indev(const QString &image, qint32 session) {
+    QStringList args{"-indev", image};
+    if (session >= 0)
+        args << "-load"
+             << "sbsector" << QString::number(session);
+    return args;
+}
+} // namespace
+
+QStringList xorrisoFiles(const QString &image, qint32 session, const QString &type) {
+    const QByteArray out = run("xorriso", indev(image, session) << "-find"
+                                                                << "/"
+                                                                << "-type" << type);
+    QStringList files;
+    for (const QByteArray &line : out.split('\n')) {
+        if (!line.isEmpty())
+            files << QString::fromUtf8(line).remove(u'\'');
+    }
+    files.sort();
+    return files;
+}
+
+QByteArray xorrisoExtract(const QString &image, const QString &path, QTemporaryDir &dir,
+                          qint32 session) {
+    const QString target = dir.filePath(QStringLiteral("s%1%2").arg(session).arg(path));
+    run("xorriso", QStringList{"-osirrox", "on"} + indev(image, session)
+                       << "-extract" << path << target);
+    return sha256(target);
+}
+
+QList<QPair<int, int>> xorrisoToc(const QString &image) {
+    const QByteArray out = run("xorriso", {"-indev", image, "-toc"});
+    static const QRegularExpression row(
+        QStringLiteral(R"(ISO session\s*:\s*\d+\s*,\s*(\d+)\s*,\s*(\d+)s)"));
+    QList<QPair<int, int>> toc;
+    for (auto it = row.globalMatch(QString::fromUtf8(out)); it.hasNext();) {
+        const auto m = it.next();
+        toc.append({m.captured(1).toInt(), m.captured(2).toInt()});
+    }
+    return toc;
+}
+
+QByteArray isoinfoFile(const QString &image, const QString &path, bool rockRidge) {
+    int status = -1;
+    QStringList args{"-i", image, "-x", path};
+    if (rockRidge)
+        args.prepend("-R");
+    const QByteArray bytes = run("isoinfo", args, &status);
+    return status == 0 ? bytes : QByteArray("<isoinfo failed>");
+}
+
+QMap<QString, QByteArray> fileHashes(Tool tool, const QString &image, qint32 session) {
+    QTemporaryDir dir;
+    const QString at = QString::number(session), root = dir.filePath("x");
+    int status = -1;
+    if (tool == Tool::Bsdtar && QDir().mkpath(root))
+        run("bsdtar", {"-xf", image, "-C", root}, &status);
+    else
+        run("xorriso",
+            QStringList{"-osirrox", "on"} + indev(image, session) << "-extract"
+                                                                  << "/" << root,
+            &status);
+    QMap<QString, QByteArray> out;
+    for (QDirIterator it(root, QDir::Files | QDir::Hidden, QDirIterator::Subdirectories);
+         status == 0 && it.hasNext();) {
+        const QString path = it.next(), name = path.mid(root.size());
+        out.insert(name,
+                   tool != Tool::Isoinfo
+                       ? sha256(path)
+                       : QCryptographicHash::hash(
+                             run("isoinfo", {"-R", "-T", at, "-i", image, "-x", name}, &status),
+                             QCryptographicHash::Sha256)
+                             .toHex());
+    }
+    return status == 0 ? out : QMap<QString, QByteArray>();
+}
+
+QByteArray cdParanoiaTrack(const QString &cue, int track, QTemporaryDir &dir) {
+    const QString out = dir.filePath(QStringLiteral("rip%1.raw").arg(track));
+    int status = -1;
+    run("cd-paranoia", {"-d", cue, "-c", "-r", QString::number(track), out}, &status);
+    QFile f(out);
+    return status == 0 && f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray("failed");
+}
+
+} // namespace ReadBack
