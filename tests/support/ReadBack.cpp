@@ -114,4 +114,25 @@ QByteArray cdParanoiaTrack(const QString &cue, int track, QTemporaryDir &dir) {
     return status == 0 && f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray("failed");
 }
 
+QList<int> cdInfoTrackStarts(const QString &cue) {
+    const QString info = QString::fromUtf8(
+        run("cd-info", {"--no-header", "--no-device-info", "--no-cddb", "--cue-file", cue}));
+    QList<int> starts;
+    static const QRegularExpression row(R"(^\s*(\d+): \d\d:\d\d:\d\d\s+(\d+) (audio|leadout))",
+                                        QRegularExpression::MultilineOption);
+    for (auto m = row.globalMatch(info); m.hasNext();)
+        starts.append(m.next().captured(2).toInt());
+    return starts;
+}
+
+QByteArray ripOfTrack(const QByteArray &pcm, bool last) {
+    constexpr int Frame = 2352;
+    constexpr int Gap = 150;
+    QByteArray b = pcm;
+    b.append(QByteArray((b.size() + Frame - 1) / Frame * Frame - b.size(), '\0'));
+    if (!last)
+        b.append(QByteArray(Gap * Frame, '\0'));
+    return b;
+}
+
 } // namespace ReadBack

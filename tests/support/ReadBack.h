@@ -33,5 +33,11 @@ enum class Tool { Xorriso, Isoinfo, Bsdtar };
 QMap<QString, QByteArray> fileHashes(Tool tool, const QString &image, qint32 session = 0);
 // One track of an audio image ripped by cd-paranoia; "failed" when it fails.
 QByteArray cdParanoiaTrack(const QString &cue, int track, QTemporaryDir &dir);
+// The start of every track and of the lead-out of an audio image, in sectors, as cd-info
+// lists them.
+QList<int> cdInfoTrackStarts(const QString &cue);
+// What a track of these samples is ripped back as: the samples, silence to the end of the last
+// frame, and the two-second gap before the next track, which the table counts to this one.
+QByteArray ripOfTrack(const QByteArray &pcm, bool last);
 
 } // namespace ReadBack

@@ -8,6 +8,7 @@
 #include <QTest>
 #include <QTreeWidget>
 #include <QUrl>
+#include <memory>
 
 namespace ViewGestures {
 
@@ -21,6 +22,21 @@ void drop(QTreeWidget *view, const QStringList &paths) {
     QDragEnterEvent enter(at.toPoint(), Qt::CopyAction, &mime, Qt::LeftButton, Qt::NoModifier);
     QCoreApplication::sendEvent(view->viewport(), &enter);
     QDropEvent dropped(at, Qt::CopyAction, &mime, Qt::LeftButton, Qt::NoModifier);
+    QCoreApplication::sendEvent(view->viewport(), &dropped);
+    Waits::settle();
+}
+
+void move(QTreeWidgetItem *item, QTreeWidgetItem *onto) {
+    QTreeWidget *view = item->treeWidget();
+    view->setCurrentItem(item);
+    std::unique_ptr<QMimeData> mime(
+        view->model()->mimeData({view->indexFromItem(item), view->indexFromItem(item, 1)}));
+    const QRect last = view->visualItemRect(view->topLevelItem(view->topLevelItemCount() - 1));
+    const QPointF at = onto ? QPointF(view->visualItemRect(onto).center())
+                            : QPointF(last.center().x(), last.bottom() + 4);
+    QDragEnterEvent enter(at.toPoint(), Qt::MoveAction, mime.get(), Qt::LeftButton, Qt::NoModifier);
+    QCoreApplication::sendEvent(view->viewport(), &enter);
+    QDropEvent dropped(at, Qt::MoveAction, mime.get(), Qt::LeftButton, Qt::NoModifier);
     QCoreApplication::sendEvent(view->viewport(), &dropped);
     Waits::settle();
 }
