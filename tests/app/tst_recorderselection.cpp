@@ -141,7 +141,7 @@ void tst_RecorderSelection::closingTheTrayShowsAWritableDisc() {
     mdiMain *f = frameOnImageRecorder();
     f->runCommand("CLOSETRAY");
     // A blank CD-R of 80 minutes: 360,000 blocks, 703 MB, at most 52 times 176 kB/s.
-    QCOMPARE(f->smartStatusBar->Item("STATUSIMG")->ImageKey(), QStringLiteral("MEDIA"));
+    QTRY_COMPARE(f->smartStatusBar->Item("STATUSIMG")->ImageKey(), QStringLiteral("MEDIA"));
     QVERIFY(f->aniRuler->FileName().endsWith("Dat/cdspin.gif"));
     QVERIFY(!f->linCDSize->isHidden());
     QCOMPARE(f->linCDSize->X1(), (703 - 5) * 10 + 100);
@@ -165,9 +165,10 @@ void tst_RecorderSelection::ejectShowsNoDisc() {
     QVERIFY(env.startProgram());
     mdiMain *f = frameOnImageRecorder();
     f->runCommand("CLOSETRAY");
+    QTRY_COMPARE(f->smartStatusBar->Item("STATUSIMG")->ImageKey(), QStringLiteral("MEDIA"));
     f->SmartMenu->Item("SESSION")->setEnabled(true);
     f->runCommand("EJECTCD");
-    QCOMPARE(f->smartStatusBar->Item("STATUSIMG")->ImageKey(), QStringLiteral("NOMEDIA"));
+    QTRY_COMPARE(f->smartStatusBar->Item("STATUSIMG")->ImageKey(), QStringLiteral("NOMEDIA"));
     QVERIFY(f->aniRuler->FileName().endsWith("Dat/insertcd.gif"));
     QVERIFY(f->linCDSize->isHidden());
     QVERIFY(!f->SmartMenu->Item("SESSION")->Enabled());
@@ -235,10 +236,10 @@ void tst_RecorderSelection::writeDialogFollowsTheDisc() {
     QLabel *lblActions = burn->lblActions;
     cmdWrite->setEnabled(false);
     f->runCommand("CLOSETRAY");
-    QVERIFY(cmdWrite->isEnabled());
+    QTRY_VERIFY(cmdWrite->isEnabled());
     QCOMPARE(lblActions->text(), QStringLiteral("Disc inserted ready to write..."));
     f->runCommand("EJECTCD");
-    QVERIFY(!cmdWrite->isEnabled());
+    QTRY_VERIFY(!cmdWrite->isEnabled());
     QCOMPARE(lblActions->text(), QStringLiteral("Please insert the disc again..."));
 }
 

@@ -300,10 +300,10 @@ void tst_DataWrite::notifyReportsTrayChanges() {
     QSignalSpy arrival(&notify, &CDNotify::Arrival);
     QSignalSpy removal(&notify, &CDNotify::RemoveComplete);
     rig.engine.MoveTray(false);
-    QCOMPARE(removal.size(), 1);
+    QTRY_COMPARE(removal.size(), 1);
     QCOMPARE(removal.first().first().toString(), QStringLiteral("IMG"));
     rig.engine.MoveTray(true);
-    QCOMPARE(arrival.size(), 1);
+    QTRY_COMPARE(arrival.size(), 1);
     // A disc put in by hand is noticed by the tray poll (twice a second); the wait leaves room
     // for a loaded machine.
     rig.engine.MoveTray(false);

@@ -187,7 +187,9 @@ IsoImageTree::IsoImageTree() {
 
 IsoImageTree::~IsoImageTree() = default;
 
-void IsoImageTree::clear() {
+bool IsoImageTree::clear() {
+    if (changing())
+        return false;
     m_sizer.settle();
     IsoLibrary::ensureStarted();
     IsoImage *raw = nullptr;
@@ -202,6 +204,31 @@ void IsoImageTree::clear() {
     m_imported = false;
     applyIdentifiers();
     changed();
+    ++m_epoch;
+    return true;
+}
+
+bool IsoImageTree::current(const Item &reported, quint64 since, Item *now) const {
+    if (since == m_epoch) {
+        *now = reported;
+        return true;
+    }
+    // Something left or moved meanwhile: the node must still stand at its path. The reference
+    // held on it means no other node can have taken its address.
+    if (!reported.node || find(reported.destPath) != reported.node)
+        return false;
+    *now = itemOf(reported.node);
+    return true;
+}
+
+bool IsoImageTree::ask(const ReplaceQuestion &replace, const QString &dest, const QString &source,
+                       const QString &name) {
+    if (!replace)
+        return false;
+    ++m_asking;
+    const bool yes = replace(dest, source, name);
+    --m_asking;
+    return yes;
 }
 
 void IsoImageTree::setIdentifier(Identifier id, const QString &value) {
@@ -269,6 +296,7 @@ IsoImageTree::Item IsoImageTree::itemOf(IsoNode *node) const {
     names.removeLast();
     item.parentPath = u'\\' + names.join(u'\\');
     item.isDirectory = iso_node_get_type(node) == LIBISO_DIR;
+    item.node = node;
     item.date = dateOf(iso_node_get_mtime(node));
     if (item.isDirectory || iso_node_get_type(node) == LIBISO_SYMLINK) {
         void *data = nullptr;
@@ -304,6 +332,7 @@ IsoDir *IsoImageTree::dirNode(IsoDir *parent, const QString &parentPath, const Q
     if (added) {
         Item item{parentPath, joinDest(parentPath, name),       name, QFile::decodeName(source),
                   true,       dateOf(iso_node_get_mtime(node)), 0};
+        item.node = node;
         added(item);
     }
     return dir;
@@ -326,10 +355,11 @@ bool IsoImageTree::addFileNode(IsoDir *parent, const QString &parentPath, const 
             iso_node_get_type(existing) != LIBISO_FILE ||
             SourceFileStream::sourcePath(iso_file_get_stream(reinterpret_cast<IsoFile *>(existing)))
                 .isEmpty();
-        if (imported && !(replace && replace(dest, sourcePath, name)))
+        if (imported && !ask(replace, dest, sourcePath, name))
             return false;
         iso_node_remove(existing);
         --m_files;
+        ++m_epoch;
     }
     IsoStream *stream = SourceFileStream::create(source, qint64(st.st_size));
     if (!stream)
@@ -349,6 +379,7 @@ bool IsoImageTree::addFileNode(IsoDir *parent, const QString &parentPath, const 
         Item item{parentPath,        dest,  name,
                   sourcePath,        false, dateOf(iso_node_get_mtime(node)),
                   qint64(st.st_size)};
+        item.node = node;
         added(item);
     }
     return true;
@@ -371,6 +402,8 @@ IsoDir *IsoImageTree::ensureDirectory(const QString &destPath, bool useModifiedD
 
 bool IsoImageTree::addFile(const QString &destPath, const QString &source, bool useModifiedDate,
                            const ItemSink &added, const ReplaceQuestion &replace) {
+    if (changing())
+        return false;
     m_sizer.settle();
     QStringList parts = components(destPath);
     if (parts.isEmpty() || source.isEmpty())
@@ -391,6 +424,8 @@ bool IsoImageTree::addFile(const QString &destPath, const QString &source, bool 
 bool IsoImageTree::addDirectory(const QString &destPath, const QString &sourceDir,
                                 bool useModifiedDate, const ItemSink &added,
                                 const ReplaceQuestion &replace) {
+    if (changing())
+        return false;
     m_sizer.settle();
     const QByteArray local = QFile::encodeName(sourceDir);
     struct stat st {};
@@ -429,6 +464,8 @@ void IsoImageTree::countSubtree(IsoNode *node, int sign) {
 }
 
 bool IsoImageTree::remove(const QString &destPath, Item *removed) {
+    if (changing())
+        return false;
     m_sizer.settle();
     if (components(destPath).isEmpty())
         return false; // the root stays
@@ -440,11 +477,14 @@ bool IsoImageTree::remove(const QString &destPath, Item *removed) {
     countSubtree(node, -1);
     iso_node_remove(node);
     changed();
+    ++m_epoch;
     return true;
 }
 
 bool IsoImageTree::rename(const QString &destPath, const QString &newName, bool directory,
                           QString *newDestPath) {
+    if (changing())
+        return false;
     m_sizer.settle();
     IsoNode *node = components(destPath).isEmpty() ? nullptr : find(destPath);
     if (!node || (iso_node_get_type(node) == LIBISO_DIR) != directory || !validName(newName))
@@ -458,6 +498,7 @@ bool IsoImageTree::rename(const QString &destPath, const QString &newName, bool 
     if (newDestPath)
         *newDestPath = itemOf(node).destPath;
     changed();
+    ++m_epoch;
     return true;
 }
 
@@ -474,7 +515,7 @@ void IsoImageTree::list(const QString &destPath, const ItemSink &sink) const {
 }
 
 void IsoImageTree::mergeInto(IsoDir *target, const QString &targetPath, IsoDir *from,
-                             const ReplaceQuestion &replace) {
+                             const ReplaceQuestion &replace, QSet<IsoNode *> &carried) {
     for (IsoNode *child : childrenOf(from)) {
         const QString name = QString::fromUtf8(iso_node_get_name(child));
         const QString dest = joinDest(targetPath, name);
@@ -484,22 +525,60 @@ void IsoImageTree::mergeInto(IsoDir *target, const QString &targetPath, IsoDir *
             const bool existingDir = iso_node_get_type(existing) == LIBISO_DIR;
             if (childDir && existingDir) {
                 mergeInto(reinterpret_cast<IsoDir *>(existing), dest,
-                          reinterpret_cast<IsoDir *>(child), replace);
+                          reinterpret_cast<IsoDir *>(child), replace, carried);
                 continue;
             }
             const QString source = itemOf(child).sourcePath;
-            if (childDir || existingDir || !(replace && replace(dest, source, name)))
+            if (childDir || existingDir || !ask(replace, dest, source, name))
                 continue; // the item added before gives way to the disc's
             iso_node_remove(existing);
         }
         iso_node_take(child);
         if (iso_dir_add_node(target, child, ISO_REPLACE_NEVER) < 0)
             iso_node_unref(child);
+        else
+            carried.insert(child);
     }
 }
 
-bool IsoImageTree::importSession(Recorder &recorder, qint32 startBlock, const ItemSink &added,
-                                 const ReplaceQuestion &replace) {
+void IsoImageTree::dropUnwritten(IsoDir *dir, const QList<QPair<qint32, qint32>> &written,
+                                 QStringList *leftOut) {
+    for (IsoNode *child : childrenOf(dir)) {
+        if (iso_node_get_type(child) == LIBISO_DIR) {
+            dropUnwritten(reinterpret_cast<IsoDir *>(child), written, leftOut);
+            continue;
+        }
+        if (iso_node_get_type(child) != LIBISO_FILE)
+            continue;
+        int count = 0;
+        iso_file_section *raw = nullptr;
+        if (iso_file_get_old_image_sections(reinterpret_cast<IsoFile *>(child), &count, &raw, 0) !=
+            1)
+            continue;
+        std::unique_ptr<iso_file_section, decltype(&free)> sections(raw, &free);
+        bool held = true;
+        for (int i = 0; i < count && held; ++i) {
+            const qint64 first = raw[i].block;
+            const qint64 end = first + (qint64(raw[i].size) + 2047) / 2048;
+            if (raw[i].size == 0)
+                continue;
+            held = std::any_of(written.begin(), written.end(), [&](const QPair<qint32, qint32> &s) {
+                return first >= s.first && end <= qint64(s.first) + s.second;
+            });
+        }
+        if (held)
+            continue;
+        if (leftOut)
+            leftOut->append(itemOf(child).destPath);
+        iso_node_remove(child);
+    }
+}
+
+bool IsoImageTree::importSession(Recorder &recorder, qint32 startBlock,
+                                 const QList<QPair<qint32, qint32>> &written, const ItemSink &added,
+                                 const ReplaceQuestion &replace, QStringList *leftOut) {
+    if (changing())
+        return false;
     m_sizer.settle();
     IsoLibrary::DataSourcePtr src = RecorderDataSource::create(recorder);
     IsoReadOpts *rawOpts = nullptr;
@@ -516,6 +595,8 @@ bool IsoImageTree::importSession(Recorder &recorder, qint32 startBlock, const It
     if (iso_image_import(rawImage, src.get(), rawOpts, &rawFeatures) < 0)
         return false;
     IsoLibrary::FeaturesPtr features(rawFeatures);
+    if (!written.isEmpty())
+        dropUnwritten(iso_image_get_root(rawImage), written, leftOut);
 
     // The disc's items become the image, with the items added before carried over.
     IsoLibrary::ImagePtr old = std::move(m_image);
@@ -530,32 +611,29 @@ bool IsoImageTree::importSession(Recorder &recorder, qint32 startBlock, const It
     int i = 0;
     for (const char *id : ids)
         m_ids[i++] = QString::fromUtf8(id ? id : "").trimmed();
-    m_files = 0;
-    m_directories = 0;
-    std::function<void(IsoDir *)> announce = [&](IsoDir *dir) {
+    QSet<IsoNode *> carried;
+    mergeInto(iso_image_get_root(rawImage), QStringLiteral("\\"), iso_image_get_root(old.get()),
+              replace, carried);
+    // The disc's items are reported once the tree is whole; those added before were already.
+    std::function<void(IsoDir *)> report = [&](IsoDir *dir) {
         for (IsoNode *child : childrenOf(dir)) {
             const auto type = iso_node_get_type(child);
-            if (type != LIBISO_DIR && type != LIBISO_FILE)
+            if ((type != LIBISO_DIR && type != LIBISO_FILE) || carried.contains(child))
                 continue;
             if (added)
                 added(itemOf(child));
-            if (type == LIBISO_DIR) {
-                ++m_directories;
-                announce(reinterpret_cast<IsoDir *>(child));
-            } else {
-                ++m_files;
-            }
+            if (type == LIBISO_DIR)
+                report(reinterpret_cast<IsoDir *>(child));
         }
     };
-    announce(iso_image_get_root(rawImage));
-    mergeInto(iso_image_get_root(rawImage), QStringLiteral("\\"), iso_image_get_root(old.get()),
-              replace);
+    report(iso_image_get_root(rawImage));
     m_files = 0;
     m_directories = 0;
     for (IsoNode *child : childrenOf(iso_image_get_root(rawImage)))
         countSubtree(child, 1);
     applyIdentifiers();
     changed();
+    ++m_epoch;
     return true;
 }
 
@@ -594,8 +672,11 @@ IsoLibrary::BurnSourcePtr IsoImageTree::layoutStream(const StreamOptions &option
     iso_write_opts_set_iso_level(raw, Level);
     iso_write_opts_set_rockridge(raw, 1);
     iso_write_opts_set_joliet(raw, options.joliet ? 1 : 0);
-    iso_write_opts_set_appendable(raw, m_imported ? 1 : 0);
-    iso_write_opts_set_ms_block(raw, uint32_t(std::max(0, options.startBlock)));
+    // A standalone image copies imported files; one that continues a disc points at them.
+    const bool appendable = m_imported && !options.standalone;
+    iso_write_opts_set_appendable(raw, appendable ? 1 : 0);
+    iso_write_opts_set_ms_block(raw,
+                                options.standalone ? 0 : uint32_t(std::max(0, options.startBlock)));
     // Folders below the eighth level are moved into one folder, as other makers do; readers
     // such as libarchive reject a disc whose moved folders lie loose in the root. Marked, the
     // folder is hidden from Rock Ridge readers, who see every folder back in its place.
@@ -657,9 +738,12 @@ bool IsoImageTree::linkNode(IsoDir *parent, const QString &parentPath, const QSt
     iso_node_add_xinfo(node, sourceXinfo, new QString(QFile::decodeName(source)));
     ++m_files;
     changed();
-    if (added)
-        added(Item{parentPath, joinDest(parentPath, name), name, QFile::decodeName(source), false,
-                   dateOf(iso_node_get_mtime(node)), 0});
+    if (added) {
+        Item item{parentPath, joinDest(parentPath, name),       name, QFile::decodeName(source),
+                  false,      dateOf(iso_node_get_mtime(node)), 0};
+        item.node = node;
+        added(item);
+    }
     return true;
 }
 

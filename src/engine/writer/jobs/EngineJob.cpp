@@ -263,6 +263,8 @@ JobOutcome EngineJob::runCreate() {
 }
 
 JobOutcome EngineJob::runWrite() {
+    if (m_setup.refusal.kind != JobOutcome::Completed)
+        return m_setup.refusal;
     WritePlan plan = m_setup.plan;
     std::unique_ptr<TrackSource> track;
     QFile isoFile;

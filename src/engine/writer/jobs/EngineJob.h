@@ -43,6 +43,8 @@ public:
         qint32 sourceError = -1;
         QString sourceErrorPath;
         QList<QPair<QString, QString>> sourceNotices;
+        // A write the engine refused before anything was laid out: the job ends with it.
+        JobOutcome refusal = JobOutcome::completed();
     };
     // Called on the UI thread when the job has ended, before its ending event.
     using Finisher = std::function<void(const JobOutcome &)>;

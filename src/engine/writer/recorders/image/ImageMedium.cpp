@@ -161,6 +161,9 @@ bool ImageMedium::appendable() const {
         return false;
     if (!sessions.isEmpty() && !sessions.last().closed)
         return false;
+    // A 100th session would make a descriptor no reader takes.
+    if (sessions.size() >= MaxSessions)
+        return false;
     return nextWritableAddress() >= 0;
 }
 
@@ -188,6 +191,10 @@ MediumState ImageMedium::state() const {
     st.capacityBlocks = k->capacity;
     st.sessionCount = qint32(sessions.size());
     st.maxWriteSpeed = k->writable && !finalized ? k->maxSpeed : 0;
+    for (const Session &s : sessions) {
+        if (s.mode != 0)
+            st.sessionExtents.append({s.start, s.blocks});
+    }
     if (sessions.isEmpty()) {
         st.discStatus = 0;        // empty
         st.lastSessionStatus = 0; // empty session
