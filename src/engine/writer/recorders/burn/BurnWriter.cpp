@@ -90,7 +90,7 @@ bool BurnWriter::build(BurnDrive &drive, const BurnMedium::Assessment &medium) {
         // libburn writes CD data tracks in Mode 1 only; a Mode 2 XA request carries the same
         // 2048-byte blocks and is written as Mode 1.
         burn::burn_track_define_data(track.get(), 0, int(padBlocks(medium, source) * Block), 1,
-                                     source->mode() == 0 ? BURN_AUDIO : BURN_MODE1);
+                                     source->mode() == 0 ? BURN_AUDIO | BURN_COPY : BURN_MODE1);
         if (burn::burn_track_set_source(track.get(), fifo.get()) != burn::BURN_SOURCE_OK ||
             burn::burn_session_add_track(m_session.get(), track.get(), BURN_POS_END) <= 0)
             return false;

@@ -225,7 +225,10 @@ QByteArray ImageMedium::cueSheet(const QString &binName) const {
     out += "FILE \"" + binName.toUtf8() + "\" BINARY\n";
     const QList<qint32> &starts = sessions.first().trackStarts;
     for (int i = 0; i < starts.size(); ++i) {
+        // The disc holds the user's own audio, so rippers are told a digital copy is allowed,
+        // as a drive writing it through libburn marks it.
         out += "  TRACK " + QByteArray::number(i + 1).rightJustified(2, '0') + " AUDIO\n";
+        out += "    FLAGS DCP\n";
         if (i > 0)
             out += "    INDEX 00 " + msf(starts.at(i) - AudioGap) + "\n";
         out += "    INDEX 01 " + msf(starts.at(i)) + "\n";
