@@ -139,6 +139,7 @@ void tst_EraseFinish::finish() {
     else if (state != u"blank")
         QVERIFY(writeData(rig, state != u"incomplete"));
     if (state == u"closed") {
+        rig.probe.events.clear(); // so that the wait is for this job's end
         QVERIFY(rig.engine.FinishDisc(true));
         QVERIFY(rig.probe.waitForEnd());
     }
@@ -157,7 +158,7 @@ void tst_EraseFinish::finish() {
     QCOMPARE(rig.engine.LastSessionStatus(), lastSessionStatus);
     QCOMPARE(rig.engine.SessionCount(), sessionCount);
     QCOMPARE(rig.engine.FreeBlocks() > 0, discStatus < 2);
-    if (events.isEmpty())
+    if (state == u"blank")
         return;
     // The closed session still reads as the ISO image it holds.
     const QString iso = rig.eject("iso");
