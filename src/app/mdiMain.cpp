@@ -404,6 +404,8 @@ void mdiMain::MDIForm_Load() {
         smartStatusBar->Item(QStringLiteral("STATUSIMG"))->setImageKey(QStringLiteral("MEDIA"));
         ShowAnimation(QStringLiteral("cdspin"));
         setCDSizeLine();
+        if (Tessaly->LastSessionStatus() == CDWriterPro::SessionIncomplete)
+            reportOpenSession();
     }
     ToolMenuAddFiles();
 }

@@ -196,6 +196,10 @@ public:
     // Write: the engine's events during a write in the status bar; the dialog follows them
     // itself and hears from the frame only how the job ended.
     void connectWriteEvents();
+    // The status bar at rest once a job has ended, however it ended.
+    void restAfterJob();
+    // Tells that the disc's last session is open and where it is closed.
+    void reportOpenSession();
     void Tessaly_PreparingToWrite();
     void Tessaly_CachingStatus(qint16 nPercentComplete);
     void Tessaly_ReadingTrackFile(const QString &sFileName, qint32 lFileIndex, qint32 lTrackNumber);

@@ -3,6 +3,7 @@
 #include "FormRegistry.h"
 #include "base/App.h"
 #include "engine/writer/CDWriterPro.h"
+#include "engine/writer/recorders/image/ImageRecorder.h"
 #include "frmChooseDiscType.h"
 #include "frmFiles.h"
 #include "frmHelp.h"
@@ -378,6 +379,27 @@ void mdiMain::ToolMenuEjectCd() {
 }
 
 void mdiMain::ToolMenuCloseTray() {
+    // The Image Recorder's tray is a folder: a user who ejected a disc there (after a test
+    // write, or to add a session later) can put the same disc back instead of a new blank.
+    if (Tessaly->isVirtualDrive(glngCurrentDrive) &&
+        Tessaly->MediaType() == CDWriterPro::MediaNone) {
+        const QString last = ImageRecorder::lastEjected();
+        if (!last.isEmpty()) {
+            const int answer = MsgBox(
+                QStringLiteral(
+                    "Put the disc ejected last (%1) back into the Image Recorder?\r\n\r\n"
+                    "Yes puts it back, No loads a new blank disc.")
+                    .arg(QFileInfo(last).completeBaseName()),
+                vbYesNoCancel | vbQuestion, App::ProductName() + QStringLiteral(" - Close Tray"));
+            if (answer == vbCancel)
+                return;
+            if (answer == vbYes && !ImageRecorder::putBack(last))
+                MsgBox(QStringLiteral("The disc could not be put back; the tray stays empty."),
+                       vbExclamation, App::ProductName() + QStringLiteral(" - Warning"));
+            if (answer == vbYes && Tessaly->MediaType() == CDWriterPro::MediaNone)
+                return;
+        }
+    }
     Tessaly->MoveTray(true);
 }
 

@@ -167,7 +167,9 @@ void mdiMain::RecalcImageSize() {
         Tessaly->MediaType() != CDWriterPro::MediaNone) {
         prbSize->setPalette(QPalette());
         // Five megabytes stay in reserve. The warning tells, the write may still be started.
-        if (GetFreeSpace(Tessaly, 3) - 5 <= shownMB)
+        // An open last session has no free space to measure: that was told on arrival.
+        if (Tessaly->LastSessionStatus() != CDWriterPro::SessionIncomplete &&
+            GetFreeSpace(Tessaly, 3) - 5 <= shownMB)
             MsgBox(QStringLiteral("You must remove some files from the image.\nData image size "
                                   "is bigger than free space on media!"),
                    vbExclamation, App::ProductName() + QStringLiteral(" - Warning"));

@@ -114,6 +114,8 @@ void mdiMain::CDNotify1_Arrival(const QString &Drive) {
             CheckSession();
         setCDSizeLine();
         ShowAnimation(QStringLiteral("cdspin"));
+        if (Tessaly->LastSessionStatus() == CDWriterPro::SessionIncomplete)
+            reportOpenSession();
         refreshCompilation(this);
     } else {
         smartStatusBar->Item(QStringLiteral("STATUSIMG"))->setImageKey(QStringLiteral("NOMEDIA"));
@@ -141,4 +143,11 @@ void mdiMain::CheckSession() {
         // Opened on its own when a disc arrives, not by a command: nothing to say without it.
         FormRegistry::open(QStringLiteral("frmSessionCheck"));
     }
+}
+
+void mdiMain::reportOpenSession() {
+    SmartMenu->Item(QStringLiteral("SESSION"))->setEnabled(true);
+    smartStatusBar->Item(QStringLiteral("DATA"))
+        ->setText(QStringLiteral(" The disc's last session is open"));
+    MsgBox(OpenSessionMessage(), vbExclamation, App::ProductName() + QStringLiteral(" - Warning"));
 }

@@ -35,5 +35,7 @@ QString GetTrackFileErrorMessage(qint32 FileError, const QString &FileName);
 // space comes from the engine's free blocks, used space from the mounted volume of the disc
 // (0 for a disc the system does not mount), total space is the sum.
 double GetFreeSpace(CDWriterPro *cdObj, int sizeFormat);
+// What a user is told of a disc whose last session a cancelled or failed write left open.
+QString OpenSessionMessage();
 double GetUsedSpace(CDWriterPro *cdObj, int sizeFormat);
 double GetTotalSpace(CDWriterPro *cdObj, int sizeFormat);
