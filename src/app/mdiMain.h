@@ -25,6 +25,7 @@ class QMdiArea;
 class QMdiSubWindow;
 class QMenu;
 class QProgressBar;
+class QScrollArea;
 class frmFiles;
 
 // The main frame: the multiple-document area that holds the file browsers and the compilation
@@ -167,8 +168,10 @@ public:
     void ResetImage();
     void RecalcImageSize() override;
     void SetTypeSize() override;
+    // The status bar names the folder being added where it lies on this machine.
     void Tessaly_ISOItemAdded(const QString &sParentDestPath, const QString &sItemDestPath,
-                              const QString &sItemName, bool bIsDirectory);
+                              const QString &sItemName, const QString &SourceFilePath,
+                              bool bIsDirectory);
     void Tessaly_ISOItemRemoved(const QString &sDestinationPath, bool bIsDirectory);
     void Tessaly_ISODestPathChanged(const QString &sOldDestPath, const QString &sNewDestPath,
                                     bool bIsDirectory);
@@ -186,6 +189,9 @@ public:
 
     // False in the reduced layout of a machine without recorders, whose hidden menus stay hidden.
     bool hasRecorders() const { return m_hasRecorders; }
+
+    // The part of the ruler in view, in twips from its left edge.
+    std::pair<int, int> rulerInView() const;
 
     // The open children in the order they were loaded.
     QList<QMdiSubWindow *> openForms() const;
@@ -246,7 +252,14 @@ private:
     // Image: the engine's image events and the volume identifier box.
     void connectImageEvents();
 
+    // Scrolls the ruler so that the free-space line and the end of the size bar are in view;
+    // when both do not fit, the nearer of the two: the bar's end of a compilation that fits,
+    // the line of one that does not.
+    void followRuler();
+
     QMdiArea *m_mdiArea = nullptr;
+    QScrollArea *m_rulerScroll = nullptr;
+    QWidget *m_ruler = nullptr;
     bool m_hasRecorders = true;
     QHash<QString, std::function<void()>> m_commands;
 };

@@ -29,6 +29,7 @@
 #include <QMenu>
 #include <QProcess>
 #include <QScopeGuard>
+#include <QStyle>
 #include <utility>
 
 void mdiMain::buildCommandTable() {
@@ -447,7 +448,18 @@ void mdiMain::ToolMenuTileHorizental() {
 }
 
 void mdiMain::ToolMenuCascade() {
-    m_mdiArea->cascadeSubWindows();
+    // Each child keeps a useful size, two thirds of the area, one title bar below the last.
+    const QRect area = m_mdiArea->viewport()->rect();
+    const int step = style()->pixelMetric(QStyle::PM_TitleBarHeight);
+    int i = 0;
+    for (QMdiSubWindow *child : openForms()) {
+        if (child->isMinimized() || !child->isVisible())
+            continue;
+        child->showNormal();
+        child->setGeometry(i * step, i * step, area.width() * 2 / 3, area.height() * 2 / 3);
+        child->raise();
+        ++i;
+    }
 }
 
 void mdiMain::ToolMenuArrangeIcons() {

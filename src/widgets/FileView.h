@@ -49,6 +49,9 @@ signals:
     void PathChanged(const QString &path);
     void OnAfterSelectionChange(const QString &ItemPath, int SelectionState);
 
+protected:
+    void keyPressEvent(QKeyEvent *event) override;
+
 private:
     QModelIndex sourceIndex(int index) const;
 
