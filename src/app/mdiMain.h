@@ -180,7 +180,8 @@ public:
     void Tessaly_ISOImageReset();
     void txtVolIdentifier_Change();
 
-    // The highest browser number given out since the last close-all, and the browsers.
+    // Browser numbering: the top number handed out so far (reset by Close All), and the open
+    // browsers by number.
     Integer NumberForms = 0;
     CheckedArray<QPointer<frmFiles>, 100> frmF;
     QString mstrSpeed;

@@ -1,5 +1,5 @@
-// The frame's side of the data compilation: the engine's image events mirrored into the data
-// window, the volume identifier box and the size ruler with its panels.
+// Keeps the data window's tree in step with the engine's image, and owns what the frame shows
+// of it: the label box, the ruler and the size panels.
 #include "DataImageMirror.h"
 #include "base/App.h"
 #include "base/Conversions.h"

@@ -250,7 +250,7 @@ void frmBurn::RefreshForm() {
 
 void frmBurn::optTest_Click() {
     cmdWrite->setText(QStringLiteral("&Test Write"));
-    // A test is followed by the real write, so closing everything makes no sense here.
+    // Shutting down after a test would skip the real write that must follow it.
     chkCloseWin->setEnabled(false);
     gblnIsTestWrite = true;
 }
@@ -487,7 +487,7 @@ void frmBurn::Tessaly_TrackWriteStatus(qint32 lTrackNumber, qint32 lBlocksWritte
     });
     if (intPercentTrackWritten) {
         passOver([&] { prgTrackProgress->setValue(*intPercentTrackWritten); });
-        // Caching leaves cancel off: it comes back once a percent of a track has gone out.
+        // Cancel stays off while caching and returns once one per cent of the track is written.
         if (*intPercentTrackWritten == 1)
             cmdCancel->setEnabled(true);
     }
@@ -553,7 +553,7 @@ void frmBurn::offerRealWrite() {
     aniBurn->setAutoPlay(false);
     RefreshForm();
     optWrite->setChecked(true);
-    // The disc is out: the button comes back with the next disc, which the tray button fetches.
+    // Ejected after the test: writing waits for a disc, and the tray button brings it back.
     const bool discIn = m_context.engine->MediaType() != CDWriterPro::MediaNone;
     cmdWrite->setEnabled(discIn);
     cmdCloseTray->setEnabled(!discIn);

@@ -95,7 +95,7 @@ void tst_WriteDialog::openingState() {
     QVERIFY(burn->isVisible());
     QCOMPARE(burn->windowModality(), Qt::ApplicationModal);
     QCOMPARE(burn->windowTitle(), QStringLiteral("Write Disc..."));
-    // A user who opens the dialog and presses the button gets a test write.
+    // Pressing the button straight away runs a test, never the real write.
     QVERIFY(burn->optTest->isChecked());
     QVERIFY(!burn->optWrite->isChecked());
     QCOMPARE(burn->cmdWrite->text(), QStringLiteral("&Test Write"));
