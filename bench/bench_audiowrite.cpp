@@ -2,7 +2,7 @@
 // and closing included) against `sox`, which turns the same waves into one raw PCM file: the
 // same bytes read, converted and written by the tool that knows wave files best. Runs on one
 // thread.
-#include "engine/writer/CDWriterPro.h"
+#include "BenchAudioDisc.h"
 #include "engine/writer/recorders/image/ImageRecorder.h"
 
 #include "base/App.h"
@@ -65,31 +65,11 @@ int main(int argc, char **argv) {
 
     std::vector<double> ours, theirs;
     for (int i = 0; i < runs; ++i) {
-        CDWriterPro engine;
-        engine.InitializeDrives(false);
-        engine.SelectDrive(engine.DriveCount() - 1);
-        engine.MoveTray(false);
-        engine.MoveTray(true);
-        for (int t = 0; t < waves.size(); ++t)
-            engine.AddAudioTrack(waves[t], t + 1);
-        engine.setTrackMode(0);
-        engine.setCacheImage(false);
-        engine.setFinalizeDisc(true);
-        QEventLoop loop;
-        bool ok = false;
-        QObject::connect(&engine, &CDWriterPro::WriteComplete, &loop, [&] {
-            ok = true;
-            loop.quit();
-        });
-        QObject::connect(&engine, &CDWriterPro::WriteError, &loop, &QEventLoop::quit);
+        double ms = 0;
+        if (!writeAudioDisc(waves, &ms))
+            return 1;
+        ours.push_back(ms);
         QElapsedTimer t;
-        t.start();
-        if (!engine.WriteDisc())
-            return 1;
-        loop.exec();
-        if (!ok)
-            return 1;
-        ours.push_back(double(t.nsecsElapsed()) / 1e6);
 
         QProcess sox;
         t.restart();

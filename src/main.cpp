@@ -1,10 +1,12 @@
 #include "app/TessalyApplication.h"
 #include "compilation/CompilationWindows.h"
+#include "ripping/RippingWindows.h"
 #include "writing/WritingWindows.h"
 
 int main(int argc, char **argv) {
     TessalyApplication app(argc, argv);
     registerCompilationWindows();
     registerWritingWindows();
+    registerRippingWindows();
     return app.run();
 }

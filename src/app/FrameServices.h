@@ -41,6 +41,11 @@ public:
     virtual void setVolumeIdentifierEnabled(bool enabled) = 0;
     // The size bar emptied when the compilation goes.
     virtual void clearSizeBar() = 0;
+    // The size bar at a length of `maximum` units of 10 twips against the ruler; the value the
+    // bar holds afterwards.
+    virtual qint32 setSizeBar(qint32 maximum) = 0;
+    // The picture of a status panel by its key ("NOTE"); empty for none.
+    virtual void setStatusPicture(const QString &panel, const QString &pictureKey) = 0;
     // The chosen write speed as the speed list shows it ("52x 7800 kB/s").
     virtual QString writeSpeedText() const = 0;
     // The date the files of the image carry: modified (true) or added.

@@ -83,6 +83,8 @@ public:
     void setVolumeIdentifierText(const QString &text) override;
     void setVolumeIdentifierEnabled(bool enabled) override;
     void clearSizeBar() override;
+    qint32 setSizeBar(qint32 maximum) override;
+    void setStatusPicture(const QString &panel, const QString &pictureKey) override;
     void useFileModifiedDate(bool modified) override;
     QString writeSpeedText() const override { return mstrSpeed; }
 

@@ -8,6 +8,7 @@
 #include "widgets/KeyedStatusBar.h"
 #include "widgets/KeyedToolbar.h"
 #include "widgets/MessageBoxService.h"
+#include "widgets/Twips.h"
 
 #include <QFileInfo>
 #include <QLineEdit>
@@ -71,6 +72,21 @@ void mdiMain::setVolumeIdentifierEnabled(bool enabled) {
 void mdiMain::clearSizeBar() {
     prbSize->resize(0, prbSize->height());
     prbSize->setValue(0);
+}
+
+qint32 mdiMain::setSizeBar(qint32 maximum) {
+    // A bar without range would draw as busy; an empty compilation has no width anyway.
+    prbSize->setMaximum(qMax<qint32>(maximum, 1));
+    Long width = maximum;
+    width *= 10;
+    prbSize->resize(Twips::toPixels(width), prbSize->height());
+    // Held within the maximum, as the bar keeps it.
+    prbSize->setValue(qMin<qint32>(width, maximum));
+    return prbSize->value();
+}
+
+void mdiMain::setStatusPicture(const QString &panel, const QString &pictureKey) {
+    smartStatusBar->Item(panel)->setImageKey(pictureKey);
 }
 
 void mdiMain::useFileModifiedDate(bool modified) {

@@ -43,7 +43,7 @@ const QHash<QString, QStyle::StandardPixmap> &standardPictures() {
         {QStringLiteral("CONTENTS"), QStyle::SP_DialogHelpButton},
         {QStringLiteral("INDEX"), QStyle::SP_FileDialogListView},
         {QStringLiteral("ABOUT"), QStyle::SP_MessageBoxInformation},
-        {QStringLiteral("NOTE"), QStyle::SP_MessageBoxInformation},
+        {QStringLiteral("NOTE"), QStyle::SP_MediaVolume},
         {QStringLiteral("WEB"), QStyle::SP_DriveNetIcon},
         {QStringLiteral("INTERNETUPDATE"), QStyle::SP_ArrowDown},
         {QStringLiteral("LICENSE"), QStyle::SP_FileIcon},

@@ -1,5 +1,7 @@
 // The audio track list: which wave files it takes, their order, numbers and sizes.
 #include "EngineProbe.h"
+#include "Fixtures.h"
+#include "ReadBack.h"
 #include "TestEnvironment.h"
 
 #include <QDir>
@@ -8,7 +10,7 @@
 #include <QTemporaryDir>
 #include <QTest>
 
-using namespace EngineFixtures;
+using namespace Fixtures;
 
 namespace {
 // A real MP3 made by lame from a wave, for the file that only pretends by its name.
@@ -16,7 +18,7 @@ QByteArray mp3Bytes(const QTemporaryDir &dir) {
     const QString wav = dir.filePath("for-lame.wav");
     const QString mp3 = dir.filePath("made.mp3");
     writeFile(wav, cdWave(pseudoRandom(44100 * 4, 3)));
-    EngineProbe::run("lame", {"--quiet", wav, mp3});
+    ReadBack::run("lame", {"--quiet", wav, mp3});
     QFile f(mp3);
     return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray();
 }

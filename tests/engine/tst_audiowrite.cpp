@@ -1,11 +1,12 @@
 // Audio discs written disc at once on the Image Recorder, then ripped back bit for bit by
 // libcdio-paranoia and by the cd-paranoia program.
-#include "AudioRig.h"
+#include "EngineRig.h"
+#include "Fixtures.h"
+#include "ReadBack.h"
 
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QRegularExpression>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -14,7 +15,7 @@
 
 #include <memory>
 
-using namespace EngineFixtures;
+using namespace Fixtures;
 
 namespace {
 constexpr int Frame = 2352;
@@ -42,16 +43,6 @@ QList<Track> makeTracks(const QTemporaryDir &dir) {
                                    chunk("data", shuffled) + chunk("smpl", QByteArray(36, 0))));
     writeFile(tracks[2].path, cdWave(whole));
     return tracks;
-}
-
-// What a track reads back as: its audio, silence to the end of its last frame, and the gap
-// before the next track, which a disc's table of contents counts to the track before it.
-QByteArray expectedRip(const QList<Track> &tracks, int i) {
-    QByteArray b = tracks[i].pcm;
-    b.append(QByteArray(tracks[i].blocks() * Frame - b.size(), '\0'));
-    if (i + 1 < tracks.size())
-        b.append(QByteArray(Gap * Frame, '\0'));
-    return b;
 }
 
 struct DriveCloser {
@@ -91,13 +82,6 @@ QList<QByteArray> ripWithLibrary(const QString &cue) {
     return rips;
 }
 
-QByteArray ripWithProgram(const QString &cue, int track, const QTemporaryDir &dir) {
-    const QString out = dir.filePath(QStringLiteral("rip%1.raw").arg(track));
-    int status = -1;
-    EngineProbe::run("cd-paranoia", {"-d", cue, "-c", "-r", QString::number(track), out}, &status);
-    QFile f(out);
-    return status == 0 && f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray("failed");
-}
 } // namespace
 
 class tst_AudioWrite : public QObject {
@@ -121,7 +105,7 @@ void tst_AudioWrite::writeAndRipBack_data() {
 
 void tst_AudioWrite::writeAndRipBack() {
     QFETCH(bool, cache);
-    AudioRig rig;
+    EngineRig rig;
     QTemporaryDir dir;
     const QList<Track> tracks = makeTracks(dir);
     for (int i = 0; i < tracks.size(); ++i)
@@ -174,30 +158,26 @@ void tst_AudioWrite::writeAndRipBack() {
                               ".bin"));
 
     // cd-info lists every track where the gaps put it.
-    const QString info = QString::fromUtf8(EngineProbe::run(
+    const QString info = QString::fromUtf8(ReadBack::run(
         "cd-info", {"--no-header", "--no-device-info", "--no-cddb", "--cue-file", cue}));
     QVERIFY2(info.contains("CD-DA"), qPrintable(info));
-    QList<int> lsns;
-    static const QRegularExpression row(R"(^\s*(\d+): \d\d:\d\d:\d\d\s+(\d+) (audio|leadout))",
-                                        QRegularExpression::MultilineOption);
-    for (auto m = row.globalMatch(info); m.hasNext();)
-        lsns.append(m.next().captured(2).toInt());
     const int second = tracks[0].blocks() + Gap;
     const int third = second + tracks[1].blocks() + Gap;
-    QCOMPARE(lsns, QList<int>({0, second, third, third + tracks[2].blocks()}));
+    QCOMPARE(ReadBack::cdInfoTrackStarts(cue),
+             QList<int>({0, second, third, third + tracks[2].blocks()}));
 
     const QList<QByteArray> ours = ripWithLibrary(cue);
     QCOMPARE(ours.size(), 3);
     for (int i = 0; i < tracks.size(); ++i) {
-        const QByteArray expected = expectedRip(tracks, i);
+        const QByteArray expected = ReadBack::ripOfTrack(tracks[i].pcm, i + 1 == tracks.size());
         QVERIFY2(ours[i] == expected, qPrintable(QStringLiteral("libcdio, track %1").arg(i + 1)));
-        QVERIFY2(ripWithProgram(cue, i + 1, dir) == expected,
+        QVERIFY2(ReadBack::cdParanoiaTrack(cue, i + 1, dir) == expected,
                  qPrintable(QStringLiteral("cd-paranoia, track %1").arg(i + 1)));
     }
 }
 
 void tst_AudioWrite::testWriteLeavesDiscBlank() {
-    AudioRig rig;
+    EngineRig rig;
     QTemporaryDir dir;
     const QList<Track> tracks = makeTracks(dir);
     QVERIFY(rig.engine.AddAudioTrack(tracks[2].path, 1));
@@ -211,7 +191,7 @@ void tst_AudioWrite::testWriteLeavesDiscBlank() {
 }
 
 void tst_AudioWrite::cancelLeavesAnIncompleteSession() {
-    AudioRig rig;
+    EngineRig rig;
     QTemporaryDir dir;
     const QList<Track> tracks = makeTracks(dir);
     for (int i = 0; i < tracks.size(); ++i)
@@ -246,7 +226,7 @@ void tst_AudioWrite::refusedByTheDrive() {
     QFETCH(QString, medium);
     QFETCH(bool, dataFirst);
     QFETCH(int, driveError);
-    AudioRig rig(medium);
+    EngineRig rig(medium);
     QTemporaryDir dir;
     const QList<Track> tracks = makeTracks(dir);
     if (dataFirst) {
@@ -284,7 +264,7 @@ void tst_AudioWrite::sourceChangedAfterAdding() {
     QFETCH(QString, change);
     QFETCH(bool, cache);
     QFETCH(int, fileError);
-    AudioRig rig;
+    EngineRig rig;
     QTemporaryDir dir;
     const QList<Track> tracks = makeTracks(dir);
     for (int i = 0; i < tracks.size(); ++i)

@@ -1,6 +1,8 @@
 // The libburn recorder on a file drive ("stdio:"), through the engine's own interface; what it
 // writes is read back by xorriso and isoinfo.
-#include "EngineProbe.h"
+#include "EngineRig.h"
+#include "Fixtures.h"
+#include "ReadBack.h"
 #include "TestEnvironment.h"
 
 #include "engine/writer/recorders/DriveScanner.h"
@@ -22,37 +24,9 @@
 #include <csignal>
 #include <cstdio>
 
-using namespace EngineFixtures;
+using namespace Fixtures;
 
 namespace {
-// An engine whose first drive is a file drive over a fresh file.
-struct Rig {
-    Rig() {
-        disc = media.filePath("disc.iso");
-        DriveScanner::clearPseudoDrives();
-        DriveScanner::addPseudoDrive(disc);
-        engine.InitializeDrives(false);
-        DriveScanner::clearPseudoDrives();
-        engine.SelectDrive(0);
-        engine.setUseFileModifiedDate(true);
-        engine.ClearISOImage();
-        engine.setCloseSession(true);
-        engine.setFinalizeDisc(false);
-        engine.setTrackMode(1);
-    }
-    ~Rig() { BurnWriter::setBeforeVerifyHook({}); }
-    bool write() {
-        probe.events.clear();
-        return engine.WriteDisc() && probe.waitForEnd(120000);
-    }
-
-    TestEnvironment env;
-    QTemporaryDir media;
-    QString disc;
-    CDWriterPro engine;
-    EngineProbe probe{&engine};
-};
-
 // A track of bytes held in memory.
 class BytesTrack : public TrackSource {
 public:
@@ -83,31 +57,6 @@ public:
     int sessionsClosed = 0, discsClosed = 0;
     QStringList lines;
 };
-
-// The sessions xorriso finds on the file, as (start, blocks).
-QList<QPair<int, int>> xorrisoToc(const QString &image) {
-    const QByteArray out = EngineProbe::run("xorriso", {"-indev", image, "-toc"});
-    static const QRegularExpression row(
-        QStringLiteral(R"(ISO session\s*:\s*\d+\s*,\s*(\d+)\s*,\s*(\d+)s)"));
-    QList<QPair<int, int>> toc;
-    for (auto it = row.globalMatch(QString::fromUtf8(out)); it.hasNext();) {
-        const auto m = it.next();
-        toc.append({m.captured(1).toInt(), m.captured(2).toInt()});
-    }
-    return toc;
-}
-
-QByteArray extracted(const QString &image, qint32 session, const QString &path,
-                     QTemporaryDir &dir) {
-    const QString target = dir.filePath(QStringLiteral("s%1%2").arg(session).arg(path));
-    QStringList args{"-osirrox", "on", "-indev", image};
-    if (session >= 0)
-        args << "-load"
-             << "sbsector" << QString::number(session);
-    args << "-extract" << path << target;
-    EngineProbe::run("xorriso", args);
-    return EngineProbe::sha256(target);
-}
 
 // File descriptors of this process open on `path`.
 int openHandlesTo(const QString &path) {
@@ -172,7 +121,7 @@ void tst_BurnRecorder::scanListsImageRecorderLast() {
 }
 
 void tst_BurnRecorder::blankFileDrive() {
-    Rig rig;
+    EngineRig rig(EngineRig::FileDrive);
     QCOMPARE(rig.engine.DriveCount(), 2);
     QCOMPARE(rig.engine.DriveLetter(0), QStringLiteral("FILE"));
     QCOMPARE(rig.engine.DriveLetter(1), QStringLiteral("IMG"));
@@ -188,7 +137,7 @@ void tst_BurnRecorder::blankFileDrive() {
 }
 
 void tst_BurnRecorder::twoSessionsReadBackByXorriso() {
-    Rig rig;
+    EngineRig rig(EngineRig::FileDrive);
     QTemporaryDir src;
     writeFile(src.filePath("docs/report one.txt"), pseudoRandom(300000, 1));
     writeFile(src.filePath("docs/Ünïcode.bin"), pseudoRandom(12345, 2));
@@ -234,7 +183,7 @@ void tst_BurnRecorder::twoSessionsReadBackByXorriso() {
     QCOMPARE(rig.engine.SessionCount(), 3);
 
     // xorriso finds both sessions where this recorder put them, as it lays them out itself.
-    const auto toc = xorrisoToc(rig.disc);
+    const auto toc = ReadBack::xorrisoToc(rig.disc);
     QCOMPARE(toc.size(), 2);
     QCOMPARE(toc[0].first, 32);
     QCOMPARE(toc[1].first % 32, 0);
@@ -242,23 +191,25 @@ void tst_BurnRecorder::twoSessionsReadBackByXorriso() {
     QTemporaryDir out;
     const QString one = src.filePath("docs/report one.txt");
     // The first session, whole at its own address.
-    QCOMPARE(extracted(rig.disc, 32, "/docs/report one.txt", out), EngineProbe::sha256(one));
-    QCOMPARE(extracted(rig.disc, 32, "/keep.txt", out),
-             EngineProbe::sha256(src.filePath("keep.txt")));
+    QCOMPARE(ReadBack::xorrisoExtract(rig.disc, "/docs/report one.txt", out, 32),
+             ReadBack::sha256(one));
+    QCOMPARE(ReadBack::xorrisoExtract(rig.disc, "/keep.txt", out, 32),
+             ReadBack::sha256(src.filePath("keep.txt")));
     // The second, at its address and through the disc's head, as a mount sees it.
     for (qint32 at : {toc[1].first, -1}) {
-        QCOMPARE(extracted(rig.disc, at, "/docs/report one.txt", out), EngineProbe::sha256(one));
-        QCOMPARE(extracted(rig.disc, at, "/new/added.bin", out),
-                 EngineProbe::sha256(src.filePath("new/added.bin")));
-        QCOMPARE(extracted(rig.disc, at, "/keep.txt", out),
-                 EngineProbe::sha256(src.filePath("keep v2.txt")));
+        QCOMPARE(ReadBack::xorrisoExtract(rig.disc, "/docs/report one.txt", out, at),
+                 ReadBack::sha256(one));
+        QCOMPARE(ReadBack::xorrisoExtract(rig.disc, "/new/added.bin", out, at),
+                 ReadBack::sha256(src.filePath("new/added.bin")));
+        QCOMPARE(ReadBack::xorrisoExtract(rig.disc, "/keep.txt", out, at),
+                 ReadBack::sha256(src.filePath("keep v2.txt")));
     }
-    const QByteArray listing = EngineProbe::run("isoinfo", {"-R", "-f", "-i", rig.disc});
+    const QByteArray listing = ReadBack::run("isoinfo", {"-R", "-f", "-i", rig.disc});
     QVERIFY2(listing.contains("/new/added.bin"), listing.constData());
 }
 
 void tst_BurnRecorder::simulationWritesNothing() {
-    Rig rig;
+    EngineRig rig(EngineRig::FileDrive);
     QTemporaryDir src;
     writeFile(src.filePath("a.bin"), pseudoRandom(400000, 5));
     rig.engine.AddISOFile("\\a.bin", src.filePath("a.bin"));
@@ -271,7 +222,7 @@ void tst_BurnRecorder::simulationWritesNothing() {
 }
 
 void tst_BurnRecorder::cancelReleasesTheDrive() {
-    Rig rig;
+    EngineRig rig(EngineRig::FileDrive);
     QTemporaryDir src;
     // A file drive writes as fast as the disk takes it: the source is large enough (and
     // sparse, so it costs nothing) for the cancel sent from the 1 % event to land long before
@@ -296,7 +247,7 @@ void tst_BurnRecorder::cancelReleasesTheDrive() {
     QCOMPARE(rig.probe.count("ClosingSession"), 0);
     // The disc's head never led to the broken session: the medium reads as blank.
     QCOMPARE(rig.engine.DiscStatus(), 0);
-    QVERIFY(xorrisoToc(rig.disc).isEmpty());
+    QVERIFY(ReadBack::xorrisoToc(rig.disc).isEmpty());
 
     // Released: nothing of the process holds the file open any more, and a new grab finds
     // the drive idle.
@@ -315,8 +266,8 @@ void tst_BurnRecorder::cancelReleasesTheDrive() {
     QVERIFY(rig.write());
     QVERIFY2(rig.probe.endingEvent() == "WriteComplete", qPrintable(rig.probe.errorInfo));
     QTemporaryDir out;
-    QCOMPARE(extracted(rig.disc, -1, "/small.txt", out),
-             EngineProbe::sha256(src.filePath("small.txt")));
+    QCOMPARE(ReadBack::xorrisoExtract(rig.disc, "/small.txt", out, -1),
+             ReadBack::sha256(src.filePath("small.txt")));
 }
 
 void tst_BurnRecorder::mismatchAfterWriteIsAWriteError_data() {
@@ -327,7 +278,7 @@ void tst_BurnRecorder::mismatchAfterWriteIsAWriteError_data() {
 
 void tst_BurnRecorder::mismatchAfterWriteIsAWriteError() {
     QFETCH(qint32, block);
-    Rig rig;
+    EngineRig rig(EngineRig::FileDrive);
     QTemporaryDir src;
     writeFile(src.filePath("a.bin"), pseudoRandom(400000, 9));
     rig.engine.AddISOFile("\\a.bin", src.filePath("a.bin"));
@@ -350,19 +301,19 @@ void tst_BurnRecorder::mismatchAfterWriteIsAWriteError() {
 }
 
 void tst_BurnRecorder::isoFileGoesToBlockZero() {
-    Rig rig;
+    EngineRig rig(EngineRig::FileDrive);
     QTemporaryDir src;
     writeFile(src.filePath("in/one.txt"), pseudoRandom(5000, 11));
     const QString iso = src.filePath("plain.iso");
     int status = -1;
-    EngineProbe::run("xorriso", {"-as", "mkisofs", "-R", "-o", iso, src.filePath("in")}, &status);
+    ReadBack::run("xorriso", {"-as", "mkisofs", "-R", "-o", iso, src.filePath("in")}, &status);
     QCOMPARE(status, 0);
     QVERIFY(rig.engine.WriteISOFile(iso));
     QVERIFY(rig.probe.waitForEnd(60000));
     QCOMPARE(rig.probe.endingEvent(), QStringLiteral("WriteComplete"));
     QTemporaryDir out;
-    QCOMPARE(extracted(rig.disc, 0, "/one.txt", out),
-             EngineProbe::sha256(src.filePath("in/one.txt")));
+    QCOMPARE(ReadBack::xorrisoExtract(rig.disc, "/one.txt", out, 0),
+             ReadBack::sha256(src.filePath("in/one.txt")));
     // An image at block 0 stands alone: the medium takes no further session.
     QCOMPARE(rig.engine.DiscStatus(), 2);
     QCOMPARE(rig.engine.SessionCount(), 1);
@@ -409,7 +360,7 @@ void tst_BurnRecorder::eraseMakesTheFileBlank_data() {
 
 void tst_BurnRecorder::eraseMakesTheFileBlank() {
     QFETCH(bool, quick);
-    Rig rig;
+    EngineRig rig(EngineRig::FileDrive);
     QTemporaryDir src;
     const QByteArray marker = "MARKER-" + pseudoRandom(64, 12).toHex() + "-END";
     // A file ahead of it pushes the marker's data past the blocks a quick erase clears.
@@ -427,7 +378,7 @@ void tst_BurnRecorder::eraseMakesTheFileBlank() {
     QCOMPARE(erased.kind, JobOutcome::Completed);
     QCOMPARE(direct.medium().discStatus, 0);
     QCOMPARE(direct.medium().nextWritableAddress, 32);
-    QVERIFY(xorrisoToc(rig.disc).isEmpty());
+    QVERIFY(ReadBack::xorrisoToc(rig.disc).isEmpty());
     QFile f(rig.disc);
     QVERIFY(f.open(QIODevice::ReadOnly));
     QCOMPARE(f.readAll().contains(marker), quick);
@@ -449,9 +400,9 @@ void tst_BurnRecorder::sessionsOfXorrisoAreFound() {
     const QString image = dir.filePath("x.iso");
     writeFile(dir.filePath("a/one.bin"), pseudoRandom(100000, 13));
     writeFile(dir.filePath("b/two.bin"), pseudoRandom(3000, 14));
-    EngineProbe::run("xorriso", {"-outdev", image, "-map", dir.filePath("a"), "/", "-commit"});
-    EngineProbe::run("xorriso", {"-dev", image, "-map", dir.filePath("b"), "/b", "-commit"});
-    const auto toc = xorrisoToc(image);
+    ReadBack::run("xorriso", {"-outdev", image, "-map", dir.filePath("a"), "/", "-commit"});
+    ReadBack::run("xorriso", {"-dev", image, "-map", dir.filePath("b"), "/b", "-commit"});
+    const auto toc = ReadBack::xorrisoToc(image);
     QCOMPARE(toc.size(), 2);
     QFile f(image);
     QVERIFY(f.open(QIODevice::ReadOnly));
@@ -468,7 +419,7 @@ void tst_BurnRecorder::sessionsOfXorrisoAreFound() {
         QCOMPARE(sessions[i].start, toc[i].first);
         QCOMPARE(sessions[i].blocks, toc[i].second);
     }
-    const QByteArray media = EngineProbe::run("xorriso", {"-indev", image, "-toc"});
+    const QByteArray media = ReadBack::run("xorriso", {"-indev", image, "-toc"});
     const auto nwa =
         QRegularExpression(R"(Media nwa\s*:\s*(\d+)s)").match(QString::fromUtf8(media));
     QVERIFY(nwa.hasMatch());

@@ -94,40 +94,12 @@ void tst_BurnSense::senseToDriveCode_data() {
     QTest::addColumn<QString>("text");
     QTest::newRow("buffer underrun")
         << 3 << 0x0C << 0x09 << 1008 << "3/0C/09 WRITE ERROR - LOSS OF STREAMING";
-    QTest::newRow("plain write error") << 3 << 0x0C << 0x00 << 1005 << "3/0C/00 WRITE ERROR";
-    QTest::newRow("write error, recovery needed")
-        << 3 << 0x0C << 0x07 << 1006 << "3/0C/07 WRITE ERROR - RECOVERY NEEDED";
     QTest::newRow("tray open: any qualifier of 3A")
         << 2 << 0x3A << 0x02 << 1033 << "2/3A/02 MEDIUM NOT PRESENT";
-    QTest::newRow("format in progress")
-        << 2 << 0x04 << 0x04 << 1055 << "2/04/04 LOGICAL UNIT NOT READY, FORMAT IN PROGRESS";
-    QTest::newRow("becoming ready")
-        << 2 << 0x04 << 0x01 << 1002 << "2/04/01 LOGICAL UNIT NOT READY";
-    QTest::newRow("invalid address for write")
-        << 5 << 0x21 << 0x02 << 1038 << "5/21/02 INVALID ADDRESS FOR WRITE";
-    QTest::newRow("past the end") << 5 << 0x21 << 0x00 << 1021
-                                  << "5/21/00 LOGICAL BLOCK ADDRESS OUT OF RANGE";
-    QTest::newRow("track mode") << 5 << 0x64 << 0x00 << 1040
-                                << "5/64/00 ILLEGAL MODE FOR THIS TRACK";
-    QTest::newRow("incompatible format")
-        << 5 << 0x30 << 0x05 << 1032 << "5/30/05 CANNOT WRITE MEDIUM - INCOMPATIBLE FORMAT";
-    QTest::newRow("incomplete track at closing")
-        << 3 << 0x72 << 0x03 << 1045
-        << "3/72/03 SESSION FIXATION ERROR - INCOMPLETE TRACK IN SESSION";
-    QTest::newRow("power calibration area full")
-        << 3 << 0x73 << 0x02 << 1047 << "3/73/02 POWER CALIBRATION AREA IS FULL";
-    QTest::newRow("PMA full") << 3 << 0x73 << 0x05 << 1050 << "3/73/05 PROGRAM MEMORY AREA IS FULL";
-    QTest::newRow("erase failure") << 3 << 0x51 << 0x00 << 1036 << "3/51/00 ERASE FAILURE";
-    QTest::newRow("L-EC") << 3 << 0x11 << 0x05 << 1012 << "3/11/05 L-EC UNCORRECTABLE ERROR";
-    QTest::newRow("bus reset") << 6 << 0x29 << 0x00 << 1026
-                               << "6/29/00 POWER ON, RESET, OR BUS DEVICE RESET OCCURRED";
-    QTest::newRow("invalid field in CDB")
-        << 5 << 0x24 << 0x00 << 1022 << "5/24/00 INVALID FIELD IN CDB";
     QTest::newRow("miscompare while verifying")
         << 0xE << 0x1D << 0x00 << 1005 << "E/1D/00 MISCOMPARE DURING VERIFY OPERATION";
     QTest::newRow("unknown ASC: the key decides")
         << 4 << 0x99 << 0x01 << 1034 << "4/99/01 HARDWARE ERROR";
-    QTest::newRow("aborted command") << 0xB << 0x00 << 0x06 << 1001 << "B/00/06 ABORTED COMMAND";
     QTest::newRow("nothing wrong")
         << 0 << 0 << 0 << 1052 << "0/00/00 NO ADDITIONAL SENSE INFORMATION";
 }
@@ -321,17 +293,12 @@ void tst_BurnSense::profilesAsMediaTypes_data() {
     QTest::newRow("CD-ROM, shown as a closed CD-R") << 0x08 << 255 << false;
     QTest::newRow("CD-R") << 0x09 << 255 << false;
     QTest::newRow("CD-RW") << 0x0a << 253 << false;
-    QTest::newRow("DVD-ROM") << 0x10 << 0 << false;
     QTest::newRow("DVD-R") << 0x11 << 2 << false;
-    QTest::newRow("DVD-R DL") << 0x15 << 2 << false;
     QTest::newRow("DVD-RAM") << 0x12 << 1 << true;
     QTest::newRow("DVD-RW restricted overwrite") << 0x13 << 3 << true;
     QTest::newRow("DVD-RW sequential") << 0x14 << 3 << false;
     QTest::newRow("DVD+RW") << 0x1a << 9 << true;
-    QTest::newRow("DVD+RW DL") << 0x2a << 9 << true;
     QTest::newRow("DVD+R") << 0x1b << 10 << false;
-    QTest::newRow("DVD+R DL") << 0x2b << 10 << false;
-    QTest::newRow("BD-R") << 0x41 << 2 << false;
     QTest::newRow("BD-RE") << 0x43 << 1 << true;
     QTest::newRow("a file") << 0xffff << 1 << true;
     QTest::newRow("none") << 0 << 254 << false;

@@ -1,5 +1,7 @@
 // Data discs written on the Image Recorder, then read back at their block addresses.
-#include "EngineProbe.h"
+#include "EngineRig.h"
+#include "Fixtures.h"
+#include "ReadBack.h"
 #include "TestEnvironment.h"
 
 #include "base/IniFile.h"
@@ -13,63 +15,7 @@
 #include <QTemporaryDir>
 #include <QTest>
 
-using namespace EngineFixtures;
-
-namespace {
-// An engine with the Image Recorder selected and a blank disc of the given kind loaded.
-struct Rig {
-    explicit Rig(const QString &medium = QStringLiteral("CD-R 80"), bool emulateSpeed = false) {
-        QDir().mkpath(ImageRecorder::folder());
-        IniFile::write(ImageRecorder::settingsFile(), "Image Recorder", "BlankMedium", medium);
-        IniFile::write(ImageRecorder::settingsFile(), "Image Recorder", "EmulateSpeed",
-                       emulateSpeed ? "1" : "0");
-        engine.InitializeDrives(false);
-        engine.SelectDrive(engine.DriveCount() - 1);
-        engine.MoveTray(true);
-        engine.setUseFileModifiedDate(true);
-        engine.ClearISOImage();
-        engine.setCloseSession(true);
-        engine.setFinalizeDisc(false);
-        engine.setTrackMode(1);
-    }
-    QString descriptorText() const {
-        QFile f(ImageRecorder().mediumFile());
-        return f.open(QIODevice::ReadOnly) ? QString::fromUtf8(f.readAll()) : QString();
-    }
-    // Ejects the disc and gives the path of its data file in the ejected folder.
-    QString eject() {
-        engine.MoveTray(false);
-        const QDir ejected(ImageRecorder::ejectedFolder());
-        const QStringList data = ejected.entryList({"*.iso"}, QDir::Files, QDir::Time);
-        return data.isEmpty() ? QString() : ejected.filePath(data.first());
-    }
-
-    TestEnvironment env;
-    CDWriterPro engine;
-    EngineProbe probe{&engine};
-};
-
-QStringList xorrisoFiles(const QString &image, qint32 session) {
-    const QByteArray out =
-        EngineProbe::run("xorriso", {"-indev", image, "-load", "sbsector", QString::number(session),
-                                     "-find", "/", "-type", "f"});
-    QStringList files;
-    for (const QByteArray &line : out.split('\n')) {
-        if (!line.isEmpty())
-            files << QString::fromUtf8(line).remove(u'\'');
-    }
-    files.sort();
-    return files;
-}
-
-QByteArray extracted(const QString &image, qint32 session, const QString &path,
-                     QTemporaryDir &dir) {
-    const QString target = dir.filePath(QString::number(session) + path);
-    EngineProbe::run("xorriso", {"-osirrox", "on", "-indev", image, "-load", "sbsector",
-                                 QString::number(session), "-extract", path, target});
-    return EngineProbe::sha256(target);
-}
-} // namespace
+using namespace Fixtures;
 
 class tst_DataWrite : public QObject {
     Q_OBJECT
@@ -99,7 +45,7 @@ void tst_DataWrite::writeAndAppendSession_data() {
 void tst_DataWrite::writeAndAppendSession() {
     QFETCH(bool, cache);
     QFETCH(QString, medium);
-    Rig rig(medium);
+    EngineRig rig(medium, EngineRig::Data);
     QTemporaryDir src;
     writeFile(src.filePath("docs/report one.txt"), pseudoRandom(300000, 1));
     writeFile(src.filePath("docs/Ünïcode.bin"), pseudoRandom(12345, 2));
@@ -180,29 +126,30 @@ void tst_DataWrite::writeAndAppendSession() {
     QVERIFY(!image.isEmpty());
     const qint32 start2 = cd ? nwa : second;
     QTemporaryDir out;
-    QCOMPARE(xorrisoFiles(image, start2),
+    QCOMPARE(ReadBack::xorrisoFiles(image, start2),
              QStringList(
                  {"/keep.txt", "/new/added.bin", "/papers/report one.txt", "/papers/Ünïcode.bin"}));
-    QCOMPARE(extracted(image, start2, "/papers/report one.txt", out),
-             EngineProbe::sha256(src.filePath("docs/report one.txt")));
-    QCOMPARE(extracted(image, start2, "/new/added.bin", out),
-             EngineProbe::sha256(src.filePath("new/added.bin")));
-    QCOMPARE(extracted(image, start2, "/keep.txt", out),
-             EngineProbe::sha256(src.filePath("keep v2.txt")));
+    QCOMPARE(ReadBack::xorrisoExtract(image, "/papers/report one.txt", out, start2),
+             ReadBack::sha256(src.filePath("docs/report one.txt")));
+    QCOMPARE(ReadBack::xorrisoExtract(image, "/new/added.bin", out, start2),
+             ReadBack::sha256(src.filePath("new/added.bin")));
+    QCOMPARE(ReadBack::xorrisoExtract(image, "/keep.txt", out, start2),
+             ReadBack::sha256(src.filePath("keep v2.txt")));
     // The first session is still whole at its own address.
-    QCOMPARE(xorrisoFiles(image, 0),
+    QCOMPARE(ReadBack::xorrisoFiles(image, 0),
              QStringList({"/docs/report one.txt", "/docs/Ünïcode.bin", "/gone.txt", "/keep.txt"}));
-    QCOMPARE(extracted(image, 0, "/keep.txt", out), EngineProbe::sha256(src.filePath("keep.txt")));
+    QCOMPARE(ReadBack::xorrisoExtract(image, "/keep.txt", out, 0),
+             ReadBack::sha256(src.filePath("keep.txt")));
     // isoinfo reads the second session at its address too.
     const QByteArray listing =
-        EngineProbe::run("isoinfo", {"-R", "-f", "-T", QString::number(start2), "-i", image});
+        ReadBack::run("isoinfo", {"-R", "-f", "-T", QString::number(start2), "-i", image});
     QVERIFY2(listing.contains("/new/added.bin"), listing.constData());
     QVERIFY(listing.contains("/papers/report one.txt"));
     QVERIFY(!listing.contains("gone.txt"));
 }
 
 void tst_DataWrite::testWriteLeavesMediumUntouched() {
-    Rig rig;
+    EngineRig rig("CD-R 80", EngineRig::Data);
     QTemporaryDir src;
     writeFile(src.filePath("a.bin"), pseudoRandom(400000, 5));
     rig.engine.AddISOFile("\\a.bin", src.filePath("a.bin"));
@@ -224,7 +171,7 @@ void tst_DataWrite::testWriteLeavesMediumUntouched() {
 
 void tst_DataWrite::cancelAtOnePercent() {
     // Held to 4x so that the cancel, sent from the 1 % event, lands mid-write.
-    Rig rig("CD-R 80", true);
+    EngineRig rig("CD-R 80", EngineRig::Data, {"EmulateSpeed=1"});
     QTemporaryDir src;
     writeFile(src.filePath("big.bin"), pseudoRandom(3 * 1024 * 1024, 6));
     rig.engine.AddISOFile("\\big.bin", src.filePath("big.bin"));
@@ -259,7 +206,7 @@ void tst_DataWrite::vanishedSource_data() {
 void tst_DataWrite::vanishedSource() {
     QFETCH(bool, cache);
     QFETCH(bool, shrink);
-    Rig rig;
+    EngineRig rig("CD-R 80", EngineRig::Data);
     QTemporaryDir src;
     writeFile(src.filePath("a first.bin"), pseudoRandom(1024 * 1024, 7));
     writeFile(src.filePath("z last.bin"), pseudoRandom(100000, 8));
@@ -292,7 +239,7 @@ void tst_DataWrite::vanishedSource() {
 }
 
 void tst_DataWrite::imageLargerThanMedium() {
-    Rig rig("CD-R 74");
+    EngineRig rig("CD-R 74", EngineRig::Data);
     QTemporaryDir src;
     QFile big(src.filePath("big.bin"));
     QVERIFY(big.open(QIODevice::WriteOnly));
@@ -309,7 +256,7 @@ void tst_DataWrite::imageLargerThanMedium() {
 }
 
 void tst_DataWrite::finalizedDiscTakesNoMore() {
-    Rig rig;
+    EngineRig rig("CD-R 80", EngineRig::Data);
     QTemporaryDir src;
     writeFile(src.filePath("f.txt"), "final\n");
     rig.engine.AddISOFile("\\f.txt", src.filePath("f.txt"));
@@ -334,7 +281,7 @@ void tst_DataWrite::finalizedDiscTakesNoMore() {
 }
 
 void tst_DataWrite::importRefusesWhatIsNotModeOne() {
-    Rig rig;
+    EngineRig rig("CD-R 80", EngineRig::Data);
     QVERIFY(!rig.engine.ImportLastSession(true)); // a blank disc
     QTemporaryDir src;
     writeFile(src.filePath("f.txt"), "xa\n");
@@ -346,7 +293,7 @@ void tst_DataWrite::importRefusesWhatIsNotModeOne() {
     QCOMPARE(rig.engine.DiscType(), 32);
     QVERIFY(!rig.engine.ImportLastSession(true));
     // A DVD takes no Mode 2 track.
-    Rig dvd("DVD-R");
+    EngineRig dvd("DVD-R", EngineRig::Data);
     dvd.engine.AddISOFile("\\f.txt", src.filePath("f.txt"));
     dvd.engine.setTrackMode(2);
     QVERIFY(dvd.engine.WriteDisc());
@@ -359,7 +306,7 @@ void tst_DataWrite::importRefusesWhatIsNotModeOne() {
 }
 
 void tst_DataWrite::writeIsoFile() {
-    Rig rig;
+    EngineRig rig("CD-R 80", EngineRig::Data);
     QTemporaryDir src;
     writeFile(src.filePath("f.bin"), pseudoRandom(200000, 9));
     rig.engine.AddISOFile("\\f.bin", src.filePath("f.bin"));
@@ -375,11 +322,12 @@ void tst_DataWrite::writeIsoFile() {
     QVERIFY(!rig.engine.WriteISOFile(src.filePath("made.iso")));
     const QString image = rig.eject();
     QTemporaryDir out;
-    QCOMPARE(extracted(image, 0, "/f.bin", out), EngineProbe::sha256(src.filePath("f.bin")));
+    QCOMPARE(ReadBack::xorrisoExtract(image, "/f.bin", out, 0),
+             ReadBack::sha256(src.filePath("f.bin")));
 }
 
 void tst_DataWrite::filesOverFourGiBAreLaidOut() {
-    Rig rig("DVD+R");
+    EngineRig rig("DVD+R", EngineRig::Data);
     QTemporaryDir src;
     QFile big(src.filePath("huge.bin"));
     QVERIFY(big.open(QIODevice::WriteOnly));
@@ -392,7 +340,7 @@ void tst_DataWrite::filesOverFourGiBAreLaidOut() {
 }
 
 void tst_DataWrite::notifyReportsTrayChanges() {
-    Rig rig;
+    EngineRig rig("CD-R 80", EngineRig::Data);
     CDNotify notify(&rig.engine);
     QSignalSpy arrival(&notify, &CDNotify::Arrival);
     QSignalSpy removal(&notify, &CDNotify::RemoveComplete);

@@ -1,20 +1,21 @@
 // Erasing rewritable media and closing sessions and discs on the Image Recorder.
-#include "AudioRig.h"
+#include "EngineRig.h"
+#include "Fixtures.h"
+#include "ReadBack.h"
 
 #include "engine/writer/recorders/image/ImageRecorder.h"
 
-#include <QDeadlineTimer>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QTemporaryDir>
 #include <QTest>
 
-using namespace EngineFixtures;
+using namespace Fixtures;
 
 namespace {
 // Writes one data session; closed or left incomplete as `closeSession` says.
-bool writeData(AudioRig &rig, bool closeSession, int seed = 1) {
+bool writeData(EngineRig &rig, bool closeSession, int seed = 1) {
     QTemporaryDir src;
     writeFile(src.filePath("a.bin"), pseudoRandom(200000, seed));
     rig.engine.setTrackMode(1);
@@ -31,18 +32,6 @@ QString dataFile() {
     return data.isEmpty() ? QString() : tray.filePath(data.first());
 }
 
-// Waits for the end of an erase or a close.
-bool waitFor(EngineProbe &probe, const char *ending) {
-    const auto done = [&] {
-        return probe.events.contains(QString::fromLatin1(ending)) ||
-               probe.events.contains("WriteError");
-    };
-    QDeadlineTimer deadline(60000);
-    while (!done() && !deadline.hasExpired())
-        QTest::qWait(5);
-    QTest::qWait(20); // anything posted after the ending would show now
-    return probe.events.contains(QString::fromLatin1(ending));
-}
 } // namespace
 
 class tst_EraseFinish : public QObject {
@@ -75,7 +64,7 @@ void tst_EraseFinish::erase() {
     QFETCH(QString, medium);
     QFETCH(bool, quick);
     QFETCH(bool, erasable);
-    AudioRig rig(medium);
+    EngineRig rig(medium);
     QVERIFY(writeData(rig, true));
     const qint32 free = rig.engine.FreeBlocks();
     const qint64 written = QFileInfo(dataFile()).size();
@@ -92,7 +81,8 @@ void tst_EraseFinish::erase() {
     }
     QVERIFY(!rig.engine.EraseDisc(quick)); // one job at a time
     rig.engine.CancelWrite();              // an erase can't be cancelled
-    QVERIFY(waitFor(rig.probe, "EraseDiscComplete"));
+    QVERIFY(rig.probe.waitFor({"EraseDiscComplete", "WriteError"}));
+    QCOMPARE(rig.probe.count("EraseDiscComplete"), 1);
     QCOMPARE(rig.probe.events, QStringList({"EraseDiscStart", "EraseDiscComplete"}));
     // A blank disc, as a drive reports it.
     QCOMPARE(rig.engine.DiscStatus(), 0);
@@ -108,7 +98,7 @@ void tst_EraseFinish::erase() {
 }
 
 void tst_EraseFinish::eraseAnAudioDisc() {
-    AudioRig rig("CD-RW 80");
+    EngineRig rig("CD-RW 80");
     QTemporaryDir dir;
     writeFile(dir.filePath("a.wav"), cdWave(pseudoRandom(588 * 400 * 4, 5)));
     QVERIFY(rig.engine.AddAudioTrack(dir.filePath("a.wav"), 1));
@@ -117,7 +107,8 @@ void tst_EraseFinish::eraseAnAudioDisc() {
     QCOMPARE(QDir(ImageRecorder::trayFolder()).entryList({"*.cue"}).size(), 1);
     rig.probe.events.clear();
     QVERIFY(rig.engine.EraseDisc(false));
-    QVERIFY(waitFor(rig.probe, "EraseDiscComplete"));
+    QVERIFY(rig.probe.waitFor({"EraseDiscComplete", "WriteError"}));
+    QCOMPARE(rig.probe.count("EraseDiscComplete"), 1);
     QCOMPARE(rig.engine.DiscStatus(), 0);
     QCOMPARE(rig.engine.FreeBlocks(), 360000);
     QCOMPARE(QDir(ImageRecorder::trayFolder()).entryList({"*.cue"}).size(), 0);
@@ -148,7 +139,7 @@ void tst_EraseFinish::finish() {
     QFETCH(int, discStatus);
     QFETCH(int, lastSessionStatus);
     QFETCH(int, sessionCount);
-    AudioRig rig("CD-R 80");
+    EngineRig rig("CD-R 80");
     QVERIFY(writeData(rig, closeSession));
     QCOMPARE(rig.engine.DiscStatus(), 1);
     QCOMPARE(rig.engine.LastSessionStatus(), closeSession ? 0 : 1);
@@ -162,7 +153,7 @@ void tst_EraseFinish::finish() {
     QCOMPARE(rig.engine.FreeBlocks() > 0, discStatus == 1);
     // The closed session still reads as the ISO image it holds.
     const QString iso = rig.eject("iso");
-    const QByteArray found = EngineProbe::run("xorriso", {"-indev", iso, "-find", "/a.bin"});
+    const QByteArray found = ReadBack::run("xorriso", {"-indev", iso, "-find", "/a.bin"});
     QVERIFY2(found.contains("a.bin"), found.constData());
 }
 
@@ -175,7 +166,7 @@ void tst_EraseFinish::finishRefused_data() {
 
 void tst_EraseFinish::finishRefused() {
     QFETCH(QString, state);
-    AudioRig rig("CD-R 80");
+    EngineRig rig("CD-R 80");
     if (state == u"none")
         rig.engine.MoveTray(false);
     if (state == u"closed") {

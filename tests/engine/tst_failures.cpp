@@ -1,19 +1,19 @@
 // Failures on purpose through the Image Recorder's settings: each reaches the windows exactly as
 // a real one would, leaves nothing held, and the next job works.
-#include "AudioRig.h"
+#include "EngineRig.h"
+#include "Fixtures.h"
 
 #include "app/modGlobals.h"
 #include "base/IniFile.h"
 #include "engine/notify/CDNotify.h"
 #include "engine/writer/recorders/image/ImageRecorder.h"
 
-#include <QDeadlineTimer>
 #include <QDir>
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
 
-using namespace EngineFixtures;
+using namespace Fixtures;
 
 namespace {
 // The box text the WriteError handlers build; `label` is the main frame's sense label or the
@@ -36,20 +36,6 @@ QStringList squeezed(const QStringList &events) {
     return out;
 }
 
-bool waitForAny(EngineProbe &probe, const QStringList &endings) {
-    QDeadlineTimer deadline(60000);
-    const auto ended = [&] {
-        for (const QString &e : endings) {
-            if (probe.events.contains(e))
-                return true;
-        }
-        return false;
-    };
-    while (!ended() && !deadline.hasExpired())
-        QTest::qWait(5);
-    QTest::qWait(20);
-    return ended();
-}
 } // namespace
 
 class tst_Failures : public QObject {
@@ -65,7 +51,7 @@ void tst_Failures::duringWrite_data() {
     QTest::addColumn<QString>("job"); // audio, data or isofile
     QTest::addColumn<QStringList>("settings");
     QTest::addColumn<QStringList>("events");
-    QTest::addColumn<QString>("text"); // %1 the failed file
+    QTest::addColumn<QString>("text"); // %1 the failed file, where a file failed
     QTest::addColumn<QString>("statusLine");
     QTest::addColumn<int>("discStatus"); // after the failure; -1 no disc in the drive
     const QStringList audioStart{"PreparingToWrite", "ReadingTrackFile", "TrackWriteStatus"};
@@ -115,7 +101,7 @@ void tst_Failures::duringWrite() {
     QFETCH(QString, text);
     QFETCH(QString, statusLine);
     QFETCH(int, discStatus);
-    AudioRig rig;
+    EngineRig rig;
     CDNotify notify(&rig.engine);
     QSignalSpy removed(&notify, &CDNotify::RemoveComplete);
     QTemporaryDir dir;
@@ -139,13 +125,14 @@ void tst_Failures::duringWrite() {
         }
     }
     for (const QString &s : settings)
-        AudioRig::setting(s.section(u'=', 0, 0), s.section(u'=', 1));
+        EngineRig::setting(s.section(u'=', 0, 0), s.section(u'=', 1));
     rig.probe.events.clear();
     QVERIFY(job == u"isofile" ? rig.engine.WriteISOFile(failed) : rig.engine.WriteDisc());
     QVERIFY(rig.probe.waitForEnd());
 
     QCOMPARE(squeezed(rig.probe.events), events);
-    QCOMPARE(failureText(rig.probe, rig.senseInfo, "Error Sense Data: "), text.arg(failed));
+    QCOMPARE(failureText(rig.probe, rig.senseInfo, "Error Sense Data: "),
+             QString(text).replace("%1", failed));
     if (!statusLine.isEmpty()) {
         QCOMPARE(rig.probe.failedFile, failed);
         QCOMPARE(" ERROR: " + GetTrackFileErrorMessage(rig.probe.fileError, failed) + failed,
@@ -206,7 +193,7 @@ void tst_Failures::duringEraseAndClose() {
     QFETCH(QString, setting);
     QFETCH(QStringList, events);
     QFETCH(QString, text);
-    AudioRig rig("CD-RW 80");
+    EngineRig rig("CD-RW 80");
     QTemporaryDir dir;
     writeFile(dir.filePath("a.bin"), pseudoRandom(100000, 9));
     rig.engine.setTrackMode(1);
@@ -216,20 +203,20 @@ void tst_Failures::duringEraseAndClose() {
     rig.engine.AddISOFile("\\a.bin", dir.filePath("a.bin"));
     QVERIFY(rig.write());
     QCOMPARE(rig.engine.LastSessionStatus(), 1);
-    AudioRig::setting(setting.section(u'=', 0, 0), setting.section(u'=', 1));
+    EngineRig::setting(setting.section(u'=', 0, 0), setting.section(u'=', 1));
     const auto start = [&] {
         rig.probe.events.clear();
         return job == u"erase" ? rig.engine.EraseDisc(true) : rig.engine.FinishDisc(job == u"disc");
     };
     const QStringList endings{"WriteError", "WriteComplete", "EraseDiscComplete"};
     QVERIFY(start());
-    QVERIFY(waitForAny(rig.probe, endings));
+    QVERIFY(rig.probe.waitFor(endings));
     QCOMPARE(rig.probe.events, events);
     QCOMPARE(failureText(rig.probe, rig.senseInfo, " Error Sense Data: "), text);
     // Nothing changed on the disc, and the same job works the second time.
     QCOMPARE(rig.engine.LastSessionStatus(), 1);
     QVERIFY(start());
-    QVERIFY(waitForAny(rig.probe, endings));
+    QVERIFY(rig.probe.waitFor(endings));
     QVERIFY(!rig.probe.events.contains("WriteError"));
     QCOMPARE(rig.engine.DiscStatus(), job == u"erase" ? 0 : job == u"disc" ? 2 : 1);
 }

@@ -1,5 +1,7 @@
 // The image tree and ISO files, read back by xorriso and isoinfo.
-#include "EngineProbe.h"
+#include "EngineRig.h"
+#include "Fixtures.h"
+#include "ReadBack.h"
 #include "TestEnvironment.h"
 
 #include <QDir>
@@ -14,15 +16,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-using namespace EngineFixtures;
-
-namespace {
-struct Engine {
-    TestEnvironment env;
-    CDWriterPro engine;
-    EngineProbe probe{&engine};
-};
-} // namespace
+using namespace Fixtures;
 
 class tst_IsoImage : public QObject {
     Q_OBJECT
@@ -45,7 +39,7 @@ private slots:
 };
 
 void tst_IsoImage::createIsoFileReadsBackWithOutsideTools() {
-    Engine e;
+    EngineRig e(EngineRig::NoDrive);
     QTemporaryDir src;
     const QString longName = QString(120, u'L') + QStringLiteral(".dat");
     const QMap<QString, QByteArray> files = {
@@ -94,10 +88,10 @@ void tst_IsoImage::createIsoFileReadsBackWithOutsideTools() {
     // Rock Ridge and Joliet names as isoinfo lists them.
     int status = 0;
     const QString rr =
-        QString::fromUtf8(EngineProbe::run("isoinfo", {"-R", "-f", "-i", iso}, &status));
+        QString::fromUtf8(ReadBack::run("isoinfo", {"-R", "-f", "-i", iso}, &status));
     QCOMPARE(status, 0);
     const QString joliet = QString::fromLatin1(
-        EngineProbe::run("isoinfo", {"-J", "-j", "iso8859-1", "-f", "-i", iso}, &status));
+        ReadBack::run("isoinfo", {"-J", "-j", "iso8859-1", "-f", "-i", iso}, &status));
     QCOMPARE(status, 0);
     // Directories deeper than ISO 9660's eight levels are relocated for Rock Ridge readers
     // (isoinfo lists them where they lie, xorriso below where they belong).
@@ -109,7 +103,7 @@ void tst_IsoImage::createIsoFileReadsBackWithOutsideTools() {
     QVERIFY(joliet.contains("/single.txt"));
 
     // The identifiers of the volume descriptor.
-    const QString pvd = QString::fromUtf8(EngineProbe::run("isoinfo", {"-d", "-i", iso}));
+    const QString pvd = QString::fromUtf8(ReadBack::run("isoinfo", {"-d", "-i", iso}));
     const QStringList labels = {
         "Volume id: ",         "System id: ",        "Volume set id: ",
         "Publisher id: ",      "Data preparer id: ", "Application id: ",
@@ -126,18 +120,18 @@ void tst_IsoImage::createIsoFileReadsBackWithOutsideTools() {
 
     // Contents, byte for byte, extracted by xorriso.
     QTemporaryDir extracted;
-    const QByteArray log = EngineProbe::run(
+    const QByteArray log = ReadBack::run(
         "xorriso", {"-osirrox", "on", "-indev", iso, "-extract", "/", extracted.filePath("x")},
         &status);
     QVERIFY2(status == 0, log.constData());
     for (auto it = files.begin(); it != files.end(); ++it)
-        QCOMPARE(EngineProbe::sha256(extracted.filePath("x/tree/" + it.key())),
-                 EngineProbe::sha256(src.filePath(it.key())));
+        QCOMPARE(ReadBack::sha256(extracted.filePath("x/tree/" + it.key())),
+                 ReadBack::sha256(src.filePath(it.key())));
     QCOMPARE(QFileInfo(extracted.filePath("x/tree/Café Menü/empty file")).size(), 0);
 }
 
 void tst_IsoImage::eventsComeParentsFirst() {
-    Engine e;
+    EngineRig e(EngineRig::NoDrive);
     QTemporaryDir src;
     writeFile(src.filePath("a/b/c.txt"), "c");
     writeFile(src.filePath("a/d.txt"), "d");
@@ -152,7 +146,7 @@ void tst_IsoImage::eventsComeParentsFirst() {
 }
 
 void tst_IsoImage::listRemoveRename() {
-    Engine e;
+    EngineRig e(EngineRig::NoDrive);
     QTemporaryDir src;
     writeFile(src.filePath("d/one.txt"), "1");
     writeFile(src.filePath("d/two.txt"), "22");
@@ -224,7 +218,7 @@ void tst_IsoImage::identifiersAreCut_data() {
 }
 
 void tst_IsoImage::identifiersAreMadeIso() {
-    Engine e;
+    EngineRig e(EngineRig::NoDrive);
     e.engine.setVolumeIdentifier("My Disc é");
     QCOMPARE(e.engine.VolumeIdentifier(), QStringLiteral("MY_DISC__"));
     e.engine.setPublisherIdentifier("Tessaly, Inc. (2026)");
@@ -238,7 +232,7 @@ void tst_IsoImage::identifiersAreMadeIso() {
     QCOMPARE(e.engine.VolumeIdentifier(), QStringLiteral("MY_DISC__"));
     QTemporaryDir out;
     QVERIFY(e.engine.CreateISOFile(out.filePath("ids.iso")));
-    const QByteArray pvd = EngineProbe::run("isoinfo", {"-d", "-i", out.filePath("ids.iso")});
+    const QByteArray pvd = ReadBack::run("isoinfo", {"-d", "-i", out.filePath("ids.iso")});
     QVERIFY(pvd.contains("Volume id: MY_DISC__\n"));
     QVERIFY(pvd.contains("Publisher id: TESSALY, INC. (2026)\n"));
     QVERIFY(pvd.contains("Copyright File id: COPY_RIGHT_TXT\n"));
@@ -248,7 +242,7 @@ void tst_IsoImage::identifiersAreMadeIso() {
 void tst_IsoImage::identifiersAreCut() {
     QFETCH(int, which);
     QFETCH(int, length);
-    Engine e;
+    EngineRig e(EngineRig::NoDrive);
     const QString text(200, u'X');
     using Setter = void (CDWriterPro::*)(const QString &);
     using Getter = QString (CDWriterPro::*)() const;
@@ -276,7 +270,7 @@ void tst_IsoImage::badSources_data() {
 
 void tst_IsoImage::badSources() {
     QFETCH(QString, kind);
-    Engine e;
+    EngineRig e(EngineRig::NoDrive);
     QTemporaryDir src;
     QString path;
     if (kind == "missing")
@@ -302,7 +296,7 @@ void tst_IsoImage::badSources() {
 }
 
 void tst_IsoImage::symlinkLoopEnds() {
-    Engine e;
+    EngineRig e(EngineRig::NoDrive);
     QTemporaryDir src;
     writeFile(src.filePath("a/file.txt"), "x");
     QVERIFY(QFile::link(src.filePath("a"), src.filePath("a/back")));  // a loop upward
@@ -314,7 +308,7 @@ void tst_IsoImage::symlinkLoopEnds() {
 }
 
 void tst_IsoImage::nameOver255BytesIsRefused() {
-    Engine e;
+    EngineRig e(EngineRig::NoDrive);
     QTemporaryDir src;
     writeFile(src.filePath("f.txt"), "x");
     e.engine.AddISOFile("\\" + QString(256, u'n'), src.filePath("f.txt"));
@@ -327,7 +321,7 @@ void tst_IsoImage::nameOver255BytesIsRefused() {
 }
 
 void tst_IsoImage::failedCreateLeavesNoFile() {
-    Engine e;
+    EngineRig e(EngineRig::NoDrive);
     QTemporaryDir src;
     writeFile(src.filePath("f.txt"), pseudoRandom(10000, 9));
     e.engine.AddISOFile("\\f.txt", src.filePath("f.txt"));
@@ -347,7 +341,7 @@ void tst_IsoImage::failedCreateLeavesNoFile() {
 }
 
 void tst_IsoImage::vanishedSourceFailsCreate() {
-    Engine e;
+    EngineRig e(EngineRig::NoDrive);
     QTemporaryDir src;
     writeFile(src.filePath("stays.txt"), pseudoRandom(9000, 1));
     writeFile(src.filePath("goes.txt"), pseudoRandom(9000, 2));
@@ -371,7 +365,7 @@ void tst_IsoImage::vanishedSourceFailsCreate() {
 }
 
 void tst_IsoImage::fiftyThousandFiles() {
-    Engine e;
+    EngineRig e(EngineRig::NoDrive);
     QTemporaryDir src;
     QDir().mkpath(src.filePath("many"));
     for (int i = 0; i < 50000; ++i) {
@@ -386,7 +380,7 @@ void tst_IsoImage::fiftyThousandFiles() {
     QTemporaryDir out;
     QVERIFY(e.engine.CreateISOFile(out.filePath("many.iso")));
     QCOMPARE(QFileInfo(out.filePath("many.iso")).size(), qint64(blocks) * 2048);
-    const QByteArray listing = EngineProbe::run(
+    const QByteArray listing = ReadBack::run(
         "xorriso", {"-indev", out.filePath("many.iso"), "-find", "/many", "-type", "f"});
     QCOMPARE(listing.count('\n'), 50000);
 }
@@ -404,7 +398,7 @@ void tst_IsoImage::conversions() {
 // The size is laid out on a worker while the UI thread serves timers: a timer may ask for the
 // size again, or change the image, and each answer is the size of the image as it was asked.
 void tst_IsoImage::sizingServesEventsMeanwhile() {
-    Engine e;
+    EngineRig e(EngineRig::NoDrive);
     QTemporaryDir src;
     for (int i = 0; i < 2000; ++i)
         writeFile(src.filePath(QStringLiteral("d%1/f%2.txt").arg(i % 20).arg(i)), "x");

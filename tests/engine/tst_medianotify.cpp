@@ -1,5 +1,5 @@
 // Media events: kernel media changes of optical drives, and the Image Recorder's tray.
-#include "AudioRig.h"
+#include "EngineRig.h"
 
 #include "engine/notify/CDNotify.h"
 #include "engine/notify/UdevMediaWatcher.h"
@@ -55,7 +55,7 @@ void tst_MediaNotify::kernelEvents() {
 }
 
 void tst_MediaNotify::swappedByHand() {
-    AudioRig rig;
+    EngineRig rig;
     CDNotify notify(&rig.engine);
     QSignalSpy arrival(&notify, &CDNotify::Arrival);
     QSignalSpy removal(&notify, &CDNotify::RemoveComplete);
@@ -72,7 +72,7 @@ void tst_MediaNotify::swappedByHand() {
 }
 
 void tst_MediaNotify::quietWhileNothingChanges() {
-    AudioRig rig;
+    EngineRig rig;
     CDNotify notify(&rig.engine);
     QSignalSpy arrival(&notify, &CDNotify::Arrival);
     QSignalSpy removal(&notify, &CDNotify::RemoveComplete);

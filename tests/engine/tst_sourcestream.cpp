@@ -1,29 +1,20 @@
 // Source files are read in pieces larger than libisofs's blocks: contents read back by isoinfo
 // must be whole at every size around a piece's end, and a file that changed since it was added
 // must fail the image (shrunk) or be cut at its added size (grown), never padded.
-#include "EngineProbe.h"
+#include "EngineRig.h"
+#include "Fixtures.h"
+#include "ReadBack.h"
 #include "TestEnvironment.h"
 
 #include <QFile>
 #include <QTemporaryDir>
 #include <QTest>
 
-using namespace EngineFixtures;
+using namespace Fixtures;
 
 namespace {
 constexpr int Piece = 256 * 1024;
 
-struct Engine {
-    TestEnvironment env;
-    CDWriterPro engine;
-    EngineProbe probe{&engine};
-};
-
-QByteArray extractWithIsoinfo(const QString &iso, const QString &isoPath) {
-    int status = -1;
-    const QByteArray bytes = EngineProbe::run("isoinfo", {"-R", "-i", iso, "-x", isoPath}, &status);
-    return status == 0 ? bytes : QByteArray("<isoinfo failed>");
-}
 } // namespace
 
 class tst_SourceStream : public QObject {
@@ -40,7 +31,7 @@ private slots:
 
     void contentsAtPieceBoundaries() {
         QFETCH(int, size);
-        Engine e;
+        EngineRig e(EngineRig::NoDrive);
         QTemporaryDir dir;
         const QByteArray bytes = pseudoRandom(size, size);
         writeFile(dir.filePath("src/data.bin"), bytes);
@@ -49,8 +40,8 @@ private slots:
         e.engine.AddISOFile("\\after.bin", dir.filePath("src/after.bin"));
         const QString iso = dir.filePath("out.iso");
         QVERIFY(e.engine.CreateISOFile(iso));
-        QCOMPARE(extractWithIsoinfo(iso, "/data.bin"), bytes);
-        QCOMPARE(extractWithIsoinfo(iso, "/after.bin"), pseudoRandom(5000, 7));
+        QCOMPARE(ReadBack::isoinfoFile(iso, "/data.bin"), bytes);
+        QCOMPARE(ReadBack::isoinfoFile(iso, "/after.bin"), pseudoRandom(5000, 7));
     }
 
     void changedAfterAdding_data() {
@@ -66,7 +57,7 @@ private slots:
     void changedAfterAdding() {
         QFETCH(int, added);
         QFETCH(int, now);
-        Engine e;
+        EngineRig e(EngineRig::NoDrive);
         QTemporaryDir dir;
         const QString source = dir.filePath("src/changing.bin");
         const QByteArray grown = pseudoRandom(qMax(added, now), 11);
@@ -82,7 +73,7 @@ private slots:
             QCOMPARE(e.probe.failedFile, source);
         } else {
             QVERIFY(made);
-            QCOMPARE(extractWithIsoinfo(iso, "/changing.bin"), grown.left(added));
+            QCOMPARE(ReadBack::isoinfoFile(iso, "/changing.bin"), grown.left(added));
         }
     }
 };

@@ -1,4 +1,5 @@
 #include "EngineProbe.h"
+#include "Fixtures.h"
 
 #include "engine/writer/audio/WaveFile.h"
 
@@ -9,7 +10,7 @@
 #include <QTest>
 #include <QtEndian>
 
-using namespace EngineFixtures;
+using namespace Fixtures;
 
 namespace {
 const auto fmt = fmtChunk;

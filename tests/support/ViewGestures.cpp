@@ -1,4 +1,5 @@
 #include "ViewGestures.h"
+#include "Waits.h"
 
 #include <QCoreApplication>
 #include <QDropEvent>
@@ -7,15 +8,9 @@
 #include <QTest>
 #include <QTreeWidget>
 #include <QUrl>
+#include <memory>
 
 namespace ViewGestures {
-
-void settle() {
-    for (int i = 0; i < 3; ++i) {
-        QCoreApplication::processEvents();
-        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-    }
-}
 
 void drop(QTreeWidget *view, const QStringList &paths) {
     QList<QUrl> urls;
@@ -28,19 +23,34 @@ void drop(QTreeWidget *view, const QStringList &paths) {
     QCoreApplication::sendEvent(view->viewport(), &enter);
     QDropEvent dropped(at, Qt::CopyAction, &mime, Qt::LeftButton, Qt::NoModifier);
     QCoreApplication::sendEvent(view->viewport(), &dropped);
-    settle();
+    Waits::settle();
+}
+
+void move(QTreeWidgetItem *item, QTreeWidgetItem *onto) {
+    QTreeWidget *view = item->treeWidget();
+    view->setCurrentItem(item);
+    std::unique_ptr<QMimeData> mime(
+        view->model()->mimeData({view->indexFromItem(item), view->indexFromItem(item, 1)}));
+    const QRect last = view->visualItemRect(view->topLevelItem(view->topLevelItemCount() - 1));
+    const QPointF at = onto ? QPointF(view->visualItemRect(onto).center())
+                            : QPointF(last.center().x(), last.bottom() + 4);
+    QDragEnterEvent enter(at.toPoint(), Qt::MoveAction, mime.get(), Qt::LeftButton, Qt::NoModifier);
+    QCoreApplication::sendEvent(view->viewport(), &enter);
+    QDropEvent dropped(at, Qt::MoveAction, mime.get(), Qt::LeftButton, Qt::NoModifier);
+    QCoreApplication::sendEvent(view->viewport(), &dropped);
+    Waits::settle();
 }
 
 void rename(QTreeWidgetItem *item, const QString &text) {
     QTreeWidget *view = item->treeWidget();
     view->setCurrentItem(item);
     view->editItem(item, 0);
-    settle();
+    Waits::settle();
     if (auto *editor = view->viewport()->findChild<QLineEdit *>()) {
         editor->setText(text);
         QTest::keyClick(editor, Qt::Key_Return);
     }
-    settle();
+    Waits::settle();
 }
 
 } // namespace ViewGestures

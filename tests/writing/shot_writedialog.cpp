@@ -4,6 +4,7 @@
 // With --data-only it stops before the write, with the dropped folder open in the data window.
 // FOLDER (default: a generated one) goes into the data image; the Image Recorder writes at a
 // drive's pace so that the write is caught a third of the way through.
+#include "Fixtures.h"
 #include "WriteRig.h"
 
 #include "EngineProbe.h"
@@ -44,8 +45,8 @@ int main(int argc, char **argv) {
         folder.clear();
     if (folder.isEmpty()) {
         for (int i = 0; i < 8; ++i)
-            EngineFixtures::writeFile(generated.filePath(QString("Holiday/photo%1.jpg").arg(i)),
-                                      EngineFixtures::pseudoRandom(4 * 1024 * 1024, i));
+            Fixtures::writeFile(generated.filePath(QString("Holiday/photo%1.jpg").arg(i)),
+                                Fixtures::pseudoRandom(4 * 1024 * 1024, i));
         folder = generated.filePath("Holiday");
     }
     WriteRig rig({"EmulateSpeed=1"}, 99);

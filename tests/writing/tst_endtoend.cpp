@@ -1,7 +1,10 @@
 // A data disc from the window to the disc, as a person makes it: NEW, a data disc, a folder tree
 // and two files dropped in, a file and a folder renamed, the labels set, a test write, the real
 // write; then the ejected disc is read by xorriso and isoinfo.
+#include "Fixtures.h"
+#include "ReadBack.h"
 #include "ViewGestures.h"
+#include "Waits.h"
 #include "WriteRig.h"
 
 #include "EngineProbe.h"
@@ -26,13 +29,13 @@
 #include <QTimer>
 #include <QTreeWidget>
 
-using namespace EngineFixtures;
+using namespace Fixtures;
 
 namespace {
 
 using ViewGestures::drop;
 using ViewGestures::rename;
-using ViewGestures::settle;
+using Waits::settle;
 
 QTreeWidgetItem *row(const frmData *data, const QString &key) {
     for (int i = 0; i < data->lvwImageFiles->topLevelItemCount(); ++i) {
@@ -40,18 +43,6 @@ QTreeWidgetItem *row(const frmData *data, const QString &key) {
             return data->lvwImageFiles->topLevelItem(i);
     }
     return nullptr;
-}
-
-QStringList xorrisoFind(const QString &image, const char *type) {
-    QStringList found;
-    const QByteArray out = EngineProbe::run(
-        "xorriso", {"-indev", image, "-find", "/", "-type", QString::fromLatin1(type)});
-    for (const QByteArray &line : out.split('\n')) {
-        if (!line.isEmpty())
-            found << QString::fromUtf8(line).remove(u'\'');
-    }
-    found.sort();
-    return found;
 }
 
 } // namespace
@@ -167,14 +158,15 @@ void tst_EndToEnd::dataDiscFromTheWindow() {
     QVERIFY(QFileInfo::exists(image));
 
     // Read by tools nobody here wrote: exactly the compiled tree with the new names.
-    QCOMPARE(xorrisoFind(image, "f"),
+    QCOMPARE(ReadBack::xorrisoFiles(image, -1, "f"),
              (QStringList{"/Project/Manuals/readme.txt", "/Project/src/main.c",
                           "/Project/src/util/helpers.h", "/minutes.txt", "/photo.jpg"}));
-    QCOMPARE(xorrisoFind(image, "d"), (QStringList{"/", "/Project", "/Project/Manuals",
-                                                   "/Project/src", "/Project/src/util"}));
+    QCOMPARE(
+        ReadBack::xorrisoFiles(image, -1, "d"),
+        (QStringList{"/", "/Project", "/Project/Manuals", "/Project/src", "/Project/src/util"}));
     QTemporaryDir back;
-    EngineProbe::run("xorriso",
-                     {"-osirrox", "on", "-indev", image, "-extract", "/", back.filePath("x")});
+    ReadBack::run("xorriso",
+                  {"-osirrox", "on", "-indev", image, "-extract", "/", back.filePath("x")});
     const QList<std::pair<QString, QString>> contents = {
         {"Project/Manuals/readme.txt", "Project/docs/readme.txt"},
         {"Project/src/main.c", "Project/src/main.c"},
@@ -187,15 +179,14 @@ void tst_EndToEnd::dataDiscFromTheWindow() {
         QVERIFY2(f.open(QIODevice::ReadOnly), qPrintable(onDisc));
         QVERIFY2(f.readAll() == tree.value(source), qPrintable(onDisc));
     }
-    const QString info = QString::fromUtf8(EngineProbe::run("isoinfo", {"-d", "-i", image}));
+    const QString info = QString::fromUtf8(ReadBack::run("isoinfo", {"-d", "-i", image}));
     QVERIFY2(info.contains("Volume id: HOLIDAY_2026"), qPrintable(info));
     QVERIFY2(info.contains("Application id: TESSALY"), qPrintable(info));
     QVERIFY2(info.contains("Publisher id: ACME_PUBLISHING"), qPrintable(info));
     QVERIFY2(info.contains("Data preparer id: QA_DESK"), qPrintable(info));
     QVERIFY2(info.contains("Joliet"), qPrintable(info));
     // The Joliet names a Windows reader sees carry the renames too.
-    const QString joliet =
-        QString::fromUtf8(EngineProbe::run("isoinfo", {"-J", "-f", "-i", image}));
+    const QString joliet = QString::fromUtf8(ReadBack::run("isoinfo", {"-J", "-f", "-i", image}));
     QVERIFY2(joliet.contains("/minutes.txt") && joliet.contains("/Project/Manuals/readme.txt"),
              qPrintable(joliet));
     // The frame is at rest and the compilation still open for another disc.

@@ -1,5 +1,7 @@
 // The write dialog and the frame's handling of a write, on the Image Recorder: what a user sees
 // from the click to the end, and what is left for the next try.
+#include "Fixtures.h"
+#include "ReadBack.h"
 #include "WriteRig.h"
 
 #include "EngineProbe.h"
@@ -28,7 +30,7 @@
 #include <QTest>
 #include <QTimer>
 
-using namespace EngineFixtures;
+using namespace Fixtures;
 
 namespace {
 
@@ -41,7 +43,7 @@ void fillImage(CDWriterPro *cd, const QTemporaryDir &src, int size = 200 * 1024)
 }
 
 QString isoinfoFile(const QString &image, const QString &path) {
-    return QString::fromLatin1(EngineProbe::run("isoinfo", {"-i", image, "-x", path}).toBase64());
+    return QString::fromLatin1(ReadBack::run("isoinfo", {"-i", image, "-x", path}).toBase64());
 }
 
 } // namespace
@@ -337,7 +339,7 @@ void tst_WriteDialog::statusTextsInOrder() {
         QCOMPARE(burn->lblActions->text(), QStringLiteral("Disc inserted ready to write..."));
         // Nothing was burnt by the test.
         QVERIFY(QFileInfo(rig.ejectedImage()).size() == 0 ||
-                EngineProbe::run("isoinfo", {"-d", "-i", rig.ejectedImage()}).isEmpty());
+                ReadBack::run("isoinfo", {"-d", "-i", rig.ejectedImage()}).isEmpty());
     } else {
         QVERIFY(!frmBurn::instance());
         QCOMPARE(rig.boxes.size(), 1);
@@ -431,7 +433,7 @@ void tst_WriteDialog::driveFailureThenSecondWrite() {
     QCOMPARE(rig.boxes.size(), 1);
     QVERIFY(rig.boxes[0].prompt.startsWith("Burn process completed successfully at "));
     const QString image = rig.ejectedImage();
-    QVERIFY(EngineProbe::run("isoinfo", {"-d", "-i", image}).contains("Volume id: SECOND"));
+    QVERIFY(ReadBack::run("isoinfo", {"-d", "-i", image}).contains("Volume id: SECOND"));
     QCOMPARE(isoinfoFile(image, "/DOCS/A.TXT;1"),
              QString::fromLatin1(pseudoRandom(200 * 1024, 1).toBase64()));
 }

@@ -1,4 +1,6 @@
 #include "WriteRig.h"
+#include "EngineRig.h"
+#include "Waits.h"
 #include "app/mdiMain.h"
 #include "app/modDeclarations.h"
 #include "base/IniFile.h"
@@ -12,7 +14,6 @@
 #include "writing/frmBurn.h"
 
 #include <QComboBox>
-#include <QDeadlineTimer>
 #include <QDir>
 #include <QLabel>
 #include <QProgressBar>
@@ -39,11 +40,10 @@ WriteRig::WriteRig(const QStringList &settings, int kind, const QString &medium,
     // Nothing in a test may switch the machine off.
     SystemCalls::setPowerOffHandler([] { return false; });
     QDir().mkpath(ImageRecorder::folder());
-    IniFile::write(ImageRecorder::settingsFile(), "Image Recorder", "BlankMedium", medium);
-    IniFile::write(ImageRecorder::settingsFile(), "Image Recorder", "EmulateSpeed", "0");
+    EngineRig::setting("BlankMedium", medium);
+    EngineRig::setting("EmulateSpeed", "0");
     for (const QString &setting : settings)
-        IniFile::write(ImageRecorder::settingsFile(), "Image Recorder", setting.section(u'=', 0, 0),
-                       setting.section(u'=', 1));
+        EngineRig::setting(setting.section(u'=', 0, 0), setting.section(u'=', 1));
     MessageBoxService::setAnswerer([this](const MessageBoxService::Request &r) {
         const mdiMain *f = DefaultInstance<mdiMain>::peek();
         boxes.append({r.prompt, r.title, r.buttons,
@@ -136,13 +136,11 @@ bool WriteRig::writeAndWait(frmBurn *burn, int timeoutMs) {
     if (!burn || !burn->cmdWrite->isEnabled())
         return false;
     burn->cmdWrite->click();
-    QDeadlineTimer deadline(timeoutMs);
-    while (ending.isEmpty() && !deadline.hasExpired())
-        QTest::qWait(5);
+    const bool ended = Waits::until([this] { return !ending.isEmpty(); }, timeoutMs);
     // The eject's media event and the deferred close of the dialog.
-    QTest::qWait(100);
-    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-    return !ending.isEmpty();
+    QTest::qWait(80);
+    Waits::settle();
+    return ended;
 }
 
 QStringList WriteRig::trayDiscs() const {

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Waits.h"
+
 #include <QString>
 #include <QStringList>
 
@@ -10,6 +12,8 @@ class QMdiSubWindow;
 // What the window tests ask of a started frame.
 namespace FrameFixture {
 
+using Waits::settle;
+
 mdiMain *frame();
 // The open children in the order they were loaded, and their captions.
 QList<QMdiSubWindow *> childWindows();
@@ -18,8 +22,6 @@ QStringList captions();
 int browserNumber(const QString &caption);
 // The menus that are shown, in menu order.
 QStringList shownMenus(const KeyedMenu *menu);
-// Lets queued events and deferred deletes run.
-void settle();
 // Starts the screen as 1024 by 768 at 96 dots per inch, before the application exists.
 void useScreen1024x768();
 

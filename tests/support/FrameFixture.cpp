@@ -43,12 +43,6 @@ QStringList shownMenus(const KeyedMenu *menu) {
     return shown;
 }
 
-void settle() {
-    QCoreApplication::processEvents();
-    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-    QCoreApplication::processEvents();
-}
-
 void useScreen1024x768() {
     const QString config = QDir::temp().filePath(QStringLiteral("tessaly-screen-1024x768.json"));
     QFile f(config);

@@ -1,5 +1,6 @@
 #include "DataWindowRig.h"
 #include "ViewGestures.h"
+#include "Waits.h"
 #include "app/FormRegistry.h"
 #include "app/mdiMain.h"
 #include "compilation/frmData.h"
@@ -16,15 +17,6 @@
 #include <QTest>
 #include <QTreeWidget>
 #include <QUrl>
-
-namespace {
-void settle() {
-    for (int i = 0; i < 3; ++i) {
-        QCoreApplication::processEvents();
-        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-    }
-}
-} // namespace
 
 DataWindowRig::DataWindowRig(const QByteArray &disc, qint64 dataBlocks)
     : m_answers(std::make_unique<ScriptedAnswers>()) {
@@ -43,14 +35,14 @@ DataWindowRig::DataWindowRig(const QByteArray &disc, qint64 dataBlocks)
         return;
     FormRegistry::open(QStringLiteral("frmData"), frame());
     FormRegistry::open(QStringLiteral("ResetImage"), frame());
-    settle();
+    Waits::settle();
     m_answers->boxes.clear();
 }
 
 DataWindowRig::~DataWindowRig() {
     m_env.stopProgram();
     DefaultInstance<frmData>::unload();
-    settle();
+    Waits::settle();
 }
 
 mdiMain *DataWindowRig::frame() const {

@@ -1,0 +1,38 @@
+#pragma once
+
+#include "engine/writer/CDWriterPro.h"
+
+#include <QByteArray>
+#include <QObject>
+#include <QString>
+#include <QStringList>
+#include <QTest>
+
+// Records every event of an engine in order, as a window would see them.
+class EngineProbe : public QObject {
+    Q_OBJECT
+public:
+    explicit EngineProbe(CDWriterPro *engine);
+
+    QStringList events;          // names in order, "TrackWriteStatus" once per event
+    QStringList added;           // sItemDestPath of each ISOItemAdded
+    QList<qint32> trackPercents; // rounded percentages of TrackWriteStatus
+    QList<qint16> caching;
+    qint32 writeError = 0, driveError = 0;
+    QString errorInfo;
+    qint32 fileError = -1;
+    QString failedFile;
+    bool cancelAtOnePercent = false;
+    bool replaceAnswer = false;
+    QStringList replaceAsked;
+
+    // Waits (running the event loop) for one of the three ending events.
+    bool waitForEnd(int timeoutMs = 60000);
+    // Waits for any of `endings`; whether one came.
+    bool waitFor(const QStringList &endings, int timeoutMs = 60000);
+    int count(const QString &event) const { return int(events.count(event)); }
+    QString endingEvent() const;
+
+private:
+    CDWriterPro *m_engine;
+};
