@@ -2,6 +2,7 @@
 // the paths in the status bar, the ruler with a DVD and the commands whose window is not built.
 #include "DataWindowRig.h"
 #include "ViewGestures.h"
+#include "Waits.h"
 
 #include "app/FormRegistry.h"
 #include "app/frmFiles.h"
@@ -88,7 +89,7 @@ void tst_WindowFaults::rightClickShowsTheNodesFiles() {
     rig.data()->UpdateImage();
     QCOMPARE(rig.rowKeys(), QStringList{"\\A\\a.txt"});
     QTest::mouseClick(tree->viewport(), Qt::RightButton, {}, centreOf(rig.data()->node("\\B")));
-    ViewGestures::settle();
+    Waits::settle();
     QCOMPARE(rig.data()->selectedNode(), rig.data()->node("\\B"));
     QCOMPARE(rig.rowKeys(), QStringList{"\\B\\b.txt"});
 }
@@ -112,7 +113,7 @@ void tst_WindowFaults::dragOverTheTreeSelectsTheTarget() {
     QCOMPARE(rig.rowKeys(), QStringList{"\\B\\b.txt"});
     QDropEvent drop(overB, Qt::CopyAction, &mime, Qt::LeftButton, Qt::NoModifier);
     QCoreApplication::sendEvent(tree->viewport(), &drop);
-    ViewGestures::settle();
+    Waits::settle();
     QCOMPARE(rig.rowKeys(), (QStringList{"\\B\\b.txt", "\\B\\new.txt"}));
 }
 
@@ -127,7 +128,7 @@ void tst_WindowFaults::deleteKeyRemovesTheSelection() {
     QTest::keyClick(data->lvwImageFiles, Qt::Key_Delete);
     QVERIFY(rig.rowKeys().isEmpty());
     QTest::keyClick(data->tvwDirectories, Qt::Key_Delete);
-    ViewGestures::settle();
+    Waits::settle();
     QCOMPARE(rig.nodeKeys(), (QStringList{"\\", "\\B"}));
     QCOMPARE(rig.frame()->Tessaly->ISOFileCount(), 1);
 }
@@ -157,7 +158,7 @@ void tst_WindowFaults::dropSurvivesItsSourceClosing() {
             if (qobject_cast<frmFiles *>(child->widget()))
                 child->close();
     });
-    ViewGestures::settle();
+    Waits::settle();
     QCOMPARE(f->Tessaly->ISOFileCount(), 21);
     QVERIFY(!f->openForms().isEmpty());
     // The folder being added is named as this machine writes it.

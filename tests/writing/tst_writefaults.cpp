@@ -3,7 +3,8 @@
 // disc whose last session was left open.
 #include "WriteRig.h"
 
-#include "EngineProbe.h"
+#include "Fixtures.h"
+#include "ReadBack.h"
 #include "app/FormRegistry.h"
 #include "app/mdiMain.h"
 #include "app/modDeclarations.h"
@@ -33,14 +34,14 @@ namespace {
 frmData *openCompilation(WriteRig &rig, const QTemporaryDir &src) {
     FormRegistry::open(QStringLiteral("frmData"));
     FormRegistry::open(QStringLiteral("ResetImage"));
-    EngineFixtures::writeFile(src.filePath("a.txt"), EngineFixtures::pseudoRandom(100000, 1));
+    Fixtures::writeFile(src.filePath("a.txt"), Fixtures::pseudoRandom(100000, 1));
     rig.frame()->Tessaly->AddISOFile("\\a.txt", src.filePath("a.txt"));
     rig.boxes.clear();
     return DefaultInstance<frmData>::peek();
 }
 
 QString volumeId(const QString &image) {
-    const QString info = QString::fromUtf8(EngineProbe::run("isoinfo", {"-d", "-i", image}));
+    const QString info = QString::fromUtf8(ReadBack::run("isoinfo", {"-d", "-i", image}));
     const qsizetype at = info.indexOf(QStringLiteral("Volume id: "));
     return at < 0 ? QString() : info.mid(at + 11).section(u'\n', 0, 0).trimmed();
 }
@@ -125,7 +126,7 @@ void tst_WriteFaults::everyEndLeavesTheWindowsAtRest() {
     mdiMain *f = rig.frame();
     QTemporaryDir src;
     QVERIFY(openCompilation(rig, src));
-    EngineFixtures::writeFile(src.filePath("big.bin"), EngineFixtures::pseudoRandom(3 << 20, 2));
+    Fixtures::writeFile(src.filePath("big.bin"), Fixtures::pseudoRandom(3 << 20, 2));
     f->Tessaly->AddISOFile("\\big.bin", src.filePath("big.bin"));
     f->Tessaly->SetWriteSpeed(4 * 176);
     rig.boxes.clear();
