@@ -100,7 +100,7 @@ void tst_WriteDialog::openingState() {
     QVERIFY(burn->isVisible());
     QCOMPARE(burn->windowModality(), Qt::ApplicationModal);
     QCOMPARE(burn->windowTitle(), QStringLiteral("Write Disc..."));
-    // Opened and pressed at once, the dialog only tests: nothing is burnt by accident.
+    // Pressing the button straight away runs a test, never the real write.
     QVERIFY(burn->optTest->isChecked());
     QVERIFY(!burn->optWrite->isChecked());
     QCOMPARE(burn->cmdWrite->text(), QStringLiteral("&Test Write"));
