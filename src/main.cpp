@@ -1,6 +1,7 @@
 #include "app/TessalyApplication.h"
 #include "compilation/CompilationWindows.h"
 #include "ripping/RippingWindows.h"
+#include "ripping/ToolWindows.h"
 #include "writing/WritingWindows.h"
 
 int main(int argc, char **argv) {
@@ -8,5 +9,6 @@ int main(int argc, char **argv) {
     registerCompilationWindows();
     registerWritingWindows();
     registerRippingWindows();
+    registerToolWindows();
     return app.run();
 }

@@ -7,8 +7,8 @@ class QLabel;
 class QPushButton;
 class QRadioButton;
 
-// The small box that starts a new compilation, data or audio. Modal over the frame. On the UI
-// thread.
+// Asks which kind of disc to compile before the compilation window opens. Modal over the
+// frame; UI thread.
 class frmChooseDiscType : public QDialog {
     Q_OBJECT
 public:

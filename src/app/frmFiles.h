@@ -17,8 +17,8 @@ public:
 
     FolderView *FolderViewAdd = nullptr;
     FileView *FileViewAdd = nullptr;
-    QWidget *imgSplitter = nullptr; // the invisible drag handle between the two
-    QWidget *picSplitter = nullptr; // the bar shown while dragging
+    QWidget *imgSplitter = nullptr; // grabbed by the mouse, never drawn
+    QWidget *picSplitter = nullptr; // drawn where the split will go until the mouse lets go
 
     QString tag() const { return m_tag; }
     void setTag(const QString &tag) { m_tag = tag; }
@@ -29,7 +29,7 @@ public:
     void Form_Unload();
 
     void SelectFiles(bool blnSelect);
-    // Lays the controls out with the splitter at x (twips of the inner area).
+    // Places the tree, the handle and the list around a split x twips from the left.
     void SizeControls(double x);
 
     // X and Y are twips from the handle's own corner.

@@ -31,6 +31,9 @@
 #include <QMenu>
 #include <QMenuBar>
 #include <QProgressBar>
+#include <QScrollArea>
+#include <QScrollBar>
+#include <QShortcut>
 #include <QStatusBar>
 #include <QToolBar>
 #include <QVBoxLayout>
@@ -170,6 +173,19 @@ mdiMain::mdiMain() {
     buildToolbar();
     buildStatusBar();
     buildCommandTable();
+    // Window switching as desktop users know it.
+    const QList<std::pair<QKeySequence, bool>> switches = {
+        {QKeySequence(Qt::CTRL | Qt::Key_Tab), true},
+        {QKeySequence(Qt::CTRL | Qt::Key_F6), true},
+        {QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_Backtab), false},
+        {QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_F6), false}};
+    for (const auto &[keys, next] : switches) {
+        auto *shortcut = new QShortcut(keys, this);
+        connect(shortcut, &QShortcut::activated, m_mdiArea,
+                next ? &QMdiArea::activateNextSubWindow : &QMdiArea::activatePreviousSubWindow);
+    }
+    // No smaller than the recorder strip needs, or its labels draw over each other.
+    setMinimumSize(asxTop->minimumSizeHint().width(), Twips::toPixels(6000));
     mnuPopUpTV = new QMenu(this);
     mnuPopUpLV = new QMenu(this);
     mnuPopUpAudio = new QMenu(this);
@@ -309,12 +325,20 @@ QWidget *mdiMain::buildBottomStrip() {
     aniRuler->setFixedSize(Twips::toPixels(720), Twips::toPixels(720));
     aniRuler->hide();
     row->addWidget(aniRuler);
-    // The ruler itself: positions are twips from its left edge.
-    auto *ruler = new QWidget(asxBottom);
+    // The ruler itself: positions are twips from its left edge. At ten twips to the megabyte
+    // a DVD's free-space line lies far to the right, so the ruler scrolls sideways.
+    m_rulerScroll = new QScrollArea(asxBottom);
+    m_rulerScroll->setFrameShape(QFrame::NoFrame);
+    m_rulerScroll->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    m_rulerScroll->setWidgetResizable(false);
+    auto *ruler = new QWidget;
     ruler->setObjectName(QStringLiteral("ruler"));
-    ruler->setFixedHeight(Twips::toPixels(720));
-    ruler->setMinimumWidth(Twips::toPixels(10600));
-    row->addWidget(ruler, 1);
+    ruler->resize(Twips::toPixels(10600), Twips::toPixels(720));
+    m_rulerScroll->setWidget(ruler);
+    m_rulerScroll->setMinimumHeight(Twips::toPixels(720) +
+                                    m_rulerScroll->horizontalScrollBar()->sizeHint().height());
+    m_ruler = ruler;
+    row->addWidget(m_rulerScroll, 1);
     linTopSize = new LineControl(ruler);
     linTopSize->setPoints(100, 60, 10100, 60);
     for (int i = 0; i <= 10; ++i) {
@@ -404,6 +428,8 @@ void mdiMain::MDIForm_Load() {
         smartStatusBar->Item(QStringLiteral("STATUSIMG"))->setImageKey(QStringLiteral("MEDIA"));
         ShowAnimation(QStringLiteral("cdspin"));
         setCDSizeLine();
+        if (Tessaly->LastSessionStatus() == CDWriterPro::SessionIncomplete)
+            reportOpenSession();
     }
     ToolMenuAddFiles();
 }

@@ -25,6 +25,7 @@ class QMdiArea;
 class QMdiSubWindow;
 class QMenu;
 class QProgressBar;
+class QScrollArea;
 class frmFiles;
 
 // The main frame: the multiple-document area that holds the file browsers and the compilation
@@ -169,8 +170,10 @@ public:
     void ResetImage();
     void RecalcImageSize() override;
     void SetTypeSize() override;
+    // The status bar names the folder being added where it lies on this machine.
     void Tessaly_ISOItemAdded(const QString &sParentDestPath, const QString &sItemDestPath,
-                              const QString &sItemName, bool bIsDirectory);
+                              const QString &sItemName, const QString &SourceFilePath,
+                              bool bIsDirectory);
     void Tessaly_ISOItemRemoved(const QString &sDestinationPath, bool bIsDirectory);
     void Tessaly_ISODestPathChanged(const QString &sOldDestPath, const QString &sNewDestPath,
                                     bool bIsDirectory);
@@ -179,7 +182,8 @@ public:
     void Tessaly_ISOImageReset();
     void txtVolIdentifier_Change();
 
-    // The highest browser number given out since the last close-all, and the browsers.
+    // Browser numbering: the top number handed out so far (reset by Close All), and the open
+    // browsers by number.
     Integer NumberForms = 0;
     CheckedArray<QPointer<frmFiles>, 100> frmF;
     QString mstrSpeed;
@@ -188,6 +192,9 @@ public:
 
     // False in the reduced layout of a machine without recorders, whose hidden menus stay hidden.
     bool hasRecorders() const { return m_hasRecorders; }
+
+    // The part of the ruler in view, in twips from its left edge.
+    std::pair<int, int> rulerInView() const;
 
     // The open children in the order they were loaded.
     QList<QMdiSubWindow *> openForms() const;
@@ -198,6 +205,10 @@ public:
     // Write: the engine's events during a write in the status bar; the dialog follows them
     // itself and hears from the frame only how the job ended.
     void connectWriteEvents();
+    // The status bar at rest once a job has ended, however it ended.
+    void restAfterJob();
+    // Tells that the disc's last session is open and where it is closed.
+    void reportOpenSession();
     void Tessaly_PreparingToWrite();
     void Tessaly_CachingStatus(qint16 nPercentComplete);
     void Tessaly_ReadingTrackFile(const QString &sFileName, qint32 lFileIndex, qint32 lTrackNumber);
@@ -244,7 +255,14 @@ private:
     // Image: the engine's image events and the volume identifier box.
     void connectImageEvents();
 
+    // Scrolls the ruler so that the free-space line and the end of the size bar are in view;
+    // when both do not fit, the nearer of the two: the bar's end of a compilation that fits,
+    // the line of one that does not.
+    void followRuler();
+
     QMdiArea *m_mdiArea = nullptr;
+    QScrollArea *m_rulerScroll = nullptr;
+    QWidget *m_ruler = nullptr;
     bool m_hasRecorders = true;
     QHash<QString, std::function<void()>> m_commands;
 };

@@ -3,6 +3,7 @@
 #include "FormRegistry.h"
 #include "base/App.h"
 #include "engine/writer/CDWriterPro.h"
+#include "engine/writer/recorders/image/ImageRecorder.h"
 #include "frmChooseDiscType.h"
 #include "frmFiles.h"
 #include "frmHelp.h"
@@ -28,6 +29,7 @@
 #include <QMenu>
 #include <QProcess>
 #include <QScopeGuard>
+#include <QStyle>
 #include <utility>
 
 void mdiMain::buildCommandTable() {
@@ -378,6 +380,27 @@ void mdiMain::ToolMenuEjectCd() {
 }
 
 void mdiMain::ToolMenuCloseTray() {
+    // The Image Recorder's tray is a folder: a user who ejected a disc there (after a test
+    // write, or to add a session later) can put the same disc back instead of a new blank.
+    if (Tessaly->isVirtualDrive(glngCurrentDrive) &&
+        Tessaly->MediaType() == CDWriterPro::MediaNone) {
+        const QString last = ImageRecorder::lastEjected();
+        if (!last.isEmpty()) {
+            const int answer = MsgBox(
+                QStringLiteral(
+                    "Put the disc ejected last (%1) back into the Image Recorder?\r\n\r\n"
+                    "Yes puts it back, No loads a new blank disc.")
+                    .arg(QFileInfo(last).completeBaseName()),
+                vbYesNoCancel | vbQuestion, App::ProductName() + QStringLiteral(" - Close Tray"));
+            if (answer == vbCancel)
+                return;
+            if (answer == vbYes && !ImageRecorder::putBack(last))
+                MsgBox(QStringLiteral("The disc could not be put back; the tray stays empty."),
+                       vbExclamation, App::ProductName() + QStringLiteral(" - Warning"));
+            if (answer == vbYes && Tessaly->MediaType() == CDWriterPro::MediaNone)
+                return;
+        }
+    }
     Tessaly->MoveTray(true);
 }
 
@@ -425,7 +448,18 @@ void mdiMain::ToolMenuTileHorizental() {
 }
 
 void mdiMain::ToolMenuCascade() {
-    m_mdiArea->cascadeSubWindows();
+    // Each child keeps a useful size, two thirds of the area, one title bar below the last.
+    const QRect area = m_mdiArea->viewport()->rect();
+    const int step = style()->pixelMetric(QStyle::PM_TitleBarHeight);
+    int i = 0;
+    for (QMdiSubWindow *child : openForms()) {
+        if (child->isMinimized() || !child->isVisible())
+            continue;
+        child->showNormal();
+        child->setGeometry(i * step, i * step, area.width() * 2 / 3, area.height() * 2 / 3);
+        child->raise();
+        ++i;
+    }
 }
 
 void mdiMain::ToolMenuArrangeIcons() {

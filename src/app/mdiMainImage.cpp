@@ -1,5 +1,5 @@
-// The frame's side of the data compilation: the engine's image events mirrored into the data
-// window, the volume identifier box and the size ruler with its panels.
+// Keeps the data window's tree in step with the engine's image, and owns what the frame shows
+// of it: the label box, the ruler and the size panels.
 #include "DataImageMirror.h"
 #include "base/App.h"
 #include "base/Conversions.h"
@@ -16,6 +16,7 @@
 
 #include <QCoreApplication>
 #include <QDateTime>
+#include <QDir>
 #include <QLabel>
 #include <QLineEdit>
 #include <QProgressBar>
@@ -24,9 +25,11 @@
 void mdiMain::connectImageEvents() {
     connect(Tessaly, &CDWriterPro::ISOItemAdded, this,
             [this](const QString &sParentDestPath, const QString &sItemDestPath,
-                   const QString &sItemName, const QString &, bool bIsDirectory, VbDate, qint64) {
+                   const QString &sItemName, const QString &SourceFilePath, bool bIsDirectory,
+                   VbDate, qint64) {
                 ErrorTrap::run("Tessaly_ISOItemAdded", "mdiMain", [&] {
-                    Tessaly_ISOItemAdded(sParentDestPath, sItemDestPath, sItemName, bIsDirectory);
+                    Tessaly_ISOItemAdded(sParentDestPath, sItemDestPath, sItemName, SourceFilePath,
+                                         bIsDirectory);
                 });
             });
     connect(Tessaly, &CDWriterPro::ISOItemRemoved, this,
@@ -57,13 +60,16 @@ void mdiMain::connectImageEvents() {
 }
 
 void mdiMain::Tessaly_ISOItemAdded(const QString &sParentDestPath, const QString &sItemDestPath,
-                                   const QString &sItemName, bool bIsDirectory) {
+                                   const QString &sItemName, const QString &SourceFilePath,
+                                   bool bIsDirectory) {
     if (bIsDirectory) {
         if (DataImageMirror *data = DataImageMirror::current())
             data->addNode(sParentDestPath, sItemDestPath, sItemName, QStringLiteral("CLOSEDFOLDER"),
                           QStringLiteral("OPENFOLDER"));
         smartStatusBar->Item(QStringLiteral("DATA"))
-            ->setText(QStringLiteral(" Adding....") + sItemDestPath);
+            ->setText(QStringLiteral(" Adding....") +
+                      (SourceFilePath.isEmpty() ? sItemDestPath
+                                                : QDir::toNativeSeparators(SourceFilePath)));
     }
     // A large drop keeps the window alive.
     QCoreApplication::processEvents();
@@ -167,7 +173,9 @@ void mdiMain::RecalcImageSize() {
         Tessaly->MediaType() != CDWriterPro::MediaNone) {
         prbSize->setPalette(QPalette());
         // Five megabytes stay in reserve. The warning tells, the write may still be started.
-        if (GetFreeSpace(Tessaly, 3) - 5 <= shownMB)
+        // An open last session has no free space to measure: that was told on arrival.
+        if (Tessaly->LastSessionStatus() != CDWriterPro::SessionIncomplete &&
+            GetFreeSpace(Tessaly, 3) - 5 <= shownMB)
             MsgBox(QStringLiteral("You must remove some files from the image.\nData image size "
                                   "is bigger than free space on media!"),
                    vbExclamation, App::ProductName() + QStringLiteral(" - Warning"));
@@ -176,6 +184,7 @@ void mdiMain::RecalcImageSize() {
         highlight.setColor(QPalette::Highlight, palette().color(QPalette::Highlight));
         prbSize->setPalette(highlight);
     }
+    followRuler();
     smartStatusBar->Item(QStringLiteral("FILES"))
         ->setText(QStringLiteral(" Files: ") + QString::number(Tessaly->ISOFileCount()));
     smartStatusBar->Item(QStringLiteral("DIRECTORIES"))

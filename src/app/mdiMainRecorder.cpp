@@ -24,6 +24,8 @@
 #include <QMdiSubWindow>
 #include <QProgressBar>
 #include <QPushButton>
+#include <QScrollArea>
+#include <QScrollBar>
 
 void mdiMain::LoadDriveCombo() {
     cboDevices->clear();
@@ -82,6 +84,24 @@ void mdiMain::setCDSizeLine() {
     const double x = (GetFreeSpace(Tessaly, 3) - 5) * 10 + 100;
     const int twips = int(qBound(-1e9, x, 1e9));
     linCDSize->setX(twips, twips);
+    followRuler();
+}
+
+void mdiMain::followRuler() {
+    const int line = linCDSize->isVisible() ? Twips::toPixels(linCDSize->X1()) : 0;
+    const int barEnd = prbSize->x() + prbSize->width();
+    const int far = qMax(line, barEnd);
+    m_ruler->resize(qMax(Twips::toPixels(10600), far + Twips::toPixels(600)), m_ruler->height());
+    const int margin = Twips::toPixels(300);
+    // The nearer one last, so that it wins when both do not fit.
+    m_rulerScroll->ensureVisible(far, 0, margin, 0);
+    if (line > 0)
+        m_rulerScroll->ensureVisible(qMin(line, barEnd), 0, margin, 0);
+}
+
+std::pair<int, int> mdiMain::rulerInView() const {
+    const int left = m_rulerScroll->horizontalScrollBar()->value();
+    return {Twips::fromPixels(left), Twips::fromPixels(left + m_rulerScroll->viewport()->width())};
 }
 
 void mdiMain::ShowAnimation(const QString &name) {
@@ -114,6 +134,8 @@ void mdiMain::CDNotify1_Arrival(const QString &Drive) {
             CheckSession();
         setCDSizeLine();
         ShowAnimation(QStringLiteral("cdspin"));
+        if (Tessaly->LastSessionStatus() == CDWriterPro::SessionIncomplete)
+            reportOpenSession();
         refreshCompilation(this);
     } else {
         smartStatusBar->Item(QStringLiteral("STATUSIMG"))->setImageKey(QStringLiteral("NOMEDIA"));
@@ -141,4 +163,11 @@ void mdiMain::CheckSession() {
         // Opened on its own when a disc arrives, not by a command: nothing to say without it.
         FormRegistry::open(QStringLiteral("frmSessionCheck"));
     }
+}
+
+void mdiMain::reportOpenSession() {
+    SmartMenu->Item(QStringLiteral("SESSION"))->setEnabled(true);
+    smartStatusBar->Item(QStringLiteral("DATA"))
+        ->setText(QStringLiteral(" The disc's last session is open"));
+    MsgBox(OpenSessionMessage(), vbExclamation, App::ProductName() + QStringLiteral(" - Warning"));
 }

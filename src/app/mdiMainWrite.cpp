@@ -120,16 +120,29 @@ void mdiMain::Tessaly_WriteComplete() {
     if (burn)
         burn->writeEnded(QStringLiteral("Writing Complete!"), QStringLiteral("goodcd"));
     smartStatusBar->Item(QStringLiteral("STATUSIMG"))->setImageKey(QStringLiteral("MEDIA"));
+    restAfterJob();
     const QString information = App::ProductName() + QStringLiteral(" - Information");
     if (!Tessaly->TestWrite()) {
         if (burn && burn->closeWindowsWhenFinished()) {
-            // The box means what it says: the program ends and the computer goes off.
-            burn->Unload();
-            gblnCloseWindows = true;
-            // The write is over: an open compilation must let itself be closed.
+            // The box means what it says: the program ends and the computer goes off. The job is
+            // over, so the windows may go now; the power-off is asked first, so that a refusal
+            // leaves the program whole and usable rather than half closed.
             EnableForm(true);
-            close();
-            SystemCalls::WindowsExit();
+            burn->EnableFormWrite(true);
+            if (SystemCalls::WindowsExit()) {
+                burn->Unload();
+                gblnCloseWindows = true;
+                close();
+                return;
+            }
+            burn->Unload();
+            smartStatusBar->Item(QStringLiteral("STATUSIMG"))
+                ->setImageKey(QStringLiteral("NOMEDIA"));
+            MsgBox(QStringLiteral("Burn process completed successfully at ") + mstrSpeed +
+                       QStringLiteral(".\r\n\r\nThe computer could not be switched off; "
+                                      "Tessaly stays open.\r\n\r\nEjecting disc..."),
+                   vbInformation, information);
+            Tessaly->MoveTray(false);
             return;
         }
         smartStatusBar->Item(QStringLiteral("STATUSIMG"))->setImageKey(QStringLiteral("NOMEDIA"));
@@ -172,10 +185,20 @@ void mdiMain::Tessaly_WriteComplete() {
     }
 }
 
+void mdiMain::restAfterJob() {
+    // The progress panels of the job give way to the compilation's own counts.
+    smartStatusBar->Item(QStringLiteral("CACHING"))->setValue(0);
+    smartStatusBar->Item(QStringLiteral("FILES"))
+        ->setText(gblnDisctypeIsData == 0
+                      ? QStringLiteral(" Files: ") + QString::number(Tessaly->ISOFileCount())
+                      : QStringLiteral(" Files:"));
+}
+
 void mdiMain::Tessaly_WriteCancelled() {
     mblnTrackWriteFirst = true;
     mblnCacheFirst = true;
     EnableForm(true);
+    restAfterJob();
     if (WriteDialog *burn = WriteDialog::open()) {
         burn->writeEnded(QString(), QString());
         burn->EnableFormWrite(true);
@@ -200,9 +223,14 @@ void mdiMain::Tessaly_WriteError(qint32 WriteError, qint32 DriveError, const QSt
     if (WriteError == 3)
         strError += GetDriveErrorMessage(DriveError) + QStringLiteral("\r\nError Sense Data: ") +
                     sSenseInfo;
-    MsgBox(strError + QStringLiteral("\r\n\r\nEjecting disc..."), vbCritical,
-           App::ProductName() + QStringLiteral(" - Critical"));
-    Tessaly->MoveTray(false);
+    restAfterJob();
+    // A disc that left the drive during the write is not ejected again.
+    const bool discIn = Tessaly->MediaType() != CDWriterPro::MediaNone;
+    if (discIn)
+        strError += QStringLiteral("\r\n\r\nEjecting disc...");
+    MsgBox(strError, vbCritical, App::ProductName() + QStringLiteral(" - Critical"));
+    if (discIn)
+        Tessaly->MoveTray(false);
     EnableForm(true);
     if (WriteDialog *burn = WriteDialog::open()) {
         burn->EnableFormWrite(true);
@@ -210,5 +238,6 @@ void mdiMain::Tessaly_WriteError(qint32 WriteError, qint32 DriveError, const QSt
     }
     smartStatusBar->Item(QStringLiteral("DATA"))
         ->setText(QStringLiteral(" A write error occurred..."));
-    smartStatusBar->Item(QStringLiteral("STATUSIMG"))->setImageKey(QStringLiteral("MEDIA"));
+    smartStatusBar->Item(QStringLiteral("STATUSIMG"))
+        ->setImageKey(discIn ? QStringLiteral("MEDIA") : QStringLiteral("NOMEDIA"));
 }

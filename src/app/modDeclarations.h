@@ -8,9 +8,9 @@
 // language's own (0, False, empty) but where a value means "none".
 
 inline QString gstrINIFile;
-inline Long glngDriveIndex = -1;   // engine index of the recorder chosen in cboDevices
-inline Long glngCurrentDrive = -1; // engine index of the drive the engine accepted
-// Kind of the open job: 99 none, 0 data, 1 audio, 3 an ISO file being written.
+inline Long glngDriveIndex = -1;   // what the drive list points at (engine numbering)
+inline Long glngCurrentDrive = -1; // the drive SelectDrive took, -1 when it refused
+// What is open: 99 nothing, 0 a data compilation, 1 an audio one, 3 an ISO file to write.
 inline Integer gblnDisctypeIsData = 0;
 inline bool gblnIsTestWrite = false;
 inline bool gblnUnloadOk = false;

@@ -182,3 +182,10 @@ double GetUsedSpace(CDWriterPro *cdObj, int sizeFormat) {
 double GetTotalSpace(CDWriterPro *cdObj, int sizeFormat) {
     return wholeNumber(GetFreeSpace(cdObj, sizeFormat) + GetUsedSpace(cdObj, sizeFormat));
 }
+
+QString OpenSessionMessage() {
+    return QStringLiteral(
+        "The last session of this disc is open: a write to it was cancelled or failed.\r\n"
+        "It must be closed before anything more can be written to the disc.\r\n\r\n"
+        "Close it with CD Recorder > Session Check..., or insert another disc.");
+}

@@ -11,7 +11,7 @@ class QWidget;
 QString TwoDigits(qint64 n);
 QString TwoDigits(const QString &n);
 
-// Selects all of an edit control's text when it has any; anything else is passed over.
+// Marks the whole text of a line edit so that typing replaces it; other widgets are left alone.
 void SelectText(QWidget *EditControl);
 
 // The screen's width and height in pixels joined with " X " ("800 X 600").
@@ -23,17 +23,18 @@ void RemoveCancelMenuItem(QWidget *frm);
 // The help file for a selector: 1 the program's help, anything else an empty text.
 QString SetHelpStrings(int intSelHelpFile);
 
-// The sentence of a drive failure code 1000 to 1055 with the code behind it:
-// "A buffer under-run has occurred (1008).". An unknown code gives " (2000).".
+// Turns a drive failure code (1000 to 1055) into the user's sentence with the code in
+// brackets after it; a code outside the table leaves only the bracketed code.
 QString GetDriveErrorMessage(qint32 DriveError);
 
 // The sentence of a file failure class with the file's path behind it.
 QString GetTrackFileErrorMessage(qint32 FileError, const QString &FileName);
 
-// Space on the medium of the chosen recorder (glngDriveIndex), as a whole number: sizeFormat 1
-// bytes, 2 kilobytes, 3 megabytes, anything else 0; 0 as well with no recorder chosen. Free
-// space comes from the engine's free blocks, used space from the mounted volume of the disc
-// (0 for a disc the system does not mount), total space is the sum.
+// Room on the disc in the chosen recorder, rounded to whole units of sizeFormat (1 bytes,
+// 2 KB, 3 MB; other formats and no recorder give 0). Free room is the engine's free blocks;
+// used room is read from the disc's mounted volume, so an unmounted disc counts none.
 double GetFreeSpace(CDWriterPro *cdObj, int sizeFormat);
+// What a user is told of a disc whose last session a cancelled or failed write left open.
+QString OpenSessionMessage();
 double GetUsedSpace(CDWriterPro *cdObj, int sizeFormat);
 double GetTotalSpace(CDWriterPro *cdObj, int sizeFormat);

@@ -5,7 +5,7 @@
 // The entry point of the program and its single-instance test. On the UI thread.
 namespace modMain {
 
-// Refuses a second instance, shows the splash, sets the help file and the globals, returns.
+// Start-up: stops if the folder is already in use, else shows the splash and sets up state.
 void Main();
 
 // True when Main went on to show the splash (no other instance was running).

@@ -3,9 +3,8 @@
 #include <QString>
 #include <QtGlobal>
 
-// The conversions the program's numeric rules rest on: a float becomes an integer by rounding
-// half to even, and a result outside 16 or 32 bits raises Overflow (6). A text that is no
-// number raises Type mismatch (13).
+// Integer conversions with banker's rounding; too large for the target width throws error 6,
+// unreadable text throws error 13, as the old runtime did.
 
 // Rounds to the nearest whole number, halves to the even neighbour (2.5 -> 2, 3.5 -> 4).
 double RoundHalfEven(double value);

@@ -4,9 +4,9 @@
 
 #include <QString>
 
-// Number to text by a pattern: 0 a digit always shown, # a digit shown only if significant,
-// a point the decimal point, a comma between digit places the thousands separator, any other
-// character itself. Rounds half away from zero at the last decimal place of the pattern.
+// Formats a number with a picture such as "###,##0.00": 0 forces a digit, # drops a leading
+// zero, ',' groups thousands, '.' marks decimals, other characters are copied. Halves round
+// away from zero.
 QString Format(double value, const QString &pattern);
 
 // Date to text by a pattern of YYYY, YY, MM, DD, hh, mm (minutes after hh), ss, in any case;

@@ -2,9 +2,9 @@
 
 #include <QString>
 
-// The check a new item name passes before a rename in the data window. The name is split at
-// its first dot with the dot counted in both parts ("README.T" is "README." and ".T"), and
-// only the lengths are looked at: the engine decides what to do with the characters.
+// Length limits a renamed item must meet before the engine sees it. Base and extension are
+// cut at the first dot, each keeping the dot ("README.T" gives "README." and ".T"); which
+// characters are allowed is the engine's business.
 class IsoNameRules {
 public:
     // The reason the name can't be used, or an empty text when it can.

@@ -19,6 +19,7 @@
 #include <QCloseEvent>
 #include <QFileInfo>
 #include <QHeaderView>
+#include <QKeyEvent>
 #include <QLineEdit>
 #include <QMdiSubWindow>
 #include <QMenu>
@@ -27,8 +28,10 @@
 #include <QProgressBar>
 #include <QStyle>
 #include <QStyledItemDelegate>
+#include <QTimer>
 #include <QTreeWidget>
 #include <QUrl>
+#include <memory>
 
 namespace {
 
@@ -54,7 +57,8 @@ public:
 
     QWidget *createEditor(QWidget *parent, const QStyleOptionViewItem &option,
                           const QModelIndex &index) const override {
-        if (m_before(index))
+        // Only the name is a name: the size and date cells show the source, they can't rename.
+        if (index.column() != 0 || m_before(index))
             return nullptr;
         return QStyledItemDelegate::createEditor(parent, option, index);
     }
@@ -138,6 +142,7 @@ frmData::frmData(const WindowContext &context)
         view->setAcceptDrops(true);
         view->viewport()->setAcceptDrops(true);
         view->viewport()->installEventFilter(this);
+        view->installEventFilter(this);
         view->setContextMenuPolicy(Qt::NoContextMenu);
     }
 
@@ -179,8 +184,9 @@ frmData::frmData(const WindowContext &context)
                        [&] { tvwDirectories_NodeClick(item); });
     });
     connect(tvwDirectories, &QTreeWidget::currentItemChanged, this, [this](QTreeWidgetItem *item) {
-        // The keyboard moves through the tree as the mouse does.
-        if (item && QApplication::mouseButtons() == Qt::NoButton)
+        // The keyboard and the right button move through the tree as a left click does; the
+        // left click itself reloads through itemClicked.
+        if (item && !(QApplication::mouseButtons() & Qt::LeftButton))
             ErrorTrap::run("tvwDirectories_NodeClick", "frmData",
                            [&] { tvwDirectories_NodeClick(item); });
     });
@@ -488,13 +494,9 @@ void frmData::lvwImageFiles_AfterLabelEdit(int &Cancel, const QString &NewString
 
 // --- Drops and the splitter ---------------------------------------------------------------
 
-bool frmData::dropEvent(QObject *, QEvent *event) {
-    const QMimeData *data = nullptr;
-    if (event->type() == QEvent::Drop)
-        data = static_cast<QDropEvent *>(event)->mimeData();
-    else
-        data = static_cast<QDragMoveEvent *>(event)->mimeData();
+bool frmData::dropEvent(QObject *watched, QEvent *event) {
     auto *drag = static_cast<QDropEvent *>(event);
+    const QMimeData *data = drag->mimeData();
     // Only a list of files is taken, and not while another drop is being added.
     if (!data || !data->hasUrls() || m_dropping) {
         drag->ignore();
@@ -502,13 +504,42 @@ bool frmData::dropEvent(QObject *, QEvent *event) {
     }
     drag->setDropAction(Qt::CopyAction);
     drag->accept();
-    if (event->type() == QEvent::Drop)
-        ErrorTrap::run("OLEDragDrop", "frmData", [&] { OLEDragDrop(data); });
+    // Over the tree, the folder under the pointer is the one selected and shown: drops go to
+    // the selected folder, so the user sees where this one will land.
+    if (watched == tvwDirectories->viewport()) {
+        QTreeWidgetItem *under = tvwDirectories->itemAt(drag->position().toPoint());
+        if (under && under != selectedNode()) {
+            {
+                const QSignalBlocker quiet(tvwDirectories);
+                tvwDirectories->setCurrentItem(under);
+            }
+            ErrorTrap::run("tvwDirectories_NodeClick", "frmData",
+                           [&] { tvwDirectories_NodeClick(under); });
+        }
+    }
+    if (event->type() != QEvent::Drop)
+        return true;
+    // Added once the drag has ended: a large tree lets events in while it is added, and the
+    // view the drag came from may be closed meanwhile.
+    auto dropped = std::make_shared<QMimeData>();
+    dropped->setUrls(data->urls());
+    QTimer::singleShot(0, this, [this, dropped] {
+        ErrorTrap::run("OLEDragDrop", "frmData", [&] { OLEDragDrop(dropped.get()); });
+    });
     return true;
 }
 
 bool frmData::eventFilter(QObject *watched, QEvent *event) {
     const auto type = event->type();
+    // Delete takes the selected item out of the compilation, as the menu's remove does.
+    if ((watched == tvwDirectories || watched == lvwImageFiles) && type == QEvent::KeyPress &&
+        static_cast<QKeyEvent *>(event)->key() == Qt::Key_Delete) {
+        ErrorTrap::run("KeyDown", "frmData", [&] {
+            services()->runCommand(watched == tvwDirectories ? QStringLiteral("REMOVEDIRECTORY")
+                                                             : QStringLiteral("REMOVEFILE"));
+        });
+        return true;
+    }
     if ((watched == tvwDirectories->viewport() || watched == lvwImageFiles->viewport()) &&
         (type == QEvent::DragEnter || type == QEvent::DragMove || type == QEvent::Drop))
         return dropEvent(watched, event);

@@ -15,10 +15,9 @@ class QMimeData;
 class QTreeWidget;
 class QTreeWidgetItem;
 
-// The data compilation: a mirror of the engine's image, its directories as a tree on the left
-// and the files of the selected directory on the right. Holds no data of its own; items are
-// keyed by their destination path ("\" the root). One default instance, a child of the frame,
-// made with the engine and the frame's services. On the UI thread.
+// Shows the engine's image, folders left and the chosen folder's files right; the engine holds
+// the data, the views only mirror it, keyed by path inside the image ("\" the root). One default
+// instance, a child of the frame, made with the engine and the frame's services. On the UI thread.
 class frmData : public QWidget, public DataImageMirror, public CompilationWindow {
     Q_OBJECT
 public:
@@ -27,8 +26,8 @@ public:
 
     QTreeWidget *tvwDirectories = nullptr;
     QTreeWidget *lvwImageFiles = nullptr; // columns: name, size, date
-    QWidget *imgSplitter = nullptr;       // the invisible drag handle between the two
-    QWidget *picSplitter = nullptr;       // the bar shown while dragging
+    QWidget *imgSplitter = nullptr;       // grabbed by the mouse, never drawn
+    QWidget *picSplitter = nullptr;       // drawn where the split will go until release
     bool mblnMoving = false;
 
     // The procedures others call.
@@ -41,7 +40,7 @@ public:
     // files is ignored.
     void OLEDragDrop(const QMimeData *Data);
     static QString GetLastPathItem(const QString &strPath);
-    // Lays the controls out with the splitter at x (twips of the inner area).
+    // Places the tree, the handle and the list around a split X twips from the left.
     void SizeControls(double X);
 
     void Form_Load();

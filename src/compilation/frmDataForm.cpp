@@ -42,7 +42,7 @@ void frmData::Form_Load() {
     main->SetTypeSize();
     main->setCommandsEnabled({QStringLiteral("NEW")}, false);
     main->setCommandsEnabled(menuItems(), true);
-    // Each new window starts with file dates; the menu's marks follow.
+    // A fresh compilation dates its files as modified on this machine, menu ticks to match.
     main->useFileModifiedDate(true);
     buildPopups();
     engine()->ClearISOImage();

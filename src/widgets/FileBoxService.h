@@ -4,9 +4,8 @@
 #include <functional>
 #include <optional>
 
-// Every file box of the program goes through here: the title, the proposed name, the filter in
-// the "Description|*.ext|..." form, the flags, open or save. Tests replace the answerer. Lives
-// on the UI thread.
+// The one door to open and save boxes, so that tests can answer them: a request carries its
+// caption, suggested name, "Description|*.ext" filter pairs and flags. UI thread.
 class FileBoxService {
 public:
     enum class Mode { Open, Save, Folder };

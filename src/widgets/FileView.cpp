@@ -6,6 +6,7 @@
 #include <QFileSystemModel>
 #include <QHeaderView>
 #include <QIdentityProxyModel>
+#include <QKeyEvent>
 #include <QMimeData>
 
 namespace {
@@ -38,7 +39,8 @@ FileView::FileView(QWidget *parent)
     setDragEnabled(true);
     setDragDropMode(QAbstractItemView::DragOnly);
     setDefaultDropAction(Qt::CopyAction);
-    connect(this, &QTreeView::doubleClicked, this, [this](const QModelIndex &index) {
+    // A double click, and Enter (activated), open a folder.
+    connect(this, &QTreeView::activated, this, [this](const QModelIndex &index) {
         const QModelIndex src = m_proxy->mapToSource(index);
         if (m_model->isDir(src))
             setPath(m_model->filePath(src));
@@ -159,4 +161,13 @@ QMimeData *FileView::dragData() const {
     for (const QModelIndex &i : selectionModel()->selectedRows(0))
         rows.append(i);
     return m_proxy->mimeData(rows);
+}
+
+void FileView::keyPressEvent(QKeyEvent *event) {
+    // Backspace goes up a folder, as in a desktop file manager.
+    if (event->key() == Qt::Key_Backspace && event->modifiers() == Qt::NoModifier) {
+        MoveUp();
+        return;
+    }
+    QTreeView::keyPressEvent(event);
 }

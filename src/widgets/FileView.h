@@ -6,10 +6,9 @@ class QFileSystemModel;
 class QIdentityProxyModel;
 class QMimeData;
 
-// A file list over the file system: the entries of one current folder, with column headers,
-// access to the items by index, selection, refresh, move-up, browse-for-folder and new-folder
-// operations, and drags that carry the full paths of the selection (text/uri-list). Lives on
-// the UI thread.
+// The browser's list of one folder of this machine: what the browser's commands need (items by
+// number, refresh, up, choose a folder, make one) and drags that hand out the selected paths
+// as URLs, which the compilations take. UI thread.
 class FileView : public QTreeView {
     Q_OBJECT
 public:
@@ -48,6 +47,9 @@ public:
 signals:
     void PathChanged(const QString &path);
     void OnAfterSelectionChange(const QString &ItemPath, int SelectionState);
+
+protected:
+    void keyPressEvent(QKeyEvent *event) override;
 
 private:
     QModelIndex sourceIndex(int index) const;

@@ -6,8 +6,8 @@
 class FileView;
 class QFileSystemModel;
 
-// A folder tree of the file system that can be bound to a file list: choosing a folder fills
-// the list, and the list's folder is shown chosen in the tree. Lives on the UI thread.
+// The browser's folder tree of this machine, kept in step with a FileView both ways: a click
+// here changes the list's folder, a change there moves the highlight here. UI thread.
 class FolderView : public QTreeView {
     Q_OBJECT
 public:

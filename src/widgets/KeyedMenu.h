@@ -8,8 +8,8 @@
 class QMenuBar;
 class KeyedItem;
 
-// A menu bar whose menus and items are looked up by string key. Clicks and drop-downs are
-// reported with the item. Lives on the UI thread.
+// Wraps the frame's menu bar so the commands find their entries by key rather than by
+// pointer; it signals the entry clicked or about to open. UI thread.
 class KeyedMenu : public QObject {
     Q_OBJECT
 public:

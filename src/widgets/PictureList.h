@@ -4,9 +4,8 @@
 #include <QPixmap>
 #include <QString>
 
-// The program's pictures by key: the pictures of the menu and toolbar items and of the status
-// bar. An item's icon takes its key for the normal picture, the key with "DIS" for the greyed
-// one and the key with "HOT" for the one under the mouse. Lives on the UI thread.
+// Icons of menus, toolbar and status bar, found by key; a "DIS" or "HOT" suffix on the key
+// gives the greyed and the hovered variants of the same icon. UI thread.
 class PictureList {
 public:
     // A null pixmap for an unknown key.

@@ -169,7 +169,12 @@ void frmBurn::buildControls() {
     cmdClose = new QPushButton(QStringLiteral("C&lose"), this);
     cmdClose->setObjectName(QStringLiteral("cmdClose"));
     cmdClose->setToolTip(QStringLiteral("Close"));
+    cmdCloseTray = new QPushButton(QStringLiteral("Close T&ray"), this);
+    cmdCloseTray->setObjectName(QStringLiteral("cmdCloseTray"));
+    cmdCloseTray->setToolTip(QStringLiteral("Put the disc back into the recorder"));
+    cmdCloseTray->setEnabled(false);
     auto *buttons = new QHBoxLayout;
+    buttons->addWidget(cmdCloseTray);
     buttons->addStretch(1);
     buttons->addWidget(cmdWrite);
     buttons->addWidget(cmdCancel);
@@ -209,6 +214,9 @@ void frmBurn::buildControls() {
     });
     connect(cmdClose, &QPushButton::clicked, this,
             [this] { ErrorTrap::run("cmdClose_Click", "frmBurn", [this] { cmdClose_Click(); }); });
+    connect(cmdCloseTray, &QPushButton::clicked, this, [this] {
+        ErrorTrap::run("cmdCloseTray_Click", "frmBurn", [this] { cmdCloseTray_Click(); });
+    });
     connect(tmrBurn, &QTimer::timeout, this,
             [this] { ErrorTrap::run("tmrBurn_Timer", "frmBurn", [this] { tmrBurn_Timer(); }); });
 }
@@ -242,7 +250,7 @@ void frmBurn::RefreshForm() {
 
 void frmBurn::optTest_Click() {
     cmdWrite->setText(QStringLiteral("&Test Write"));
-    // A test is followed by the real write, so closing everything makes no sense here.
+    // Shutting down after a test would skip the real write that must follow it.
     chkCloseWin->setEnabled(false);
     gblnIsTestWrite = true;
 }
@@ -270,6 +278,10 @@ void frmBurn::cmdWrite_Click() {
         if (cd->MediaType() == CDWriterPro::MediaNone) {
             MsgBox(QStringLiteral("Please Insert Writable Media before continuing!"), vbInformation,
                    information);
+            return;
+        }
+        if (cd->LastSessionStatus() == CDWriterPro::SessionIncomplete) {
+            MsgBox(OpenSessionMessage(), vbInformation, information);
             return;
         }
         if (cd->LastSessionStatus() == CDWriterPro::SessionClosed) {
@@ -309,7 +321,10 @@ void frmBurn::setDataOptions() {
     cd->setFinalizeDisc(chkFinalizeDisc->isChecked());
     cd->setCloseSession(true);
     cd->setISOFileSystem(chkUseJoliet->isChecked() ? 1 : 0);
-    cd->setVolumeIdentifier(gstrVolumeIdentifier);
+    // What the frame's box shows is what goes on the disc, also after this dialog was closed
+    // once and emptied the labels.
+    const QString shown = m_context.frame ? m_context.frame->volumeIdentifierText() : QString();
+    cd->setVolumeIdentifier(shown.isEmpty() ? gstrVolumeIdentifier : shown);
     cd->setApplicationIdentifier(gstrVolumeApplicationIdentifier);
     cd->setPublisherIdentifier(gstrVolumePublisher);
     cd->setSystemIdentifier(gstrVolumeSystemIdentifier);
@@ -356,6 +371,11 @@ void frmBurn::cmdCancel_Click() {
 
 void frmBurn::cmdClose_Click() {
     Unload();
+}
+
+void frmBurn::cmdCloseTray_Click() {
+    if (m_context.frame)
+        m_context.frame->runCommand(QStringLiteral("CLOSETRAY"));
 }
 
 void frmBurn::Unload() {
@@ -429,6 +449,7 @@ void frmBurn::Tessaly_PreparingToWrite() {
     prgTrackProgress->setValue(0);
     EnableFormWrite(false);
     cmdCancel->setEnabled(false);
+    cmdCloseTray->setEnabled(false);
 }
 
 void frmBurn::Tessaly_CachingStatus(qint16 nPercentComplete) {
@@ -466,7 +487,7 @@ void frmBurn::Tessaly_TrackWriteStatus(qint32 lTrackNumber, qint32 lBlocksWritte
     });
     if (intPercentTrackWritten) {
         passOver([&] { prgTrackProgress->setValue(*intPercentTrackWritten); });
-        // Caching leaves cancel off: it comes back once a percent of a track has gone out.
+        // Cancel stays off while caching and returns once one per cent of the track is written.
         if (*intPercentTrackWritten == 1)
             cmdCancel->setEnabled(true);
     }
@@ -503,11 +524,14 @@ void frmBurn::Tessaly_ClosingDisc() {
 
 void frmBurn::CDNotify1_Arrival() {
     cmdWrite->setEnabled(true);
+    cmdCloseTray->setEnabled(false);
     showAction(QStringLiteral("Disc inserted ready to write..."));
 }
 
 void frmBurn::CDNotify1_RemoveComplete() {
     cmdWrite->setEnabled(false);
+    // Not while a job runs: a disc pulled out mid-write ends the job first.
+    cmdCloseTray->setEnabled(gblnUnloadOk);
     showAction(QStringLiteral("Please insert the disc again..."));
 }
 
@@ -529,8 +553,14 @@ void frmBurn::offerRealWrite() {
     aniBurn->setAutoPlay(false);
     RefreshForm();
     optWrite->setChecked(true);
-    // The disc is out: the button comes back with the next disc.
-    cmdWrite->setEnabled(false);
+    // Ejected after the test: writing waits for a disc, and the tray button brings it back.
+    const bool discIn = m_context.engine->MediaType() != CDWriterPro::MediaNone;
+    cmdWrite->setEnabled(discIn);
+    cmdCloseTray->setEnabled(!discIn);
+    if (!discIn) {
+        showAction(QStringLiteral("Please insert the disc again..."));
+        cmdCloseTray->setFocus();
+    }
 }
 
 bool frmBurn::closeWindowsWhenFinished() const {

@@ -40,6 +40,9 @@ public:
     QPushButton *cmdWrite = nullptr;
     QPushButton *cmdCancel = nullptr;
     QPushButton *cmdClose = nullptr;
+    // Puts the disc back while the dialog waits for it; the frame's own button is out of reach
+    // behind this modal dialog.
+    QPushButton *cmdCloseTray = nullptr;
     QCheckBox *chkCloseWin = nullptr;
     QCheckBox *chkFinalizeDisc = nullptr;
     QCheckBox *chkUseJoliet = nullptr;
@@ -66,6 +69,7 @@ public:
     void cmdWrite_Click();
     void cmdCancel_Click();
     void cmdClose_Click();
+    void cmdCloseTray_Click();
     void tmrBurn_Timer();
 
     // The engine's progress and the drive's disc, as this dialog shows them.

@@ -1,5 +1,6 @@
 // The file browser: where it opens, its captions, its splitter, the Edit commands and drags;
 // and the box that starts a compilation.
+#include "Fixtures.h"
 #include "FrameFixture.h"
 #include "ScriptedAnswers.h"
 #include "TestEnvironment.h"
@@ -33,258 +34,229 @@ frmFiles *browser(int index = 0) {
     return qobject_cast<frmFiles *>(childWindows().at(index)->widget());
 }
 
-void touch(const QString &path) {
-    QFile f(path);
-    QVERIFY(f.open(QIODevice::WriteOnly));
-    f.write("x");
-}
-
 } // namespace
 
 class tst_FileBrowser : public QObject {
     Q_OBJECT
 private slots:
-    void opensWhereTheOptionsSay_data();
-    void opensWhereTheOptionsSay();
-    void missingFolderIsTakenAsItIs();
-    void captionFollowsFolderAndSelection();
-    void narrowBrowserGetsItsMinimumWidth();
-    void splitterKeepsBothPanes_data();
-    void splitterKeepsBothPanes();
-    void selectAllAndNone();
-    void moveUpNewFolderAndBrowse();
-    void dragCarriesFullPaths();
-    void chooserNeedsAChoice();
-    void chooserOpensTheCompilation_data();
-    void chooserOpensTheCompilation();
+    void opensWhereTheOptionsSay_data() {
+        QTest::addColumn<QString>("useLast"); // empty: the key is absent
+        QTest::addColumn<bool>("opensAtStart");
+        QTest::newRow("last folder by default") << QString() << false;
+        QTest::newRow("last folder") << "True" << false;
+        QTest::newRow("start folder") << "False" << true;
+    }
+
+    void opensWhereTheOptionsSay() {
+        QFETCH(QString, useLast);
+        QFETCH(bool, opensAtStart);
+        TestEnvironment env;
+        QTemporaryDir start, last;
+        QByteArray ini = "[General]\r\nFileBrowser Left=0\r\n[Directories]\r\n";
+        if (!useLast.isEmpty())
+            ini += "Last Used Directory=" + useLast.toLatin1() + "\r\n";
+        ini += "FileBrowser Start Dir=" + start.path().toLocal8Bit() + "\r\n";
+        ini += "FileBrowser Last Dir=" + last.path().toLocal8Bit() + "\r\n";
+        env.writeFile("Dat/tessaly.ini", ini);
+        QVERIFY(env.startProgram());
+        const QString expected = opensAtStart ? start.path() : last.path();
+        QCOMPARE(browser()->FileViewAdd->Path(), expected);
+        QCOMPARE(childWindows().first()->x(), 0);
+        // The folder is recorded at each close, whichever way the browser opened.
+        browser()->FileViewAdd->setPath(QDir::tempPath());
+        childWindows().first()->close();
+        settle();
+        QCOMPARE(sGetINI(env.iniFile(), "Directories", "FileBrowser Last Dir", "none"),
+                 QDir::tempPath());
+    }
+
+    void missingFolderIsTakenAsItIs() {
+        TestEnvironment env;
+        const QString gone = env.appFolder() + "/no such folder";
+        env.writeFile("Dat/tessaly.ini",
+                      "[Directories]\r\nFileBrowser Last Dir=" + gone.toLocal8Bit() + "\r\n");
+        QVERIFY(env.startProgram());
+        QCOMPARE(browser()->FileViewAdd->Path(), gone);
+        QCOMPARE(browser()->FileViewAdd->ItemCount(), 0);
+        QCOMPARE(browser()->windowTitle(), "File Browser [1]  " + gone);
+        // Select all over an empty list selects nothing and fails nothing.
+        frame()->runCommand("SELECTALL");
+        QVERIFY(browser()->FileViewAdd->selectedPaths().isEmpty());
+    }
+
+    void captionFollowsFolderAndSelection() {
+        TestEnvironment env;
+        QTemporaryDir dir;
+        Fixtures::writeFile(dir.filePath("a.txt"), "x");
+        env.writeFile("Dat/tessaly.ini",
+                      "[Directories]\r\nFileBrowser Last Dir=" + dir.path().toLocal8Bit() + "\r\n");
+        QVERIFY(env.startProgram());
+        frmFiles *b = browser();
+        QCOMPARE(b->windowTitle(), "File Browser [1]  " + dir.path());
+        QCOMPARE(b->mstrCaptionLoad, QStringLiteral("File Browser [1]"));
+        b->FolderViewAdd->setSelectedPath(QDir::tempPath());
+        QCOMPARE(b->windowTitle(), "File Browser [1]  " + QDir::tempPath());
+        QCOMPARE(b->FileViewAdd->Path(), QDir::tempPath());
+        b->FileViewAdd->setPath(dir.path());
+        QTRY_COMPARE(b->FileViewAdd->ItemCount(), 1);
+        b->FileViewAdd->setItemSelected(0, true);
+        QCOMPARE(b->windowTitle(), "File Browser [1]  " + dir.filePath("a.txt"));
+        // The subwindow shows the same caption.
+        QCOMPARE(childWindows().first()->windowTitle(), b->windowTitle());
+    }
+
+    void narrowBrowserGetsItsMinimumWidth() {
+        TestEnvironment env;
+        QVERIFY(env.startProgram());
+        QMdiSubWindow *w = childWindows().first();
+        w->resize(Twips::toPixels(2000), w->height());
+        QCOMPARE(w->width(), Twips::toPixels(3000));
+        w->resize(Twips::toPixels(4000), w->height());
+        QCOMPARE(w->width(), Twips::toPixels(4000));
+    }
+
+    void splitterKeepsBothPanes_data() {
+        QTest::addColumn<int>("dragTo"); // twips from the browser's inner left edge
+        QTest::addColumn<int>("barDuring");
+        QTest::addColumn<int>("paneAfter");
+        // The inner width is set to 6000 twips below.
+        QTest::newRow("far left") << 100 << 500 << 1500;
+        QTest::newRow("left under the pane minimum") << 900 << 900 << 1500;
+        QTest::newRow("middle") << 3000 << 3000 << 3000;
+        QTest::newRow("right under the pane minimum") << 5100 << 5100 << 4500;
+        QTest::newRow("far right") << 5900 << 5500 << 4500;
+    }
+
+    void splitterKeepsBothPanes() {
+        QFETCH(int, dragTo);
+        QFETCH(int, barDuring);
+        QFETCH(int, paneAfter);
+        TestEnvironment env;
+        QVERIFY(env.startProgram());
+        frmFiles *b = browser();
+        b->resize(Twips::toPixels(6000), Twips::toPixels(6000));
+        const int inner = b->innerWidth();
+        QCOMPARE(inner, Twips::fromPixels(Twips::toPixels(6000)));
+        const int handle = b->twipsLeft(b->imgSplitter);
+        b->imgSplitter_MouseDown(1, 0, 0, 0);
+        QVERIFY(b->picSplitter->isVisibleTo(b));
+        QVERIFY(b->mblnMoving);
+        b->imgSplitter_MouseMove(1, 0, dragTo - handle, 0);
+        QCOMPARE(b->twipsLeft(b->picSplitter), Twips::fromPixels(Twips::toPixels(barDuring)));
+        b->imgSplitter_MouseUp(1, 0, dragTo - handle, 0);
+        QVERIFY(!b->picSplitter->isVisibleTo(b));
+        QVERIFY(!b->mblnMoving);
+        QCOMPARE(b->FolderViewAdd->width(), Twips::toPixels(paneAfter));
+        QCOMPARE(b->imgSplitter->x(), Twips::toPixels(paneAfter));
+        // The list takes the rest, less the handle and a margin of 110.
+        QVERIFY(b->FileViewAdd->x() > b->FolderViewAdd->width());
+        QCOMPARE(Twips::fromPixels(b->FileViewAdd->x() + b->FileViewAdd->width()),
+                 Twips::fromPixels(Twips::toPixels(inner - 110)));
+    }
+
+    void moveUpNewFolderAndBrowse() {
+        TestEnvironment env;
+        ScriptedAnswers answers;
+        QTemporaryDir dir;
+        QVERIFY(QDir(dir.path()).mkpath("inner"));
+        QVERIFY(env.startProgram());
+        frmFiles *b = browser();
+        b->FileViewAdd->setPath(dir.filePath("inner"));
+        frame()->runCommand("MOVEUP");
+        QCOMPARE(b->FileViewAdd->Path(), dir.path());
+        frame()->runCommand("CREATENEWFOLDER");
+        frame()->runCommand("CREATENEWFOLDER");
+        QVERIFY(QFileInfo(dir.filePath("New Folder")).isDir());
+        QVERIFY(QFileInfo(dir.filePath("New Folder (2)")).isDir());
+        answers.answerFile(dir.filePath("inner"));
+        frame()->runCommand("BROWSEFOLDER");
+        QCOMPARE(answers.fileBoxes.size(), 1);
+        QCOMPARE(answers.fileBoxes[0].mode, FileBoxService::Mode::Folder);
+        QCOMPARE(answers.fileBoxes[0].initialDirectory, dir.path());
+        QCOMPARE(b->FileViewAdd->Path(), dir.filePath("inner"));
+        // A cancelled box leaves the browser where it was.
+        answers.answerFile(std::nullopt);
+        frame()->runCommand("BROWSEFOLDER");
+        QCOMPARE(b->FileViewAdd->Path(), dir.filePath("inner"));
+    }
+
+    void selectAllNoneAndDrag() {
+        TestEnvironment env;
+        QTemporaryDir dir;
+        for (const char *name : {"a song.wav", "b.txt", "c.txt"})
+            Fixtures::writeFile(dir.filePath(name), "x");
+        QVERIFY(QDir(dir.path()).mkdir("sub"));
+        QVERIFY(env.startProgram());
+        FileView *list = browser()->FileViewAdd;
+        list->setPath(dir.path());
+        QTRY_COMPARE(list->ItemCount(), 4);
+        frame()->runCommand("SELECTALL");
+        QCOMPARE(list->selectedPaths().size(), 4);
+        frame()->runCommand("SELECTNONE");
+        QVERIFY(list->selectedPaths().isEmpty());
+        // A drag carries the full paths of what is selected.
+        const QStringList chosen{dir.filePath("a song.wav"), dir.filePath("c.txt")};
+        for (int i = 0; i < list->ItemCount(); ++i)
+            list->setItemSelected(i, chosen.contains(list->ItemPath(i)));
+        std::unique_ptr<QMimeData> data(list->dragData());
+        QVERIFY(data->hasFormat("text/uri-list"));
+        QStringList paths;
+        for (const QUrl &url : data->urls())
+            paths.append(url.toLocalFile());
+        paths.sort();
+        QCOMPARE(paths, chosen);
+        QVERIFY(list->dragEnabled());
+    }
+
+    void chooserNeedsAChoice() {
+        TestEnvironment env;
+        QVERIFY(env.startProgram());
+        frame()->runCommand("NEW");
+        auto *box = frame()->findChild<frmChooseDiscType *>();
+        QVERIFY(box);
+        QVERIFY(box->isVisible());
+        QVERIFY(box->isModal());
+        QVERIFY(!box->optData->isChecked());
+        QVERIFY(!box->optAudio->isChecked());
+        QVERIFY(!box->cmdOK->isEnabled());
+        QVERIFY(box->lblDataCD->text().contains("files from your comouter."));
+        box->optAudio->click();
+        QVERIFY(box->cmdOK->isEnabled());
+        box->cmdCancel->click();
+        settle();
+        QVERIFY(!frame()->findChild<frmChooseDiscType *>());
+    }
+
+    void chooserOpensTheCompilation_data() {
+        QTest::addColumn<bool>("data");
+        QTest::addColumn<QStringList>("reached");
+        QTest::addColumn<bool>("labelsCleared");
+        QTest::newRow("data") << true << QStringList({"frmData", "ResetImage"}) << true;
+        QTest::newRow("audio") << false << QStringList({"frmAudio"}) << false;
+    }
+
+    void chooserOpensTheCompilation() {
+        QFETCH(bool, data);
+        QFETCH(QStringList, reached);
+        QFETCH(bool, labelsCleared);
+        TestEnvironment env;
+        QVERIFY(env.startProgram());
+        QStringList got;
+        for (const char *name : {"frmData", "frmAudio", "ResetImage", "frmSessionCheck"})
+            FormRegistry::add(name, [&got, name](QWidget *) { got.append(name); });
+        gstrVolumeIdentifier = "OLD";
+        gstrVolumeBiblioFileIdentifier = "OLD";
+        frmChooseDiscType box(frame());
+        (data ? box.optData : box.optAudio)->click();
+        box.cmdOK->click();
+        for (const char *name : {"frmData", "frmAudio", "ResetImage", "frmSessionCheck"})
+            FormRegistry::remove(name);
+        QCOMPARE(got, reached);
+        QCOMPARE(gstrVolumeIdentifier.isEmpty(), labelsCleared);
+        QCOMPARE(gstrVolumeBiblioFileIdentifier.isEmpty(), labelsCleared);
+        QCOMPARE(box.result(), int(QDialog::Accepted));
+    }
 };
-
-void tst_FileBrowser::opensWhereTheOptionsSay_data() {
-    QTest::addColumn<QString>("useLast"); // empty: the key is absent
-    QTest::addColumn<bool>("opensAtStart");
-    QTest::newRow("last folder by default") << QString() << false;
-    QTest::newRow("last folder") << "True" << false;
-    QTest::newRow("start folder") << "False" << true;
-}
-
-void tst_FileBrowser::opensWhereTheOptionsSay() {
-    QFETCH(QString, useLast);
-    QFETCH(bool, opensAtStart);
-    TestEnvironment env;
-    QTemporaryDir start, last;
-    QByteArray ini = "[General]\r\nFileBrowser Left=0\r\n[Directories]\r\n";
-    if (!useLast.isEmpty())
-        ini += "Last Used Directory=" + useLast.toLatin1() + "\r\n";
-    ini += "FileBrowser Start Dir=" + start.path().toLocal8Bit() + "\r\n";
-    ini += "FileBrowser Last Dir=" + last.path().toLocal8Bit() + "\r\n";
-    env.writeFile("Dat/tessaly.ini", ini);
-    QVERIFY(env.startProgram());
-    const QString expected = opensAtStart ? start.path() : last.path();
-    QCOMPARE(browser()->FileViewAdd->Path(), expected);
-    QCOMPARE(childWindows().first()->x(), 0);
-    // The folder is recorded at each close, whichever way the browser opened.
-    browser()->FileViewAdd->setPath(QDir::tempPath());
-    childWindows().first()->close();
-    settle();
-    QCOMPARE(sGetINI(env.iniFile(), "Directories", "FileBrowser Last Dir", "none"),
-             QDir::tempPath());
-}
-
-void tst_FileBrowser::missingFolderIsTakenAsItIs() {
-    TestEnvironment env;
-    const QString gone = env.appFolder() + "/no such folder";
-    env.writeFile("Dat/tessaly.ini",
-                  "[Directories]\r\nFileBrowser Last Dir=" + gone.toLocal8Bit() + "\r\n");
-    QVERIFY(env.startProgram());
-    QCOMPARE(browser()->FileViewAdd->Path(), gone);
-    QCOMPARE(browser()->FileViewAdd->ItemCount(), 0);
-    QCOMPARE(browser()->windowTitle(), "File Browser [1]  " + gone);
-    // Select all over an empty list selects nothing and fails nothing.
-    frame()->runCommand("SELECTALL");
-    QVERIFY(browser()->FileViewAdd->selectedPaths().isEmpty());
-}
-
-void tst_FileBrowser::captionFollowsFolderAndSelection() {
-    TestEnvironment env;
-    QTemporaryDir dir;
-    touch(dir.filePath("a.txt"));
-    env.writeFile("Dat/tessaly.ini",
-                  "[Directories]\r\nFileBrowser Last Dir=" + dir.path().toLocal8Bit() + "\r\n");
-    QVERIFY(env.startProgram());
-    frmFiles *b = browser();
-    QCOMPARE(b->windowTitle(), "File Browser [1]  " + dir.path());
-    QCOMPARE(b->mstrCaptionLoad, QStringLiteral("File Browser [1]"));
-    b->FolderViewAdd->setSelectedPath(QDir::tempPath());
-    QCOMPARE(b->windowTitle(), "File Browser [1]  " + QDir::tempPath());
-    QCOMPARE(b->FileViewAdd->Path(), QDir::tempPath());
-    b->FileViewAdd->setPath(dir.path());
-    QTRY_COMPARE(b->FileViewAdd->ItemCount(), 1);
-    b->FileViewAdd->setItemSelected(0, true);
-    QCOMPARE(b->windowTitle(), "File Browser [1]  " + dir.filePath("a.txt"));
-    // The subwindow shows the same caption.
-    QCOMPARE(childWindows().first()->windowTitle(), b->windowTitle());
-}
-
-void tst_FileBrowser::narrowBrowserGetsItsMinimumWidth() {
-    TestEnvironment env;
-    QVERIFY(env.startProgram());
-    QMdiSubWindow *w = childWindows().first();
-    w->resize(Twips::toPixels(2000), w->height());
-    QCOMPARE(w->width(), Twips::toPixels(3000));
-    w->resize(Twips::toPixels(4000), w->height());
-    QCOMPARE(w->width(), Twips::toPixels(4000));
-}
-
-void tst_FileBrowser::splitterKeepsBothPanes_data() {
-    QTest::addColumn<int>("dragTo"); // twips from the browser's inner left edge
-    QTest::addColumn<int>("barDuring");
-    QTest::addColumn<int>("paneAfter");
-    // The inner width is set to 6000 twips below.
-    QTest::newRow("far left") << 100 << 500 << 1500;
-    QTest::newRow("left under the pane minimum") << 900 << 900 << 1500;
-    QTest::newRow("middle") << 3000 << 3000 << 3000;
-    QTest::newRow("right under the pane minimum") << 5100 << 5100 << 4500;
-    QTest::newRow("far right") << 5900 << 5500 << 4500;
-}
-
-void tst_FileBrowser::splitterKeepsBothPanes() {
-    QFETCH(int, dragTo);
-    QFETCH(int, barDuring);
-    QFETCH(int, paneAfter);
-    TestEnvironment env;
-    QVERIFY(env.startProgram());
-    frmFiles *b = browser();
-    b->resize(Twips::toPixels(6000), Twips::toPixels(6000));
-    const int inner = b->innerWidth();
-    QCOMPARE(inner, Twips::fromPixels(Twips::toPixels(6000)));
-    const int handle = b->twipsLeft(b->imgSplitter);
-    b->imgSplitter_MouseDown(1, 0, 0, 0);
-    QVERIFY(b->picSplitter->isVisibleTo(b));
-    QVERIFY(b->mblnMoving);
-    b->imgSplitter_MouseMove(1, 0, dragTo - handle, 0);
-    QCOMPARE(b->twipsLeft(b->picSplitter), Twips::fromPixels(Twips::toPixels(barDuring)));
-    b->imgSplitter_MouseUp(1, 0, dragTo - handle, 0);
-    QVERIFY(!b->picSplitter->isVisibleTo(b));
-    QVERIFY(!b->mblnMoving);
-    QCOMPARE(b->FolderViewAdd->width(), Twips::toPixels(paneAfter));
-    QCOMPARE(b->imgSplitter->x(), Twips::toPixels(paneAfter));
-    // The list takes the rest, less the handle and a margin of 110.
-    QVERIFY(b->FileViewAdd->x() > b->FolderViewAdd->width());
-    QCOMPARE(Twips::fromPixels(b->FileViewAdd->x() + b->FileViewAdd->width()),
-             Twips::fromPixels(Twips::toPixels(inner - 110)));
-}
-
-void tst_FileBrowser::selectAllAndNone() {
-    TestEnvironment env;
-    QTemporaryDir dir;
-    for (const char *name : {"one.wav", "two.wav", "three.txt"})
-        touch(dir.filePath(name));
-    QVERIFY(QDir(dir.path()).mkdir("sub"));
-    QVERIFY(env.startProgram());
-    frmFiles *b = browser();
-    b->FileViewAdd->setPath(dir.path());
-    QTRY_COMPARE(b->FileViewAdd->ItemCount(), 4);
-    frame()->runCommand("SELECTALL");
-    QCOMPARE(b->FileViewAdd->selectedPaths().size(), 4);
-    frame()->runCommand("SELECTNONE");
-    QVERIFY(b->FileViewAdd->selectedPaths().isEmpty());
-}
-
-void tst_FileBrowser::moveUpNewFolderAndBrowse() {
-    TestEnvironment env;
-    ScriptedAnswers answers;
-    QTemporaryDir dir;
-    QVERIFY(QDir(dir.path()).mkpath("inner"));
-    QVERIFY(env.startProgram());
-    frmFiles *b = browser();
-    b->FileViewAdd->setPath(dir.filePath("inner"));
-    frame()->runCommand("MOVEUP");
-    QCOMPARE(b->FileViewAdd->Path(), dir.path());
-    frame()->runCommand("CREATENEWFOLDER");
-    frame()->runCommand("CREATENEWFOLDER");
-    QVERIFY(QFileInfo(dir.filePath("New Folder")).isDir());
-    QVERIFY(QFileInfo(dir.filePath("New Folder (2)")).isDir());
-    answers.answerFile(dir.filePath("inner"));
-    frame()->runCommand("BROWSEFOLDER");
-    QCOMPARE(answers.fileBoxes.size(), 1);
-    QCOMPARE(answers.fileBoxes[0].mode, FileBoxService::Mode::Folder);
-    QCOMPARE(answers.fileBoxes[0].initialDirectory, dir.path());
-    QCOMPARE(b->FileViewAdd->Path(), dir.filePath("inner"));
-    // A cancelled box leaves the browser where it was.
-    answers.answerFile(std::nullopt);
-    frame()->runCommand("BROWSEFOLDER");
-    QCOMPARE(b->FileViewAdd->Path(), dir.filePath("inner"));
-}
-
-void tst_FileBrowser::dragCarriesFullPaths() {
-    TestEnvironment env;
-    QTemporaryDir dir;
-    for (const char *name : {"a song.wav", "b.txt", "c.txt"})
-        touch(dir.filePath(name));
-    QVERIFY(env.startProgram());
-    FileView *list = browser()->FileViewAdd;
-    list->setPath(dir.path());
-    QTRY_COMPARE(list->ItemCount(), 3);
-    for (int i = 0; i < list->ItemCount(); ++i)
-        list->setItemSelected(i, !list->ItemPath(i).endsWith("b.txt"));
-    std::unique_ptr<QMimeData> data(list->dragData());
-    QVERIFY(data->hasFormat("text/uri-list"));
-    QStringList paths;
-    for (const QUrl &url : data->urls())
-        paths.append(url.toLocalFile());
-    paths.sort();
-    QCOMPARE(paths, QStringList({dir.filePath("a song.wav"), dir.filePath("c.txt")}));
-    QVERIFY(list->dragEnabled());
-}
-
-void tst_FileBrowser::chooserNeedsAChoice() {
-    TestEnvironment env;
-    QVERIFY(env.startProgram());
-    frame()->runCommand("NEW");
-    auto *box = frame()->findChild<frmChooseDiscType *>();
-    QVERIFY(box);
-    QVERIFY(box->isVisible());
-    QVERIFY(box->isModal());
-    QVERIFY(!box->optData->isChecked());
-    QVERIFY(!box->optAudio->isChecked());
-    QVERIFY(!box->cmdOK->isEnabled());
-    QVERIFY(box->lblDataCD->text().contains("files from your comouter."));
-    box->optAudio->click();
-    QVERIFY(box->cmdOK->isEnabled());
-    box->cmdCancel->click();
-    settle();
-    QVERIFY(!frame()->findChild<frmChooseDiscType *>());
-}
-
-void tst_FileBrowser::chooserOpensTheCompilation_data() {
-    QTest::addColumn<bool>("data");
-    QTest::addColumn<QStringList>("reached");
-    QTest::addColumn<bool>("labelsCleared");
-    QTest::newRow("data") << true << QStringList({"frmData", "ResetImage"}) << true;
-    QTest::newRow("audio") << false << QStringList({"frmAudio"}) << false;
-}
-
-void tst_FileBrowser::chooserOpensTheCompilation() {
-    QFETCH(bool, data);
-    QFETCH(QStringList, reached);
-    QFETCH(bool, labelsCleared);
-    TestEnvironment env;
-    QVERIFY(env.startProgram());
-    QStringList got;
-    for (const char *name : {"frmData", "frmAudio", "ResetImage", "frmSessionCheck"})
-        FormRegistry::add(name, [&got, name](QWidget *) { got.append(name); });
-    gstrVolumeIdentifier = "OLD";
-    gstrVolumeBiblioFileIdentifier = "OLD";
-    frmChooseDiscType box(frame());
-    (data ? box.optData : box.optAudio)->click();
-    box.cmdOK->click();
-    for (const char *name : {"frmData", "frmAudio", "ResetImage", "frmSessionCheck"})
-        FormRegistry::remove(name);
-    QCOMPARE(got, reached);
-    QCOMPARE(gstrVolumeIdentifier.isEmpty(), labelsCleared);
-    QCOMPARE(gstrVolumeBiblioFileIdentifier.isEmpty(), labelsCleared);
-    QCOMPARE(box.result(), int(QDialog::Accepted));
-}
 
 QTEST_MAIN(tst_FileBrowser)
 #include "tst_filebrowser.moc"

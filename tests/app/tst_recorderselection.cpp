@@ -123,7 +123,7 @@ void tst_RecorderSelection::closingTheTrayShowsAWritableDisc() {
     mdiMain *f = frameOnImageRecorder();
     f->runCommand("CLOSETRAY");
     // A blank CD-R of 80 minutes: 360,000 blocks, 703 MB, at most 52 times 176 kB/s.
-    QCOMPARE(f->smartStatusBar->Item("STATUSIMG")->ImageKey(), QStringLiteral("MEDIA"));
+    QTRY_COMPARE(f->smartStatusBar->Item("STATUSIMG")->ImageKey(), QStringLiteral("MEDIA"));
     QVERIFY(f->aniRuler->FileName().endsWith("Dat/cdspin.gif"));
     QVERIFY(!f->linCDSize->isHidden());
     QCOMPARE(f->linCDSize->X1(), (703 - 5) * 10 + 100);
@@ -163,6 +163,7 @@ void tst_RecorderSelection::noWritableDisc() {
     QCOMPARE(qint32(glngCurrentDrive), f->Tessaly->DriveCount() - 1);
     if (how == "eject") {
         f->runCommand("CLOSETRAY");
+        QTRY_COMPARE(f->smartStatusBar->Item("STATUSIMG")->ImageKey(), QStringLiteral("MEDIA"));
         f->SmartMenu->Item("SESSION")->setEnabled(true);
         f->runCommand("EJECTCD");
     } else if (how == "closed") {
@@ -170,7 +171,7 @@ void tst_RecorderSelection::noWritableDisc() {
         f->CDNotify1->checkDrives();
         QCOMPARE(f->Tessaly->LastSessionStatus(), 3);
     }
-    QCOMPARE(f->smartStatusBar->Item("STATUSIMG")->ImageKey(), QStringLiteral("NOMEDIA"));
+    QTRY_COMPARE(f->smartStatusBar->Item("STATUSIMG")->ImageKey(), QStringLiteral("NOMEDIA"));
     QVERIFY(f->aniRuler->FileName().endsWith(animation));
     QVERIFY(f->aniRuler->isPlaying());
     QVERIFY(f->linCDSize->isHidden());

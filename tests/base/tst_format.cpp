@@ -10,97 +10,66 @@ private slots:
         QTest::addColumn<double>("value");
         QTest::addColumn<QString>("pattern");
         QTest::addColumn<QString>("expected");
-        // Track and percent numbers.
-        QTest::newRow("0# one digit") << 7.0 << "0#"
-                                      << "07";
-        QTest::newRow("0# two digits") << 42.0 << "0#"
-                                       << "42";
-        QTest::newRow("0# three digits") << 100.0 << "0#"
-                                         << "100";
-        QTest::newRow("0# zero") << 0.0 << "0#"
-                                 << "00";
-        // Whole numbers.
-        QTest::newRow("#0 zero") << 0.0 << "#0"
-                                 << "0";
-        QTest::newRow("#0 rounds") << 1234.5 << "#0"
-                                   << "1235";
-        QTest::newRow("# zero is empty") << 0.0 << "#"
-                                         << "";
-        QTest::newRow("# CD speed 8x") << 1411.0 / 176.0 << "#"
-                                       << "8";
-        QTest::newRow("# half away from zero") << 2.5 << "#"
-                                               << "3";
-        // DVD speeds.
-        QTest::newRow("#.0 16x") << 22160.0 / 1380.0 << "#.0"
-                                 << "16.1";
-        QTest::newRow("#.0 below one") << 0.5 << "#.0"
-                                       << ".5";
-        QTest::newRow("#.0 whole") << 4.0 << "#.0"
-                                   << "4.0";
-        QTest::newRow("#0.0 MB") << 702.84 << "#0.0"
-                                 << "702.8";
-        QTest::newRow("#0.0 zero") << 0.0 << "#0.0"
-                                   << "0.0";
-        // Image size.
-        QTest::newRow("##0.00") << 0.3 << "##0.00"
-                                << "0.30";
-        QTest::newRow("##0.00 decimal rounding") << 1.005 << "##0.00"
-                                                 << "1.01";
-        QTest::newRow("##0.00 large") << 4482.123 << "##0.00"
-                                      << "4482.12";
-        // File sizes in KB.
-        QTest::newRow("###,###,##0 small") << 12.4 << "###,###,##0"
-                                           << "12";
-        QTest::newRow("###,###,##0 thousands") << 1205.6 << "###,###,##0"
-                                               << "1,206";
-        QTest::newRow("###,###,##0 millions") << 1234567.0 << "###,###,##0"
-                                              << "1,234,567";
-        QTest::newRow("###,###,##0 beyond places") << 12345678901.0 << "###,###,##0"
-                                                   << "12,345,678,901";
-        QTest::newRow("###,###,##0 zero") << 0.0 << "###,###,##0"
-                                          << "0";
-        // Byte counts with blank separators.
-        QTest::newRow("blanks full") << 737280000.0 << "# ### ### ##0"
-                                     << "737 280 000";
-        QTest::newRow("blanks ten digits") << 4700000000.0 << "# ### ### ##0"
-                                           << "4 700 000 000";
-        QTest::newRow("blanks short") << 1234.0 << "# ### ### ##0"
-                                      << "1 234";
-        QTest::newRow("blanks zero") << 0.0 << "# ### ### ##0"
-                                     << "0";
-        QTest::newRow("negative") << -3.25 << "#0.0"
-                                  << "-3.3";
-        QTest::newRow("negative rounds to zero") << -0.01 << "#0.0"
-                                                 << "0.0";
+        // Track numbers, speeds, image and file sizes, byte counts as the windows show them.
+        const struct {
+            double value;
+            const char *pattern, *expected;
+        } rows[] = {
+            {7.0, "0#", "07"},
+            {100.0, "0#", "100"},
+            {0.0, "0#", "00"},
+            {0.0, "#0", "0"},
+            {1234.5, "#0", "1235"},
+            {0.0, "#", ""},
+            {1411.0 / 176.0, "#", "8"},
+            {2.5, "#", "3"},
+            {22160.0 / 1380.0, "#.0", "16.1"},
+            {0.5, "#.0", ".5"},
+            {4.0, "#.0", "4.0"},
+            {702.84, "#0.0", "702.8"},
+            {0.0, "#0.0", "0.0"},
+            {0.3, "##0.00", "0.30"},
+            {1.005, "##0.00", "1.01"},
+            {4482.123, "##0.00", "4482.12"},
+            {12.4, "###,###,##0", "12"},
+            {1205.6, "###,###,##0", "1,206"},
+            {1234567.0, "###,###,##0", "1,234,567"},
+            {12345678901.0, "###,###,##0", "12,345,678,901"},
+            {0.0, "###,###,##0", "0"},
+            {737280000.0, "# ### ### ##0", "737 280 000"},
+            {4700000000.0, "# ### ### ##0", "4 700 000 000"},
+            {1234.0, "# ### ### ##0", "1 234"},
+            {0.0, "# ### ### ##0", "0"},
+            {-3.25, "#0.0", "-3.3"},
+            {-0.01, "#0.0", "0.0"},
+        };
+        for (const auto &r : rows)
+            QTest::addRow("%s of %g", r.pattern, r.value) << r.value << r.pattern << r.expected;
     }
     void numbers() {
         QFETCH(double, value);
         QFETCH(QString, pattern);
-        QFETCH(QString, expected);
-        QCOMPARE(Format(value, pattern), expected);
+        QTEST(Format(value, pattern), "expected");
     }
 
     void dates_data() {
-        QTest::addColumn<QDateTime>("when");
         QTest::addColumn<QString>("pattern");
         QTest::addColumn<QString>("expected");
-        const QDateTime t(QDate(2026, 3, 7), QTime(9, 5, 4));
-        QTest::newRow("file date") << t << "YYYY/MM/DD hh:mm:ss"
+        QTest::newRow("file date") << "YYYY/MM/DD hh:mm:ss"
                                    << "2026/03/07 09:05:04";
-        QTest::newRow("ISO name date") << t << "YYYYMMDD"
+        QTest::newRow("ISO name date") << "YYYYMMDD"
                                        << "20260307";
-        QTest::newRow("ISO name time") << t << "hhmm"
+        QTest::newRow("ISO name time") << "hhmm"
                                        << "0905";
-        QTest::newRow("lower case") << t << "yyyy-mm-dd"
+        QTest::newRow("lower case") << "yyyy-mm-dd"
                                     << "2026-03-07";
-        QTest::newRow("literal text") << t << "at hh"
+        QTest::newRow("literal text") << "at hh"
                                       << "at 09";
     }
     void dates() {
-        QFETCH(QDateTime, when);
         QFETCH(QString, pattern);
-        QFETCH(QString, expected);
-        QCOMPARE(Format(VbDate::fromDateTime(when), pattern), expected);
+        const QDateTime t(QDate(2026, 3, 7), QTime(9, 5, 4));
+        QTEST(Format(VbDate::fromDateTime(t), pattern), "expected");
     }
 
     void durations_data() {
@@ -113,10 +82,9 @@ private slots:
     }
     void durations() {
         QFETCH(double, seconds);
-        QFETCH(QString, expected);
         const VbDate start = VbDate::fromDateTime(QDateTime(QDate(2026, 1, 1), QTime(23, 59, 0)));
         const VbDate end{start.days + seconds / 86400.0};
-        QCOMPARE(Format(end - start, QStringLiteral("hh:mm:ss")), expected);
+        QTEST(Format(end - start, QStringLiteral("hh:mm:ss")), "expected");
     }
 
     void dateSerials() {
@@ -125,8 +93,8 @@ private slots:
         QCOMPARE(VbDate::fromDateTime(QDateTime(QDate(1900, 1, 1), QTime(12, 0))).days, 2.5);
         const QDateTime t(QDate(2026, 11, 22), QTime(8, 30, 15));
         QCOMPARE(VbDate::fromDateTime(t).toDateTime(), t);
-        const double now = Now().days;
-        QVERIFY(now > 46000.0 && now < 60000.0);
+        const QDateTime now = QDateTime::currentDateTime();
+        QVERIFY(qAbs(Now().toDateTime().secsTo(now)) < 60);
     }
 };
 

@@ -1,5 +1,5 @@
-// Audio discs written disc at once on the Image Recorder, then ripped back bit for bit by
-// libcdio-paranoia and by the cd-paranoia program.
+// Audio discs written disc at once on the Image Recorder, then read by cd-info and ripped back
+// bit for bit by cd-paranoia.
 #include "EngineRig.h"
 #include "Fixtures.h"
 #include "ReadBack.h"
@@ -9,11 +9,6 @@
 #include <QFileInfo>
 #include <QTemporaryDir>
 #include <QTest>
-
-#include <cdio/paranoia/cdda.h>
-#include <cdio/paranoia/paranoia.h>
-
-#include <memory>
 
 using namespace Fixtures;
 
@@ -43,43 +38,6 @@ QList<Track> makeTracks(const QTemporaryDir &dir) {
                                    chunk("data", shuffled) + chunk("smpl", QByteArray(36, 0))));
     writeFile(tracks[2].path, cdWave(whole));
     return tracks;
-}
-
-struct DriveCloser {
-    void operator()(cdrom_drive_t *d) const { cdio_cddap_close(d); }
-};
-struct ParanoiaFree {
-    void operator()(cdrom_paranoia_t *p) const { cdio_paranoia_free(p); }
-};
-
-// Our own reading, as the ripper does it: paranoia over libcdio's BIN/CUE driver. Paranoia would
-// guess the byte order from the audio itself; an image is little-endian, so it is told.
-QList<QByteArray> ripWithLibrary(const QString &cue) {
-    QList<QByteArray> rips;
-    char *message = nullptr;
-    std::unique_ptr<cdrom_drive_t, DriveCloser> drive(
-        cdio_cddap_identify(cue.toLocal8Bit().constData(), CDDA_MESSAGE_FORGETIT, &message));
-    free(message);
-    if (!drive || cdio_cddap_open(drive.get()) != 0)
-        return rips;
-    drive->bigendianp = 0;
-    std::unique_ptr<cdrom_paranoia_t, ParanoiaFree> paranoia(cdio_paranoia_init(drive.get()));
-    paranoia_modeset(paranoia.get(), PARANOIA_MODE_FULL ^ PARANOIA_MODE_NEVERSKIP);
-    const int tracks = cdio_cddap_tracks(drive.get());
-    for (int t = 1; t <= tracks; ++t) {
-        const lsn_t first = cdio_cddap_track_firstsector(drive.get(), t);
-        const lsn_t last = cdio_cddap_track_lastsector(drive.get(), t);
-        QByteArray pcm;
-        paranoia_seek(paranoia.get(), first, SEEK_SET);
-        for (lsn_t s = first; s <= last; ++s) {
-            const int16_t *samples = paranoia_read(paranoia.get(), nullptr);
-            if (!samples)
-                break;
-            pcm.append(reinterpret_cast<const char *>(samples), Frame);
-        }
-        rips.append(pcm);
-    }
-    return rips;
 }
 
 } // namespace
@@ -166,14 +124,10 @@ void tst_AudioWrite::writeAndRipBack() {
     QCOMPARE(ReadBack::cdInfoTrackStarts(cue),
              QList<int>({0, second, third, third + tracks[2].blocks()}));
 
-    const QList<QByteArray> ours = ripWithLibrary(cue);
-    QCOMPARE(ours.size(), 3);
-    for (int i = 0; i < tracks.size(); ++i) {
-        const QByteArray expected = ReadBack::ripOfTrack(tracks[i].pcm, i + 1 == tracks.size());
-        QVERIFY2(ours[i] == expected, qPrintable(QStringLiteral("libcdio, track %1").arg(i + 1)));
-        QVERIFY2(ReadBack::cdParanoiaTrack(cue, i + 1, dir) == expected,
+    for (int i = 0; i < tracks.size(); ++i)
+        QVERIFY2(ReadBack::cdParanoiaTrack(cue, i + 1, dir) ==
+                     ReadBack::ripOfTrack(tracks[i].pcm, i + 1 == tracks.size()),
                  qPrintable(QStringLiteral("cd-paranoia, track %1").arg(i + 1)));
-    }
 }
 
 void tst_AudioWrite::testWriteLeavesDiscBlank() {
@@ -191,11 +145,13 @@ void tst_AudioWrite::testWriteLeavesDiscBlank() {
 }
 
 void tst_AudioWrite::cancelLeavesAnIncompleteSession() {
-    EngineRig rig;
+    // Held to 1x, the 16 seconds of audio outlast the cancel sent from the 1 % event.
+    EngineRig rig("CD-R 80", EngineRig::Audio, {"EmulateSpeed=1"});
     QTemporaryDir dir;
     const QList<Track> tracks = makeTracks(dir);
     for (int i = 0; i < tracks.size(); ++i)
         QVERIFY(rig.engine.AddAudioTrack(tracks[i].path, i + 1));
+    rig.engine.SetWriteSpeed(176);
     rig.probe.cancelAtOnePercent = true;
     QVERIFY(rig.write());
     QCOMPARE(rig.probe.endingEvent(), QStringLiteral("WriteCancelled"));
@@ -209,6 +165,7 @@ void tst_AudioWrite::cancelLeavesAnIncompleteSession() {
     rig.engine.MoveTray(false);
     rig.engine.MoveTray(true);
     rig.probe.cancelAtOnePercent = false;
+    EngineRig::setting("EmulateSpeed", "0");
     QVERIFY(rig.write());
     QCOMPARE(rig.probe.endingEvent(), QStringLiteral("WriteComplete"));
 }

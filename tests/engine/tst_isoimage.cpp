@@ -304,7 +304,8 @@ void tst_IsoImage::symlinkLoopEnds() {
     e.engine.AddISOFile("\\self", src.filePath("self"));
     QVERIFY(e.probe.added.isEmpty());
     e.engine.AddISODirectory("\\t", src.path() + "\\*.*");
-    QCOMPARE(e.probe.added, QStringList({"\\t", "\\t\\a", "\\t\\a\\file.txt"}));
+    // The link upward is recorded as a link; the one to itself leads nowhere and is left out.
+    QCOMPARE(e.probe.added, QStringList({"\\t", "\\t\\a", "\\t\\a\\back", "\\t\\a\\file.txt"}));
 }
 
 void tst_IsoImage::nameOver255BytesIsRefused() {

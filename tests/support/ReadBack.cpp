@@ -1,6 +1,8 @@
 #include "ReadBack.h"
 
 #include <QCryptographicHash>
+#include <QDir>
+#include <QDirIterator>
 #include <QFile>
 #include <QProcess>
 #include <QRegularExpression>
@@ -76,6 +78,32 @@ QByteArray isoinfoFile(const QString &image, const QString &path, bool rockRidge
         args.prepend("-R");
     const QByteArray bytes = run("isoinfo", args, &status);
     return status == 0 ? bytes : QByteArray("<isoinfo failed>");
+}
+
+QMap<QString, QByteArray> fileHashes(Tool tool, const QString &image, qint32 session) {
+    QTemporaryDir dir;
+    const QString at = QString::number(session), root = dir.filePath("x");
+    int status = -1;
+    if (tool == Tool::Bsdtar && QDir().mkpath(root))
+        run("bsdtar", {"-xf", image, "-C", root}, &status);
+    else
+        run("xorriso",
+            QStringList{"-osirrox", "on"} + indev(image, session) << "-extract"
+                                                                  << "/" << root,
+            &status);
+    QMap<QString, QByteArray> out;
+    for (QDirIterator it(root, QDir::Files | QDir::Hidden, QDirIterator::Subdirectories);
+         status == 0 && it.hasNext();) {
+        const QString path = it.next(), name = path.mid(root.size());
+        out.insert(name,
+                   tool != Tool::Isoinfo
+                       ? sha256(path)
+                       : QCryptographicHash::hash(
+                             run("isoinfo", {"-R", "-T", at, "-i", image, "-x", name}, &status),
+                             QCryptographicHash::Sha256)
+                             .toHex());
+    }
+    return status == 0 ? out : QMap<QString, QByteArray>();
 }
 
 QByteArray cdParanoiaTrack(const QString &cue, int track, QTemporaryDir &dir) {

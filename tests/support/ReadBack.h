@@ -2,6 +2,7 @@
 
 #include <QByteArray>
 #include <QList>
+#include <QMap>
 #include <QPair>
 #include <QString>
 #include <QStringList>
@@ -25,6 +26,11 @@ QByteArray xorrisoExtract(const QString &image, const QString &path, QTemporaryD
 QList<QPair<int, int>> xorrisoToc(const QString &image);
 // A file's bytes as isoinfo extracts them; "<isoinfo failed>" when it fails.
 QByteArray isoinfoFile(const QString &image, const QString &path, bool rockRidge = true);
+// Every regular file of the session at `session` ("/dir/name") with the SHA-256 of its bytes:
+// as xorriso extracts them, as isoinfo reads each of those, or as bsdtar extracts them (the
+// first session only). Empty when the tool failed.
+enum class Tool { Xorriso, Isoinfo, Bsdtar };
+QMap<QString, QByteArray> fileHashes(Tool tool, const QString &image, qint32 session = 0);
 // One track of an audio image ripped by cd-paranoia; "failed" when it fails.
 QByteArray cdParanoiaTrack(const QString &cue, int track, QTemporaryDir &dir);
 // The start of every track and of the lead-out of an audio image, in sectors, as cd-info

@@ -6,6 +6,7 @@
 #include "app/modMain.h"
 #include "base/App.h"
 #include "compilation/CompilationWindows.h"
+#include "ripping/ToolWindows.h"
 #include "widgets/DefaultInstance.h"
 #include "writing/WritingWindows.h"
 
@@ -37,6 +38,7 @@ void TestEnvironment::writeFile(const QString &relativeName, const QByteArray &b
 bool TestEnvironment::startProgram() {
     registerCompilationWindows();
     registerWritingWindows();
+    registerToolWindows();
     modMain::Main();
     if (!modMain::Started())
         return false;

@@ -7,7 +7,6 @@
 #include "Waits.h"
 #include "WriteRig.h"
 
-#include "EngineProbe.h"
 #include "app/frmChooseDiscType.h"
 #include "app/mdiMain.h"
 #include "app/modDeclarations.h"
@@ -50,149 +49,144 @@ QTreeWidgetItem *row(const frmData *data, const QString &key) {
 class tst_EndToEnd : public QObject {
     Q_OBJECT
 private slots:
-    void dataDiscFromTheWindow();
-};
+    void dataDiscFromTheWindow() {
+        WriteRig rig({}, 99);
+        QVERIFY(rig.started());
+        mdiMain *f = rig.frame();
 
-void tst_EndToEnd::dataDiscFromTheWindow() {
-    WriteRig rig({}, 99);
-    QVERIFY(rig.started());
-    mdiMain *f = rig.frame();
+        // The sources: a real folder tree and two loose files.
+        QTemporaryDir src;
+        const QList<std::pair<QString, QByteArray>> tree = {
+            {"Project/src/main.c", pseudoRandom(90 * 1024, 11)},
+            {"Project/src/util/helpers.h", pseudoRandom(3000, 12)},
+            {"Project/docs/readme.txt", pseudoRandom(700 * 1024, 13)},
+            {"photo.jpg", pseudoRandom(1200 * 1024, 14)},
+            {"notes.txt", pseudoRandom(5000, 15)},
+        };
+        for (const auto &[name, bytes] : tree)
+            writeFile(src.filePath(name), bytes);
 
-    // The sources: a real folder tree and two loose files.
-    QTemporaryDir src;
-    const QHash<QString, QByteArray> tree = {
-        {"Project/src/main.c", pseudoRandom(90 * 1024, 11)},
-        {"Project/src/util/helpers.h", pseudoRandom(3000, 12)},
-        {"Project/docs/readme.txt", pseudoRandom(700 * 1024, 13)},
-        {"photo.jpg", pseudoRandom(1200 * 1024, 14)},
-        {"notes.txt", pseudoRandom(5000, 15)},
-    };
-    for (auto it = tree.cbegin(); it != tree.cend(); ++it)
-        writeFile(src.filePath(it.key()), it.value());
+        // NEW, a data disc.
+        f->runCommand("NEW");
+        settle();
+        auto *chooser = f->findChild<frmChooseDiscType *>();
+        QVERIFY(chooser);
+        chooser->optData->click();
+        chooser->cmdOK->click();
+        settle();
+        frmData *data = DefaultInstance<frmData>::peek();
+        QVERIFY(data);
+        QCOMPARE(int(gblnDisctypeIsData), 0);
 
-    // NEW, a data disc.
-    f->runCommand("NEW");
-    settle();
-    auto *chooser = f->findChild<frmChooseDiscType *>();
-    QVERIFY(chooser);
-    chooser->optData->click();
-    chooser->cmdOK->click();
-    settle();
-    frmData *data = DefaultInstance<frmData>::peek();
-    QVERIFY(data);
-    QCOMPARE(int(gblnDisctypeIsData), 0);
+        drop(data->tvwDirectories,
+             {src.filePath("Project"), src.filePath("photo.jpg"), src.filePath("notes.txt")});
+        QCOMPARE(f->Tessaly->ISOFileCount(), 5);
 
-    drop(data->tvwDirectories,
-         {src.filePath("Project"), src.filePath("photo.jpg"), src.filePath("notes.txt")});
-    QCOMPARE(f->Tessaly->ISOFileCount(), 5);
+        // A folder and a file renamed through their labels.
+        QVERIFY(data->node("\\Project\\docs"));
+        rename(data->node("\\Project\\docs"), "Manuals");
+        QVERIFY(data->node("\\Project\\Manuals"));
+        data->tvwDirectories->setCurrentItem(data->node("\\"));
+        settle();
+        QTreeWidgetItem *notes = row(data, "\\notes.txt");
+        QVERIFY(notes);
+        rename(notes, "minutes.txt");
+        QVERIFY(row(data, "\\minutes.txt"));
 
-    // A folder and a file renamed through their labels.
-    QVERIFY(data->node("\\Project\\docs"));
-    rename(data->node("\\Project\\docs"), "Manuals");
-    QVERIFY(data->node("\\Project\\Manuals"));
-    data->tvwDirectories->setCurrentItem(data->node("\\"));
-    settle();
-    QTreeWidgetItem *notes = row(data, "\\notes.txt");
-    QVERIFY(notes);
-    rename(notes, "minutes.txt");
-    QVERIFY(row(data, "\\minutes.txt"));
+        // The labels, through their dialog.
+        QTimer::singleShot(0, [] {
+            auto *labels = qobject_cast<frmLabels *>(QApplication::activeModalWidget());
+            if (!labels)
+                return;
+            labels->txtVolumeLabel->setText("HOLIDAY_2026");
+            labels->txtVolumeApplication->setText("TESSALY");
+            labels->txtVolumePublisher->setText("ACME_PUBLISHING");
+            labels->txtDataPreparer->setText("QA_DESK");
+            labels->cmdOK->click();
+        });
+        f->runCommand("LABEL");
+        QCOMPARE(gstrVolumeIdentifier, QStringLiteral("HOLIDAY_2026"));
+        rig.boxes.clear();
 
-    // The labels, through their dialog.
-    QTimer::singleShot(0, [] {
-        auto *labels = qobject_cast<frmLabels *>(QApplication::activeModalWidget());
-        if (!labels)
-            return;
-        labels->txtVolumeLabel->setText("HOLIDAY_2026");
-        labels->txtVolumeApplication->setText("TESSALY");
-        labels->txtVolumePublisher->setText("ACME_PUBLISHING");
-        labels->txtDataPreparer->setText("QA_DESK");
-        labels->cmdOK->click();
-    });
-    f->runCommand("LABEL");
-    QCOMPARE(gstrVolumeIdentifier, QStringLiteral("HOLIDAY_2026"));
-    rig.boxes.clear();
+        // The test write: the dialog stays and offers the real write once the disc is back.
+        frmBurn *burn = rig.openDialog();
+        QVERIFY(burn);
+        QVERIFY(rig.writeAndWait(burn));
+        QCOMPARE(rig.ending, QStringLiteral("WriteComplete"));
+        QVERIFY(rig.boxes.isEmpty());
+        QCOMPARE(frmBurn::instance(), burn);
+        QCOMPARE(burn->cmdWrite->text(), QStringLiteral("&Write"));
+        QVERIFY(burn->optWrite->isChecked());
+        QVERIFY(!burn->cmdWrite->isEnabled());
+        QVERIFY(rig.trayDiscs().isEmpty());
+        QCOMPARE(rig.ejectedDiscs().size(), 1);
+        // The same disc back in, untouched by the test.
+        const QString descriptor =
+            QDir(ImageRecorder::ejectedFolder()).filePath(rig.ejectedDiscs().first());
+        QFile ejected(descriptor);
+        QVERIFY(ejected.open(QIODevice::ReadOnly));
+        QVERIFY(ejected.readAll().contains("Sessions=0"));
+        ejected.close();
+        for (const QString &name : QDir(ImageRecorder::ejectedFolder()).entryList(QDir::Files))
+            QVERIFY(QFile::rename(QDir(ImageRecorder::ejectedFolder()).filePath(name),
+                                  QDir(ImageRecorder::trayFolder()).filePath(name)));
+        f->runCommand("CLOSETRAY");
+        QTRY_VERIFY_WITH_TIMEOUT(burn->cmdWrite->isEnabled(), 10000);
+        QCOMPARE(f->Tessaly->DiscStatus(), int(CDWriterPro::DiscEmpty));
+        // The test write handed the labels to the engine.
+        QCOMPARE(f->Tessaly->VolumeIdentifier(), QStringLiteral("HOLIDAY_2026"));
 
-    // The test write: the dialog stays and offers the real write once the disc is back.
-    frmBurn *burn = rig.openDialog();
-    QVERIFY(burn);
-    QVERIFY(rig.writeAndWait(burn));
-    QCOMPARE(rig.ending, QStringLiteral("WriteComplete"));
-    QVERIFY(rig.boxes.isEmpty());
-    QCOMPARE(frmBurn::instance(), burn);
-    QCOMPARE(burn->cmdWrite->text(), QStringLiteral("&Write"));
-    QVERIFY(burn->optWrite->isChecked());
-    QVERIFY(!burn->cmdWrite->isEnabled());
-    QVERIFY(rig.trayDiscs().isEmpty());
-    QCOMPARE(rig.ejectedDiscs().size(), 1);
-    // The same disc back in, untouched by the test.
-    const QString descriptor =
-        QDir(ImageRecorder::ejectedFolder()).filePath(rig.ejectedDiscs().first());
-    QFile ejected(descriptor);
-    QVERIFY(ejected.open(QIODevice::ReadOnly));
-    QVERIFY(ejected.readAll().contains("Sessions=0"));
-    ejected.close();
-    for (const QString &name : QDir(ImageRecorder::ejectedFolder()).entryList(QDir::Files))
-        QVERIFY(QFile::rename(QDir(ImageRecorder::ejectedFolder()).filePath(name),
-                              QDir(ImageRecorder::trayFolder()).filePath(name)));
-    f->runCommand("CLOSETRAY");
-    QTRY_VERIFY_WITH_TIMEOUT(burn->cmdWrite->isEnabled(), 10000);
-    QCOMPARE(f->Tessaly->DiscStatus(), int(CDWriterPro::DiscEmpty));
-    // The test write handed the labels to the engine.
-    QCOMPARE(f->Tessaly->VolumeIdentifier(), QStringLiteral("HOLIDAY_2026"));
+        // The real write; the compilation can't be touched meanwhile.
+        QList<bool> listEnabled;
+        QObject::connect(f->Tessaly, &CDWriterPro::TrackWriteStatus, data,
+                         [&] { listEnabled.append(data->lvwImageFiles->isEnabled()); });
+        QVERIFY(rig.writeAndWait(burn));
+        QVERIFY(!listEnabled.isEmpty());
+        QVERIFY(!listEnabled.contains(true));
+        QVERIFY(data->lvwImageFiles->isEnabled());
+        QCOMPARE(rig.ending, QStringLiteral("WriteComplete"));
+        QCOMPARE(rig.boxes.size(), 1);
+        QCOMPARE(rig.boxes[0].prompt, "Burn process completed successfully at " + f->mstrSpeed +
+                                          ".\r\n\r\nEjecting disc...");
+        QVERIFY(!frmBurn::instance());
+        QVERIFY(rig.trayDiscs().isEmpty());
+        const QString image = rig.ejectedImage();
+        QVERIFY(QFileInfo::exists(image));
 
-    // The real write; the compilation can't be touched meanwhile.
-    QList<bool> listEnabled;
-    QObject::connect(f->Tessaly, &CDWriterPro::TrackWriteStatus, data,
-                     [&] { listEnabled.append(data->lvwImageFiles->isEnabled()); });
-    QVERIFY(rig.writeAndWait(burn));
-    QVERIFY(!listEnabled.isEmpty());
-    QVERIFY(!listEnabled.contains(true));
-    QVERIFY(data->lvwImageFiles->isEnabled());
-    QCOMPARE(rig.ending, QStringLiteral("WriteComplete"));
-    QCOMPARE(rig.boxes.size(), 1);
-    QCOMPARE(rig.boxes[0].prompt, "Burn process completed successfully at " + f->mstrSpeed +
-                                      ".\r\n\r\nEjecting disc...");
-    QVERIFY(!frmBurn::instance());
-    QVERIFY(rig.trayDiscs().isEmpty());
-    const QString image = rig.ejectedImage();
-    QVERIFY(QFileInfo::exists(image));
-
-    // Read by tools nobody here wrote: exactly the compiled tree with the new names.
-    QCOMPARE(ReadBack::xorrisoFiles(image, -1, "f"),
-             (QStringList{"/Project/Manuals/readme.txt", "/Project/src/main.c",
-                          "/Project/src/util/helpers.h", "/minutes.txt", "/photo.jpg"}));
-    QCOMPARE(
-        ReadBack::xorrisoFiles(image, -1, "d"),
-        (QStringList{"/", "/Project", "/Project/Manuals", "/Project/src", "/Project/src/util"}));
-    QTemporaryDir back;
-    ReadBack::run("xorriso",
-                  {"-osirrox", "on", "-indev", image, "-extract", "/", back.filePath("x")});
-    const QList<std::pair<QString, QString>> contents = {
-        {"Project/Manuals/readme.txt", "Project/docs/readme.txt"},
-        {"Project/src/main.c", "Project/src/main.c"},
-        {"Project/src/util/helpers.h", "Project/src/util/helpers.h"},
-        {"minutes.txt", "notes.txt"},
-        {"photo.jpg", "photo.jpg"},
-    };
-    for (const auto &[onDisc, source] : contents) {
-        QFile f(back.filePath("x/" + onDisc));
-        QVERIFY2(f.open(QIODevice::ReadOnly), qPrintable(onDisc));
-        QVERIFY2(f.readAll() == tree.value(source), qPrintable(onDisc));
+        // Read by tools nobody here wrote: exactly the compiled tree with the new names.
+        QCOMPARE(ReadBack::xorrisoFiles(image, -1, "f"),
+                 (QStringList{"/Project/Manuals/readme.txt", "/Project/src/main.c",
+                              "/Project/src/util/helpers.h", "/minutes.txt", "/photo.jpg"}));
+        QCOMPARE(ReadBack::xorrisoFiles(image, -1, "d"),
+                 (QStringList{"/", "/Project", "/Project/Manuals", "/Project/src",
+                              "/Project/src/util"}));
+        QTemporaryDir back;
+        const QList<std::pair<QString, QString>> contents = {
+            {"/Project/Manuals/readme.txt", "Project/docs/readme.txt"},
+            {"/Project/src/main.c", "Project/src/main.c"},
+            {"/Project/src/util/helpers.h", "Project/src/util/helpers.h"},
+            {"/minutes.txt", "notes.txt"},
+            {"/photo.jpg", "photo.jpg"},
+        };
+        for (const auto &[onDisc, source] : contents)
+            QCOMPARE(ReadBack::xorrisoExtract(image, onDisc, back),
+                     ReadBack::sha256(src.filePath(source)));
+        const QString info = QString::fromUtf8(ReadBack::run("isoinfo", {"-d", "-i", image}));
+        QVERIFY2(info.contains("Volume id: HOLIDAY_2026"), qPrintable(info));
+        QVERIFY2(info.contains("Application id: TESSALY"), qPrintable(info));
+        QVERIFY2(info.contains("Publisher id: ACME_PUBLISHING"), qPrintable(info));
+        QVERIFY2(info.contains("Data preparer id: QA_DESK"), qPrintable(info));
+        QVERIFY2(info.contains("Joliet"), qPrintable(info));
+        // The Joliet names a Windows reader sees carry the renames too.
+        const QString joliet =
+            QString::fromUtf8(ReadBack::run("isoinfo", {"-J", "-f", "-i", image}));
+        QVERIFY2(joliet.contains("/minutes.txt") && joliet.contains("/Project/Manuals/readme.txt"),
+                 qPrintable(joliet));
+        // The frame is at rest and the compilation still open for another disc.
+        QCOMPARE(DefaultInstance<frmData>::peek(), data);
+        QVERIFY(gblnUnloadOk);
     }
-    const QString info = QString::fromUtf8(ReadBack::run("isoinfo", {"-d", "-i", image}));
-    QVERIFY2(info.contains("Volume id: HOLIDAY_2026"), qPrintable(info));
-    QVERIFY2(info.contains("Application id: TESSALY"), qPrintable(info));
-    QVERIFY2(info.contains("Publisher id: ACME_PUBLISHING"), qPrintable(info));
-    QVERIFY2(info.contains("Data preparer id: QA_DESK"), qPrintable(info));
-    QVERIFY2(info.contains("Joliet"), qPrintable(info));
-    // The Joliet names a Windows reader sees carry the renames too.
-    const QString joliet = QString::fromUtf8(ReadBack::run("isoinfo", {"-J", "-f", "-i", image}));
-    QVERIFY2(joliet.contains("/minutes.txt") && joliet.contains("/Project/Manuals/readme.txt"),
-             qPrintable(joliet));
-    // The frame is at rest and the compilation still open for another disc.
-    QCOMPARE(DefaultInstance<frmData>::peek(), data);
-    QVERIFY(gblnUnloadOk);
-}
+};
 
 QTEST_MAIN(tst_EndToEnd)
 #include "tst_endtoend.moc"

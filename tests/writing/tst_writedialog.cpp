@@ -115,7 +115,7 @@ void tst_WriteDialog::openingState() {
     QVERIFY(burn->isVisible());
     QCOMPARE(burn->windowModality(), Qt::ApplicationModal);
     QCOMPARE(burn->windowTitle(), QStringLiteral("Write Disc..."));
-    // Opened and pressed at once, the dialog only tests: nothing is burnt by accident.
+    // Pressing the button straight away runs a test, never the real write.
     QVERIFY(burn->optTest->isChecked());
     QVERIFY(!burn->optWrite->isChecked());
     QCOMPARE(burn->cmdWrite->text(), QStringLiteral("&Test Write"));
@@ -343,8 +343,7 @@ void tst_WriteDialog::statusTextsInOrder() {
         QVERIFY(!gblnIsTestWrite);
         QCOMPARE(burn->lblActions->text(), QStringLiteral("Please insert the disc again..."));
         f->runCommand("CLOSETRAY");
-        QTest::qWait(50);
-        QVERIFY(burn->cmdWrite->isEnabled());
+        QTRY_VERIFY(burn->cmdWrite->isEnabled());
         QCOMPARE(burn->lblActions->text(), QStringLiteral("Disc inserted ready to write..."));
         // Nothing was burnt by the test.
         QVERIFY(QFileInfo(rig.ejectedImage()).size() == 0 ||
@@ -431,7 +430,7 @@ void tst_WriteDialog::driveFailureThenSecondWrite() {
 
     QDir(QFileInfo(rig.ejectedImage()).path()).removeRecursively();
     f->runCommand("CLOSETRAY");
-    QTest::qWait(50);
+    QTRY_COMPARE(f->smartStatusBar->Item("STATUSIMG")->ImageKey(), QStringLiteral("MEDIA"));
     gstrVolumeIdentifier = "SECOND";
     rig.boxes.clear();
     burn = rig.openDialog();

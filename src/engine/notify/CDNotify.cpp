@@ -18,7 +18,10 @@ CDNotify::CDNotify(CDWriterPro *engine, QObject *parent)
     if (engine) {
         for (qint32 i = 0; i < engine->DriveCount(); ++i)
             m_seen.append(engine->mediumIdentity(i));
-        connect(engine, &CDWriterPro::trayMoved, this, &CDNotify::checkDrives);
+        // Queued: MoveTray is called from inside write events, and the media events (with the
+        // frame's recalculation behind them) must not run nested in those handlers.
+        connect(engine, &CDWriterPro::trayMoved, this, &CDNotify::checkDrives,
+                Qt::QueuedConnection);
     }
     connect(m_udev, &UdevMediaWatcher::mediaChanged, this, [this] { check(Which::Physical); });
     m_trayPoll.setInterval(TrayPollMs);

@@ -9,10 +9,15 @@
 
 #include <QEventLoop>
 #include <QFileInfo>
+#include <QPointer>
 
 CDWriterProPrivate::CDWriterProPrivate(CDWriterPro *owner)
     : q(owner)
-    , tree(std::make_unique<IsoImageTree>()) {}
+    , tree(std::make_unique<IsoImageTree>()) {
+    tree->setNoticeSink([this](const QString &source, const QString &notice) {
+        emit q->SourceFileNotice(source, notice);
+    });
+}
 
 CDWriterProPrivate::~CDWriterProPrivate() {
     // A job still running is stopped and waited for: a worker is never left behind.
@@ -91,8 +96,11 @@ void CDWriterPro::SetLogging(bool enable, const QString &path) {
 // --- Drives and media -----------------------------------------------------------------------
 
 bool CDWriterPro::InitializeDrives(bool) {
-    if (d->drives.empty())
+    if (d->drives.empty()) {
+        // Once per run: what a crashed write left in the cache goes.
+        EngineJob::removeStaleCaches(App::pathOf(QStringLiteral("/Cache")));
         d->drives = DriveScanner::scan();
+    }
     return !d->drives.empty();
 }
 
@@ -296,11 +304,23 @@ IsoImageTree::StreamOptions CDWriterProPrivate::streamOptions() const {
     return options;
 }
 
-IsoImageTree::ItemSink CDWriterProPrivate::addedSink() {
-    return [this](const IsoImageTree::Item &i) {
-        emit q->ISOItemAdded(i.parentPath, i.destPath, i.name, i.sourcePath, i.isDirectory, i.date,
-                             i.size);
-    };
+bool CDWriterProPrivate::announce(const PendingItems &items, bool enumerate) {
+    const QPointer<CDWriterPro> alive(q);
+    const quint64 since = tree->epoch();
+    for (size_t n = 0; n < items.size(); ++n) {
+        IsoImageTree::Item i;
+        if (!tree->current(items.at(n), since, &i))
+            continue; // taken out (or replaced) by a handler of an earlier event
+        if (enumerate)
+            emit q->EnumISOItems(i.parentPath, i.destPath, i.name, i.sourcePath, i.isDirectory,
+                                 i.date, i.size);
+        else
+            emit q->ISOItemAdded(i.parentPath, i.destPath, i.name, i.sourcePath, i.isDirectory,
+                                 i.date, i.size);
+        if (!alive)
+            return false;
+    }
+    return true;
 }
 
 IsoImageTree::ReplaceQuestion CDWriterProPrivate::replaceQuestion() {
@@ -312,7 +332,7 @@ IsoImageTree::ReplaceQuestion CDWriterProPrivate::replaceQuestion() {
 }
 
 void CDWriterPro::ClearISOImage() {
-    if (d->jobRunning())
+    if (d->jobRunning() || d->tree->changing())
         return;
     // The identifiers belong to the engine, not to the image: they survive a reset.
     QString ids[IsoImageTree::IdentifierCount];
@@ -327,7 +347,9 @@ void CDWriterPro::ClearISOImage() {
 void CDWriterPro::AddISOFile(const QString &destPath, const QString &source) {
     if (d->jobRunning())
         return;
-    d->tree->addFile(destPath, source, d->useModifiedDate, d->addedSink(), d->replaceQuestion());
+    PendingItems added;
+    if (d->tree->addFile(destPath, source, d->useModifiedDate, added.sink(), d->replaceQuestion()))
+        d->announce(added, false);
 }
 
 void CDWriterPro::AddISODirectory(const QString &destPath, const QString &sourcePattern) {
@@ -343,8 +365,12 @@ void CDWriterPro::AddISODirectory(const QString &destPath, const QString &source
     }
     if (folder.isEmpty() && sourcePattern.startsWith(u'/'))
         folder = QStringLiteral("/");
-    d->tree->addDirectory(destPath, folder, d->useModifiedDate, d->addedSink(),
-                          d->replaceQuestion());
+    // The whole folder goes in first; its items are announced after, so that their handlers
+    // can change the image without pulling nodes from under the walk.
+    PendingItems added;
+    if (d->tree->addDirectory(destPath, folder, d->useModifiedDate, added.sink(),
+                              d->replaceQuestion()))
+        d->announce(added, false);
 }
 
 bool CDWriterPro::RemoveISOItem(const QString &destPath) {
@@ -370,10 +396,9 @@ bool CDWriterPro::RenameISODirectory(const QString &destPath, const QString &new
 }
 
 void CDWriterPro::ListISOItems(const QString &destPath) {
-    d->tree->list(destPath, [this](const IsoImageTree::Item &i) {
-        emit EnumISOItems(i.parentPath, i.destPath, i.name, i.sourcePath, i.isDirectory, i.date,
-                          i.size);
-    });
+    PendingItems listed;
+    d->tree->list(destPath, listed.sink());
+    d->announce(listed, true);
 }
 
 bool CDWriterPro::ImportLastSession(bool) {
@@ -384,7 +409,19 @@ bool CDWriterPro::ImportLastSession(bool) {
     // Only a data session in Mode 1 holds an ISO 9660 tree this engine can take over.
     if (!st.present() || st.lastSessionStart < 0 || st.lastSessionMode != 1)
         return false;
-    return d->tree->importSession(*r, st.lastSessionStart, d->addedSink(), d->replaceQuestion());
+    PendingItems added;
+    QStringList leftOut;
+    if (!d->tree->importSession(*r, st.lastSessionStart, st.sessionExtents, added.sink(),
+                                d->replaceQuestion(), &leftOut))
+        return false;
+    d->importRecorder = r;
+    d->importMedium = r->mediumIdentity();
+    const QPointer<CDWriterPro> alive(this);
+    if (!leftOut.isEmpty())
+        emit importedFilesMissing(leftOut);
+    if (alive)
+        d->announce(added, false);
+    return true;
 }
 
 // --- Audio tracks ---------------------------------------------------------------------------
@@ -459,6 +496,14 @@ bool CDWriterPro::FinishDisc(bool closeDisc) {
 
 // --- Jobs -----------------------------------------------------------------------------------
 
+bool CDWriterProPrivate::checkSources(EngineJob::Setup &setup) {
+    IsoImageTree::SourceCheck check = tree->checkSources();
+    setup.sourceError = check.fileError;
+    setup.sourceErrorPath = check.failedPath;
+    setup.sourceNotices = std::move(check.notices);
+    return check.fileError < 0;
+}
+
 bool CDWriterProPrivate::startJob(EngineJob::Setup setup, const ImageMaker &makeImage) {
     setup.plan.testWrite = testWrite;
     setup.plan.closeSession = closeSession;
@@ -520,6 +565,8 @@ bool CDWriterPro::WriteDisc() {
         setup.plan.startAddress = 0;
         return d->startJob(std::move(setup), {});
     }
+    if (d->tree->changing())
+        return false; // a folder is half added while its replace question is answered
     const MediumState st = r->medium();
     IsoImageTree::StreamOptions options;
     options.joliet = d->fileSystem == 1;
@@ -528,7 +575,29 @@ bool CDWriterPro::WriteDisc() {
     setup.kind = EngineJob::Kind::WriteImage;
     setup.recorder = r;
     setup.plan.startAddress = options.startBlock;
+    setup.refusal = d->refusal(*r, st);
+    if (setup.refusal.kind != JobOutcome::Completed)
+        return d->startJob(std::move(setup), {}); // ends with its WriteError, nothing laid out
+    if (!d->checkSources(setup))
+        return d->startJob(std::move(setup), {});
     return d->startJob(std::move(setup), [&] { return d->tree->makeStream(options, nullptr); });
+}
+
+JobOutcome CDWriterProPrivate::refusal(const Recorder &r, const MediumState &st) const {
+    // Past 99 sessions no drive or reader finds the disc's contents any more.
+    constexpr qint32 MaxSessions = 99;
+    if (st.present() && st.writtenSessions() >= MaxSessions)
+        return JobOutcome::driveFailure(
+            1050,
+            QStringLiteral("The disc holds %1 sessions, the most a disc can take").arg(MaxSessions),
+            QStringLiteral("5/72/05 NO MORE TRACK RESERVATIONS ALLOWED"));
+    // An imported session's files stay where they lie on their disc; on any other medium the
+    // new session would point at blocks that hold something else or nothing.
+    if (tree->hasImport() && (importRecorder != &r || r.mediumIdentity() != importMedium))
+        return JobOutcome::failed(
+            5, QStringLiteral("The compilation continues a session imported from another disc. "
+                              "Put that disc back, or import the session of this one."));
+    return JobOutcome::completed();
 }
 
 bool CDWriterPro::WriteISOFile(const QString &path) {
@@ -553,31 +622,43 @@ bool CDWriterPro::WriteISOFile(const QString &path) {
 }
 
 bool CDWriterPro::CreateISOFile(const QString &path) {
-    if (d->jobRunning() || path.isEmpty())
+    if (d->jobRunning() || d->tree->changing() || path.isEmpty())
+        return false;
+    // An ISO file holds every file's bytes: the imported ones are read from their disc, which
+    // must still be in its drive.
+    if (d->tree->hasImport() &&
+        (!d->importRecorder || d->importRecorder->mediumIdentity() != d->importMedium))
         return false;
     IsoImageTree::StreamOptions options;
     options.joliet = d->fileSystem == 1;
+    options.standalone = true;
     EngineJob::Setup setup;
     setup.kind = EngineJob::Kind::CreateIsoFile;
     setup.isoFile = path;
     setup.logPath = d->logging ? d->logPath : QString();
+    const bool sourcesGood = d->checkSources(setup);
     bool ok = false;
     QEventLoop loop;
+    // A handler served meanwhile may destroy the engine: its job and finisher go with it.
+    const QPointer<CDWriterPro> alive(this);
+    connect(this, &QObject::destroyed, &loop, &QEventLoop::quit);
     auto job = std::make_unique<EngineJob>(this, std::move(setup), [&](const JobOutcome &o) {
         d->job->wait();
         d->job.reset();
         ok = o.kind == JobOutcome::Completed;
         loop.quit();
     });
-    IsoLibrary::BurnSourcePtr image = d->tree->makeStream(options, nullptr);
-    if (!image)
-        return false;
-    job->setImage(std::move(image));
+    if (sourcesGood) {
+        IsoLibrary::BurnSourcePtr image = d->tree->makeStream(options, nullptr);
+        if (!image)
+            return false;
+        job->setImage(std::move(image));
+    }
     d->job = std::move(job);
     d->job->start();
     // The window stays alive meanwhile; CachingStatus arrives through this loop.
     loop.exec();
-    return ok;
+    return alive && ok;
 }
 
 void CDWriterPro::CancelWrite() {

@@ -4,6 +4,7 @@
 
 #include <QObject>
 #include <QString>
+#include <QStringList>
 #include <memory>
 
 class CDWriterProPrivate;
@@ -13,6 +14,18 @@ class CDWriterProPrivate;
 // own whose events are posted back, so every signal below is emitted on the UI thread, in
 // order, between messages. Methods report failure by their result or by an event, never by
 // throwing.
+//
+// The engine's rule:
+// - Every member is safe to call from inside any of its events, or refuses clearly. Items are
+//   announced (ISOItemAdded, EnumISOItems) after the change that made them is complete, so a
+//   handler may add, remove, rename or clear meanwhile; an item a handler took out is not
+//   announced any more. While a ReplaceImportedISOFile handler runs, the members that change
+//   the image refuse (false, or nothing done). While a job runs, the same members refuse. A
+//   handler may destroy the engine, also inside CreateISOFile, which then returns false.
+// - A write that can't produce a good disc fails before its first block: a 100th session, an
+//   imported session written onto another medium than its own, a medium that is too small.
+// - Success means the disc reads back right: an ISO file holds every file's bytes, imported
+//   ones included; imported files whose data never reached their disc are left out at import.
 class CDWriterPro : public QObject {
     Q_OBJECT
 public:
@@ -207,8 +220,14 @@ signals:
                     const QString &sSenseInfo);
     void EraseDiscStart();
     void EraseDiscComplete();
+    // A source file left out of the image (a link that leads nowhere, a named pipe) or taken
+    // differently from when it was added (it grew): its path and a sentence to show the user.
+    void SourceFileNotice(const QString &sSourceFilePath, const QString &sNotice);
     // The engine moved a tray: CDNotify looks at once instead of at its next poll.
     void trayMoved();
+    // ImportLastSession left these files out (destination paths): the directory lists them, but
+    // their data lies beyond what the session holds (a write cut short by a failure).
+    void importedFilesMissing(const QStringList &destPaths);
 
 private:
     std::unique_ptr<CDWriterProPrivate> d;

@@ -5,6 +5,10 @@
 
 #include <sndfile.h>
 
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
 #include <vector>
 
 namespace {
@@ -65,9 +69,23 @@ void WaveFile::close() {
 
 WaveFile::Status WaveFile::open(const QString &path) {
     close();
-    auto file = std::make_unique<QFile>(path);
-    if (!file->open(QIODevice::ReadOnly))
+    // Opened without waiting and taken only when it is a plain file: a FIFO in the wave's place
+    // would otherwise hold the caller in open() or read() for ever.
+    const int fd =
+        ::open(QFile::encodeName(path).constData(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY);
+    struct stat st {};
+    if (fd < 0)
         return Status::CannotOpen;
+    if (fstat(fd, &st) != 0 || !S_ISREG(st.st_mode)) {
+        ::close(fd);
+        return Status::CannotOpen;
+    }
+    fcntl(fd, F_SETFL, fcntl(fd, F_GETFL) & ~O_NONBLOCK);
+    auto file = std::make_unique<QFile>();
+    if (!file->open(fd, QIODevice::ReadOnly, QFileDevice::AutoCloseHandle)) {
+        ::close(fd);
+        return Status::CannotOpen;
+    }
     m_ownedDevice = std::move(file);
     const Status s = open(m_ownedDevice.get());
     if (s != Status::Ok)

@@ -8,12 +8,16 @@
 #include <QDateTime>
 #include <QFile>
 #include <QSet>
+#include <QStringDecoder>
 
 #include <algorithm>
 #include <atomic>
+#include <cerrno>
+#include <climits>
 #include <dirent.h>
 #include <optional>
 #include <sys/stat.h>
+#include <unistd.h>
 #include <vector>
 
 namespace {
@@ -47,6 +51,15 @@ bool validName(const QString &name) {
     const QByteArray utf8 = name.toUtf8();
     return !utf8.isEmpty() && utf8.size() <= 255 && !utf8.contains('/') && !name.contains(u'\\') &&
            utf8 != "." && utf8 != "..";
+}
+
+// The name a file system entry gets on the disc. Names that are not UTF-8 come mostly from old
+// archives and FAT sticks written in a Western code page: read as Latin-1, every byte becomes
+// one character, so "caf\xE9" is recorded as "café" and two such names never merge.
+QString diskName(const QByteArray &bytes) {
+    QStringDecoder utf8(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless);
+    const QString name = utf8(bytes);
+    return utf8.hasError() ? QString::fromLatin1(bytes) : name;
 }
 
 VbDate dateOf(time_t t) {
@@ -114,18 +127,31 @@ struct IsoImageTree::Walk {
             IsoNode *node = nullptr;
             std::optional<Item> item;
             QByteArray source;
+            QString name;
             QPair<dev_t, ino_t> id;
         };
         std::vector<Entry> entries(names.size());
         for (size_t i = names.size(); i-- > 0;) {
             Entry &entry = entries[i];
             entry.source = sourceDir + '/' + names[i];
+            entry.name = diskName(names[i]);
             struct stat st {};
-            if (stat(entry.source.constData(), &st) != 0)
-                continue; // vanished, or a dangling or looping link
-            const QString name = QFile::decodeName(names[i]);
+            if (lstat(entry.source.constData(), &st) != 0)
+                continue; // vanished since the folder was read
+            const QString &name = entry.name;
             const ItemSink keep = [&entry](const Item &item) { entry.item = item; };
-            if (S_ISREG(st.st_mode)) {
+            if (S_ISLNK(st.st_mode)) {
+                // A link is recorded as a link: following it would copy what it points at
+                // (a whole system through a few links), or loop.
+                struct stat target {};
+                if (stat(entry.source.constData(), &target) != 0) {
+                    tree.skipped(entry.source, errno == ELOOP
+                                                   ? QStringLiteral("a symbolic link that loops")
+                                                   : QStringLiteral("a symbolic link to nothing"));
+                    continue;
+                }
+                tree.linkNode(dir, destPath, name, entry.source, st, useModifiedDate, keep);
+            } else if (S_ISREG(st.st_mode)) {
                 tree.addFileNode(dir, destPath, name, entry.source, st, useModifiedDate, keep,
                                  replace);
             } else if (S_ISDIR(st.st_mode)) {
@@ -134,8 +160,12 @@ struct IsoImageTree::Walk {
                     continue; // a link back to a directory above
                 entry.node = reinterpret_cast<IsoNode *>(
                     tree.dirNode(dir, destPath, name, entry.source, st, useModifiedDate, keep));
+            } else {
+                // FIFOs, devices and sockets have no contents to record.
+                tree.skipped(entry.source, S_ISFIFO(st.st_mode)
+                                               ? QStringLiteral("a named pipe")
+                                               : QStringLiteral("a device or socket"));
             }
-            // FIFOs, devices and sockets have no contents to record.
         }
         // The events in name order, each folder's contents right after the folder.
         for (Entry &entry : entries) {
@@ -144,10 +174,8 @@ struct IsoImageTree::Walk {
             if (!entry.node)
                 continue;
             onPath.insert(entry.id);
-            addChildren(
-                reinterpret_cast<IsoDir *>(entry.node),
-                joinDest(destPath, QFile::decodeName(entry.source.mid(sourceDir.size() + 1))),
-                entry.source);
+            addChildren(reinterpret_cast<IsoDir *>(entry.node), joinDest(destPath, entry.name),
+                        entry.source);
             onPath.remove(entry.id);
         }
     }
@@ -159,7 +187,9 @@ IsoImageTree::IsoImageTree() {
 
 IsoImageTree::~IsoImageTree() = default;
 
-void IsoImageTree::clear() {
+bool IsoImageTree::clear() {
+    if (changing())
+        return false;
     m_sizer.settle();
     IsoLibrary::ensureStarted();
     IsoImage *raw = nullptr;
@@ -174,6 +204,31 @@ void IsoImageTree::clear() {
     m_imported = false;
     applyIdentifiers();
     changed();
+    ++m_epoch;
+    return true;
+}
+
+bool IsoImageTree::current(const Item &reported, quint64 since, Item *now) const {
+    if (since == m_epoch) {
+        *now = reported;
+        return true;
+    }
+    // Something left or moved meanwhile: the node must still stand at its path. The reference
+    // held on it means no other node can have taken its address.
+    if (!reported.node || find(reported.destPath) != reported.node)
+        return false;
+    *now = itemOf(reported.node);
+    return true;
+}
+
+bool IsoImageTree::ask(const ReplaceQuestion &replace, const QString &dest, const QString &source,
+                       const QString &name) {
+    if (!replace)
+        return false;
+    ++m_asking;
+    const bool yes = replace(dest, source, name);
+    --m_asking;
+    return yes;
 }
 
 void IsoImageTree::setIdentifier(Identifier id, const QString &value) {
@@ -241,8 +296,9 @@ IsoImageTree::Item IsoImageTree::itemOf(IsoNode *node) const {
     names.removeLast();
     item.parentPath = u'\\' + names.join(u'\\');
     item.isDirectory = iso_node_get_type(node) == LIBISO_DIR;
+    item.node = node;
     item.date = dateOf(iso_node_get_mtime(node));
-    if (item.isDirectory) {
+    if (item.isDirectory || iso_node_get_type(node) == LIBISO_SYMLINK) {
         void *data = nullptr;
         if (iso_node_get_xinfo(node, sourceXinfo, &data) == 1 && data)
             item.sourcePath = *static_cast<QString *>(data);
@@ -276,6 +332,7 @@ IsoDir *IsoImageTree::dirNode(IsoDir *parent, const QString &parentPath, const Q
     if (added) {
         Item item{parentPath, joinDest(parentPath, name),       name, QFile::decodeName(source),
                   true,       dateOf(iso_node_get_mtime(node)), 0};
+        item.node = node;
         added(item);
     }
     return dir;
@@ -298,12 +355,13 @@ bool IsoImageTree::addFileNode(IsoDir *parent, const QString &parentPath, const 
             iso_node_get_type(existing) != LIBISO_FILE ||
             SourceFileStream::sourcePath(iso_file_get_stream(reinterpret_cast<IsoFile *>(existing)))
                 .isEmpty();
-        if (imported && !(replace && replace(dest, sourcePath, name)))
+        if (imported && !ask(replace, dest, sourcePath, name))
             return false;
         iso_node_remove(existing);
         --m_files;
+        ++m_epoch;
     }
-    IsoStream *stream = SourceFileStream::create(sourcePath, qint64(st.st_size));
+    IsoStream *stream = SourceFileStream::create(source, qint64(st.st_size));
     if (!stream)
         return false;
     IsoFile *file = nullptr;
@@ -321,6 +379,7 @@ bool IsoImageTree::addFileNode(IsoDir *parent, const QString &parentPath, const 
         Item item{parentPath,        dest,  name,
                   sourcePath,        false, dateOf(iso_node_get_mtime(node)),
                   qint64(st.st_size)};
+        item.node = node;
         added(item);
     }
     return true;
@@ -343,6 +402,8 @@ IsoDir *IsoImageTree::ensureDirectory(const QString &destPath, bool useModifiedD
 
 bool IsoImageTree::addFile(const QString &destPath, const QString &source, bool useModifiedDate,
                            const ItemSink &added, const ReplaceQuestion &replace) {
+    if (changing())
+        return false;
     m_sizer.settle();
     QStringList parts = components(destPath);
     if (parts.isEmpty() || source.isEmpty())
@@ -363,6 +424,8 @@ bool IsoImageTree::addFile(const QString &destPath, const QString &source, bool 
 bool IsoImageTree::addDirectory(const QString &destPath, const QString &sourceDir,
                                 bool useModifiedDate, const ItemSink &added,
                                 const ReplaceQuestion &replace) {
+    if (changing())
+        return false;
     m_sizer.settle();
     const QByteArray local = QFile::encodeName(sourceDir);
     struct stat st {};
@@ -401,6 +464,8 @@ void IsoImageTree::countSubtree(IsoNode *node, int sign) {
 }
 
 bool IsoImageTree::remove(const QString &destPath, Item *removed) {
+    if (changing())
+        return false;
     m_sizer.settle();
     if (components(destPath).isEmpty())
         return false; // the root stays
@@ -412,11 +477,14 @@ bool IsoImageTree::remove(const QString &destPath, Item *removed) {
     countSubtree(node, -1);
     iso_node_remove(node);
     changed();
+    ++m_epoch;
     return true;
 }
 
 bool IsoImageTree::rename(const QString &destPath, const QString &newName, bool directory,
                           QString *newDestPath) {
+    if (changing())
+        return false;
     m_sizer.settle();
     IsoNode *node = components(destPath).isEmpty() ? nullptr : find(destPath);
     if (!node || (iso_node_get_type(node) == LIBISO_DIR) != directory || !validName(newName))
@@ -430,6 +498,7 @@ bool IsoImageTree::rename(const QString &destPath, const QString &newName, bool 
     if (newDestPath)
         *newDestPath = itemOf(node).destPath;
     changed();
+    ++m_epoch;
     return true;
 }
 
@@ -440,13 +509,13 @@ void IsoImageTree::list(const QString &destPath, const ItemSink &sink) const {
         return;
     for (IsoNode *child : childrenOf(reinterpret_cast<IsoDir *>(node))) {
         const auto type = iso_node_get_type(child);
-        if (type == LIBISO_DIR || type == LIBISO_FILE)
+        if (type == LIBISO_DIR || type == LIBISO_FILE || type == LIBISO_SYMLINK)
             sink(itemOf(child));
     }
 }
 
 void IsoImageTree::mergeInto(IsoDir *target, const QString &targetPath, IsoDir *from,
-                             const ReplaceQuestion &replace) {
+                             const ReplaceQuestion &replace, QSet<IsoNode *> &carried) {
     for (IsoNode *child : childrenOf(from)) {
         const QString name = QString::fromUtf8(iso_node_get_name(child));
         const QString dest = joinDest(targetPath, name);
@@ -456,22 +525,60 @@ void IsoImageTree::mergeInto(IsoDir *target, const QString &targetPath, IsoDir *
             const bool existingDir = iso_node_get_type(existing) == LIBISO_DIR;
             if (childDir && existingDir) {
                 mergeInto(reinterpret_cast<IsoDir *>(existing), dest,
-                          reinterpret_cast<IsoDir *>(child), replace);
+                          reinterpret_cast<IsoDir *>(child), replace, carried);
                 continue;
             }
             const QString source = itemOf(child).sourcePath;
-            if (childDir || existingDir || !(replace && replace(dest, source, name)))
+            if (childDir || existingDir || !ask(replace, dest, source, name))
                 continue; // the item added before gives way to the disc's
             iso_node_remove(existing);
         }
         iso_node_take(child);
         if (iso_dir_add_node(target, child, ISO_REPLACE_NEVER) < 0)
             iso_node_unref(child);
+        else
+            carried.insert(child);
     }
 }
 
-bool IsoImageTree::importSession(Recorder &recorder, qint32 startBlock, const ItemSink &added,
-                                 const ReplaceQuestion &replace) {
+void IsoImageTree::dropUnwritten(IsoDir *dir, const QList<QPair<qint32, qint32>> &written,
+                                 QStringList *leftOut) {
+    for (IsoNode *child : childrenOf(dir)) {
+        if (iso_node_get_type(child) == LIBISO_DIR) {
+            dropUnwritten(reinterpret_cast<IsoDir *>(child), written, leftOut);
+            continue;
+        }
+        if (iso_node_get_type(child) != LIBISO_FILE)
+            continue;
+        int count = 0;
+        iso_file_section *raw = nullptr;
+        if (iso_file_get_old_image_sections(reinterpret_cast<IsoFile *>(child), &count, &raw, 0) !=
+            1)
+            continue;
+        std::unique_ptr<iso_file_section, decltype(&free)> sections(raw, &free);
+        bool held = true;
+        for (int i = 0; i < count && held; ++i) {
+            const qint64 first = raw[i].block;
+            const qint64 end = first + (qint64(raw[i].size) + 2047) / 2048;
+            if (raw[i].size == 0)
+                continue;
+            held = std::any_of(written.begin(), written.end(), [&](const QPair<qint32, qint32> &s) {
+                return first >= s.first && end <= qint64(s.first) + s.second;
+            });
+        }
+        if (held)
+            continue;
+        if (leftOut)
+            leftOut->append(itemOf(child).destPath);
+        iso_node_remove(child);
+    }
+}
+
+bool IsoImageTree::importSession(Recorder &recorder, qint32 startBlock,
+                                 const QList<QPair<qint32, qint32>> &written, const ItemSink &added,
+                                 const ReplaceQuestion &replace, QStringList *leftOut) {
+    if (changing())
+        return false;
     m_sizer.settle();
     IsoLibrary::DataSourcePtr src = RecorderDataSource::create(recorder);
     IsoReadOpts *rawOpts = nullptr;
@@ -488,6 +595,8 @@ bool IsoImageTree::importSession(Recorder &recorder, qint32 startBlock, const It
     if (iso_image_import(rawImage, src.get(), rawOpts, &rawFeatures) < 0)
         return false;
     IsoLibrary::FeaturesPtr features(rawFeatures);
+    if (!written.isEmpty())
+        dropUnwritten(iso_image_get_root(rawImage), written, leftOut);
 
     // The disc's items become the image, with the items added before carried over.
     IsoLibrary::ImagePtr old = std::move(m_image);
@@ -502,32 +611,29 @@ bool IsoImageTree::importSession(Recorder &recorder, qint32 startBlock, const It
     int i = 0;
     for (const char *id : ids)
         m_ids[i++] = QString::fromUtf8(id ? id : "").trimmed();
-    m_files = 0;
-    m_directories = 0;
-    std::function<void(IsoDir *)> announce = [&](IsoDir *dir) {
+    QSet<IsoNode *> carried;
+    mergeInto(iso_image_get_root(rawImage), QStringLiteral("\\"), iso_image_get_root(old.get()),
+              replace, carried);
+    // The disc's items are reported once the tree is whole; those added before were already.
+    std::function<void(IsoDir *)> report = [&](IsoDir *dir) {
         for (IsoNode *child : childrenOf(dir)) {
             const auto type = iso_node_get_type(child);
-            if (type != LIBISO_DIR && type != LIBISO_FILE)
+            if ((type != LIBISO_DIR && type != LIBISO_FILE) || carried.contains(child))
                 continue;
             if (added)
                 added(itemOf(child));
-            if (type == LIBISO_DIR) {
-                ++m_directories;
-                announce(reinterpret_cast<IsoDir *>(child));
-            } else {
-                ++m_files;
-            }
+            if (type == LIBISO_DIR)
+                report(reinterpret_cast<IsoDir *>(child));
         }
     };
-    announce(iso_image_get_root(rawImage));
-    mergeInto(iso_image_get_root(rawImage), QStringLiteral("\\"), iso_image_get_root(old.get()),
-              replace);
+    report(iso_image_get_root(rawImage));
     m_files = 0;
     m_directories = 0;
     for (IsoNode *child : childrenOf(iso_image_get_root(rawImage)))
         countSubtree(child, 1);
     applyIdentifiers();
     changed();
+    ++m_epoch;
     return true;
 }
 
@@ -566,14 +672,31 @@ IsoLibrary::BurnSourcePtr IsoImageTree::layoutStream(const StreamOptions &option
     iso_write_opts_set_iso_level(raw, Level);
     iso_write_opts_set_rockridge(raw, 1);
     iso_write_opts_set_joliet(raw, options.joliet ? 1 : 0);
-    iso_write_opts_set_appendable(raw, m_imported ? 1 : 0);
-    iso_write_opts_set_ms_block(raw, uint32_t(std::max(0, options.startBlock)));
+    // A standalone image copies imported files; one that continues a disc points at them.
+    const bool appendable = m_imported && !options.standalone;
+    iso_write_opts_set_appendable(raw, appendable ? 1 : 0);
+    iso_write_opts_set_ms_block(raw,
+                                options.standalone ? 0 : uint32_t(std::max(0, options.startBlock)));
+    // Folders below the eighth level are moved into one folder, as other makers do; readers
+    // such as libarchive reject a disc whose moved folders lie loose in the root. Marked, the
+    // folder is hidden from Rock Ridge readers, who see every folder back in its place.
+    static char relocation[] = "rr_moved";
+    iso_write_opts_set_rr_reloc(raw, relocation, 1);
     if (options.sizeOnly)
         iso_write_opts_set_will_cancel(raw, 1);
     else
         iso_write_opts_set_fifo_size(raw, FifoBlocks);
     ::burn_source *src = nullptr;
+    IsoDir *root = iso_image_get_root(m_image.get());
+    IsoNode *ownFolder = nullptr;
+    const bool userHasOne = iso_dir_get_node(root, relocation, &ownFolder) == 1;
     const int r = iso_image_create_burn_source(m_image.get(), raw, &src);
+    // libisofs leaves the folder it made in the image tree: it would show in the window's list,
+    // and the next layout would find it there and no longer hide it. The stream being made
+    // keeps its own reference.
+    if (IsoNode *made = nullptr;
+        !userHasOne && iso_dir_get_node(root, relocation, &made) == 1 && made)
+        iso_node_remove(made);
     if (r < 0 || !src) {
         if (error)
             *error = QStringLiteral("The image could not be laid out (libisofs error %1: %2)")
@@ -582,6 +705,95 @@ IsoLibrary::BurnSourcePtr IsoImageTree::layoutStream(const StreamOptions &option
         return nullptr;
     }
     return IsoLibrary::BurnSourcePtr(reinterpret_cast<BurnSource *>(src));
+}
+
+void IsoImageTree::skipped(const QByteArray &source, const QString &what) {
+    if (m_notice)
+        m_notice(QFile::decodeName(source), QStringLiteral("%1 is %2: it is left out of the image.")
+                                                .arg(QFile::decodeName(source), what));
+}
+
+bool IsoImageTree::linkNode(IsoDir *parent, const QString &parentPath, const QString &name,
+                            const QByteArray &source, const struct stat &st, bool useModifiedDate,
+                            const ItemSink &added) {
+    if (!validName(name))
+        return false;
+    std::vector<char> target(size_t(st.st_size > 0 ? st.st_size : PATH_MAX) + 1);
+    const ssize_t n = readlink(source.constData(), target.data(), target.size() - 1);
+    if (n <= 0)
+        return false;
+    target[size_t(n)] = '\0';
+    IsoSymlink *link = nullptr;
+    const QByteArray utf8 = name.toUtf8();
+    IsoNode *existing = nullptr;
+    if (iso_dir_get_node(parent, utf8.constData(), &existing) == 1)
+        return false; // an item of that name came first
+    if (iso_image_add_new_symlink(m_image.get(), parent, utf8.constData(), target.data(), &link) <
+            0 ||
+        !link)
+        return false;
+    auto *node = reinterpret_cast<IsoNode *>(link);
+    setAttributes(node, st, false, useModifiedDate);
+    iso_node_set_permissions(node, 0777);
+    iso_node_add_xinfo(node, sourceXinfo, new QString(QFile::decodeName(source)));
+    ++m_files;
+    changed();
+    if (added) {
+        Item item{parentPath, joinDest(parentPath, name),       name, QFile::decodeName(source),
+                  false,      dateOf(iso_node_get_mtime(node)), 0};
+        item.node = node;
+        added(item);
+    }
+    return true;
+}
+
+IsoImageTree::SourceCheck IsoImageTree::checkSources() {
+    m_sizer.settle();
+    SourceCheck check;
+    std::function<bool(IsoDir *)> walk = [&](IsoDir *dir) {
+        for (IsoNode *child : childrenOf(dir)) {
+            if (iso_node_get_type(child) == LIBISO_DIR) {
+                if (!walk(reinterpret_cast<IsoDir *>(child)))
+                    return false;
+                continue;
+            }
+            if (iso_node_get_type(child) != LIBISO_FILE)
+                continue;
+            IsoFile *file = reinterpret_cast<IsoFile *>(child);
+            IsoStream *stream = iso_file_get_stream(file);
+            if (!SourceFileStream::isSourceStream(stream))
+                continue; // imported: its blocks are on the disc
+            const QString path = SourceFileStream::sourcePath(stream);
+            const qint64 added = qint64(iso_file_get_size(file));
+            qint64 now = 0;
+            switch (SourceFileStream::inspect(stream, &now)) {
+            case SourceFileStream::SourceState::Same:
+                break;
+            case SourceFileStream::SourceState::Grew:
+                SourceFileStream::resize(stream, now);
+                changed();
+                check.notices.append(
+                    {path, QStringLiteral("%1 grew from %2 to %3 bytes since it was added: it "
+                                          "is written whole, at its new size.")
+                               .arg(path)
+                               .arg(added)
+                               .arg(now)});
+                break;
+            case SourceFileStream::SourceState::Shrunk:
+                check.fileError = 2;
+                check.failedPath = path;
+                return false;
+            case SourceFileStream::SourceState::Missing:
+            case SourceFileStream::SourceState::NotRegular:
+                check.fileError = 0;
+                check.failedPath = path;
+                return false;
+            }
+        }
+        return true;
+    };
+    walk(iso_image_get_root(m_image.get()));
+    return check;
 }
 
 qint64 IsoImageTree::imageBlocks(const StreamOptions &options, bool imageHeld) {

@@ -5,7 +5,11 @@
 
 #include "base/VbDate.h"
 
+#include <QList>
+#include <QPair>
+#include <QSet>
 #include <QString>
+#include <QStringList>
 
 #include <functional>
 
@@ -25,6 +29,9 @@ public:
         bool isDirectory = false;
         VbDate date;
         qint64 size = 0;
+        // The node behind the item while the call that reports it runs; PendingItems keeps it
+        // alive beyond that.
+        IsoNode *node = nullptr;
     };
     enum Identifier {
         Volume,
@@ -43,9 +50,21 @@ public:
         bool joliet = true;
         qint32 startBlock = 0; // the address the image is laid out for (multisession)
         bool sizeOnly = false;
+        // An image on its own (an ISO file): imported files are copied whole from the disc
+        // rather than left where they lie on it.
+        bool standalone = false;
     };
 
     using ItemSink = std::function<void(const Item &)>;
+    // Told of a source that is left out or taken differently: its path and a sentence.
+    using NoticeSink = std::function<void(const QString &source, const QString &notice)>;
+    // What a look at every source file before a write found. Files that grew are laid out at
+    // their new size and told of; the first missing, replaced or shrunk one fails the write.
+    struct SourceCheck {
+        qint32 fileError = -1; // 0 opening, 2 reading; -1 all good
+        QString failedPath;
+        QList<QPair<QString, QString>> notices; // source, sentence
+    };
     // Asked when a path being added holds an imported file: true replaces it.
     using ReplaceQuestion =
         std::function<bool(const QString &destPath, const QString &source, const QString &name)>;
@@ -55,7 +74,17 @@ public:
 
     static constexpr qint32 Level = 3;
 
-    void clear();
+    // While the engine waits for the answer to a replace question, the members that change the
+    // tree refuse (false, or nothing done): the walk asking holds nodes that must stay.
+    bool changing() const { return m_asking > 0; }
+    // Counts the changes that can take an item out of the image or move it (removals,
+    // replacements, renames, resets, imports); additions leave it as it is.
+    quint64 epoch() const { return m_epoch; }
+    // Whether an item reported while the epoch was `since` is still in the image at its path,
+    // and what it is now.
+    bool current(const Item &reported, quint64 since, Item *now) const;
+
+    bool clear();
     bool addFile(const QString &destPath, const QString &source, bool useModifiedDate,
                  const ItemSink &added, const ReplaceQuestion &replace);
     bool addDirectory(const QString &destPath, const QString &sourceDir, bool useModifiedDate,
@@ -64,11 +93,16 @@ public:
     bool rename(const QString &destPath, const QString &newName, bool directory,
                 QString *newDestPath);
     void list(const QString &destPath, const ItemSink &sink) const;
+    void setNoticeSink(NoticeSink sink) { m_notice = std::move(sink); }
+    SourceCheck checkSources();
 
     // Reads the session that starts at `startBlock` of the recorder's medium into the tree.
-    // Items already added stay; the identifiers become the disc's.
-    bool importSession(Recorder &recorder, qint32 startBlock, const ItemSink &added,
-                       const ReplaceQuestion &replace);
+    // Items already added stay; the identifiers become the disc's. Files whose data lies
+    // outside `written` (the blocks each session really holds, when known) never reached the
+    // disc: they are left out and their paths given in `leftOut`.
+    bool importSession(Recorder &recorder, qint32 startBlock,
+                       const QList<QPair<qint32, qint32>> &written, const ItemSink &added,
+                       const ReplaceQuestion &replace, QStringList *leftOut);
     bool hasImport() const { return m_imported; }
 
     QString identifier(Identifier id) const { return m_ids[id]; }
@@ -99,8 +133,13 @@ private:
     IsoDir *dirNode(IsoDir *parent, const QString &parentPath, const QString &name,
                     const QByteArray &source, const struct stat &st, bool useModifiedDate,
                     const ItemSink &added);
+    bool linkNode(IsoDir *parent, const QString &parentPath, const QString &name,
+                  const QByteArray &source, const struct stat &st, bool useModifiedDate,
+                  const ItemSink &added);
+    void skipped(const QByteArray &source, const QString &what);
+    // Moves the items of `from` into `target`; `carried` gets the nodes moved.
     void mergeInto(IsoDir *target, const QString &targetPath, IsoDir *from,
-                   const ReplaceQuestion &replace);
+                   const ReplaceQuestion &replace, QSet<IsoNode *> &carried);
     IsoNode *find(const QString &destPath) const;
     IsoDir *ensureDirectory(const QString &destPath, bool useModifiedDate, const ItemSink &added);
     Item itemOf(IsoNode *node) const;
@@ -108,12 +147,19 @@ private:
     void rememberSize(const StreamOptions &options, quint64 generation, qint64 blocks);
     void countSubtree(IsoNode *node, int sign);
     void applyIdentifiers();
+    bool ask(const ReplaceQuestion &replace, const QString &dest, const QString &source,
+             const QString &name);
+    void dropUnwritten(IsoDir *dir, const QList<QPair<qint32, qint32>> &written,
+                       QStringList *leftOut);
 
     IsoLibrary::ImagePtr m_image;
+    NoticeSink m_notice;
     QString m_ids[IdentifierCount];
     qint32 m_files = 0;
     qint32 m_directories = 0;
     bool m_imported = false;
+    qint32 m_asking = 0;
+    quint64 m_epoch = 0;
     quint64 m_generation = 0;
     quint64 m_sizeGeneration = ~quint64(0);
     bool m_sizeJoliet = false;

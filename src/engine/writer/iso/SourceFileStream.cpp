@@ -64,7 +64,8 @@ int streamOpen(IsoStream *stream) {
     SourceData *s = dataOf(stream);
     if (s->fd >= 0)
         return ISO_FILE_ALREADY_OPENED;
-    s->fd = ::open(s->path.constData(), O_RDONLY | O_CLOEXEC);
+    // Non-blocking, so that a FIFO put in the file's place can't hold the job in open().
+    s->fd = ::open(s->path.constData(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY);
     s->offset = 0;
     s->aheadPos = 0;
     s->aheadLen = 0;
@@ -79,6 +80,7 @@ int streamOpen(IsoStream *stream) {
         report(0, s);
         return ISO_FILE_ERROR;
     }
+    fcntl(s->fd, F_SETFL, fcntl(s->fd, F_GETFL) & ~O_NONBLOCK);
     if (SourceReadObserver *o = g_observer.load())
         o->fileOpened(QFile::decodeName(s->path));
     return ISO_SUCCESS;
@@ -140,6 +142,13 @@ int streamRead(IsoStream *stream, void *buf, size_t count) {
         s->offset += n;
         got += n;
     }
+    if (got > 0 && s->offset == s->size) {
+        // The last byte laid out: a file that has more now is told of, not cut silently.
+        struct stat st {};
+        if (fstat(s->fd, &st) == 0 && st.st_size > s->size)
+            if (SourceReadObserver *o = g_observer.load())
+                o->fileGrew(QFile::decodeName(s->path), s->size, qint64(st.st_size));
+    }
     return int(got);
 }
 
@@ -185,13 +194,13 @@ IsoStreamIface g_class = {
 
 } // namespace
 
-IsoStream *SourceFileStream::create(const QString &path, qint64 size) {
+IsoStream *SourceFileStream::create(const QByteArray &localPath, qint64 size) {
     auto *block = static_cast<StreamBlock *>(malloc(sizeof(StreamBlock)));
     if (!block)
         return nullptr;
     StreamLayout *layout = &block->layout;
     auto *data = new SourceData;
-    data->path = QFile::encodeName(path);
+    data->path = localPath;
     data->size = size;
     block->serial = g_serial.fetch_add(1);
     layout->klass = &g_class;
@@ -200,10 +209,30 @@ IsoStream *SourceFileStream::create(const QString &path, qint64 size) {
     return reinterpret_cast<IsoStream *>(layout);
 }
 
+bool SourceFileStream::isSourceStream(IsoStream *stream) {
+    return stream && reinterpret_cast<StreamLayout *>(stream)->klass == &g_class;
+}
+
 QString SourceFileStream::sourcePath(IsoStream *stream) {
-    if (!stream || reinterpret_cast<StreamLayout *>(stream)->klass != &g_class)
-        return QString();
-    return QFile::decodeName(dataOf(stream)->path);
+    return isSourceStream(stream) ? QFile::decodeName(dataOf(stream)->path) : QString();
+}
+
+SourceFileStream::SourceState SourceFileStream::inspect(IsoStream *stream, qint64 *now) {
+    const SourceData *s = dataOf(stream);
+    struct stat st {};
+    if (::stat(s->path.constData(), &st) != 0)
+        return SourceState::Missing;
+    if (!S_ISREG(st.st_mode))
+        return SourceState::NotRegular;
+    if (now)
+        *now = qint64(st.st_size);
+    if (st.st_size < s->size)
+        return SourceState::Shrunk;
+    return st.st_size > s->size ? SourceState::Grew : SourceState::Same;
+}
+
+void SourceFileStream::resize(IsoStream *stream, qint64 size) {
+    dataOf(stream)->size = size;
 }
 
 void SourceFileStream::setObserver(SourceReadObserver *observer) {

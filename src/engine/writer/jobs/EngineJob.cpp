@@ -10,6 +10,8 @@
 #include <QElapsedTimer>
 #include <QThread>
 
+#include <cerrno>
+#include <csignal>
 #include <vector>
 
 namespace {
@@ -158,25 +160,32 @@ void EngineJob::run() {
                 .arg(m_setup.trackMode)
                 .arg(p.burnProof)
                 .arg(p.speed));
+    for (const auto &[path, sentence] : m_setup.sourceNotices)
+        notice(path, sentence);
     JobOutcome outcome;
-    switch (m_setup.kind) {
-    case Kind::CreateIsoFile:
-        outcome = runCreate();
-        break;
-    case Kind::WriteAudio:
-        outcome = runAudio();
-        break;
-    case Kind::Erase:
-        post([](CDWriterPro *e) { emit e->EraseDiscStart(); });
-        outcome = m_setup.recorder->erase(m_setup.quick, *this);
-        break;
-    case Kind::Finish:
-        outcome = m_setup.recorder->finish(m_setup.closeDisc, *this);
-        break;
-    default:
-        outcome = runWrite();
-        break;
-    }
+    if (m_setup.sourceError >= 0) {
+        // Found before anything was laid out or sent to the drive.
+        fileFailed(m_setup.sourceError, m_setup.sourceErrorPath);
+        outcome = sourceFailure(m_setup.sourceErrorPath);
+    } else
+        switch (m_setup.kind) {
+        case Kind::CreateIsoFile:
+            outcome = runCreate();
+            break;
+        case Kind::WriteAudio:
+            outcome = runAudio();
+            break;
+        case Kind::Erase:
+            post([](CDWriterPro *e) { emit e->EraseDiscStart(); });
+            outcome = m_setup.recorder->erase(m_setup.quick, *this);
+            break;
+        case Kind::Finish:
+            outcome = m_setup.recorder->finish(m_setup.closeDisc, *this);
+            break;
+        default:
+            outcome = runWrite();
+            break;
+        }
     // The first failed source names the failure, whatever step noticed it.
     {
         QMutexLocker lock(&m_failureMutex);
@@ -254,6 +263,8 @@ JobOutcome EngineJob::runCreate() {
 }
 
 JobOutcome EngineJob::runWrite() {
+    if (m_setup.refusal.kind != JobOutcome::Completed)
+        return m_setup.refusal;
     WritePlan plan = m_setup.plan;
     std::unique_ptr<TrackSource> track;
     QFile isoFile;
@@ -443,14 +454,15 @@ void EngineJob::closingDisc() {
 }
 
 void EngineJob::fileOpened(const QString &path) {
-    const qint32 index = m_filesOpened++;
-    if (!m_caching)
+    const qint32 index = m_filesOpened.fetch_add(1);
+    if (!m_caching.load())
         return;
     // Thousands of small files would flood the window: one name per tenth of a second.
     const qint64 now = steadyMs();
-    if (m_lastFileReport >= 0 && now - m_lastFileReport < 100)
+    const qint64 last = m_lastFileReport.load();
+    if (last >= 0 && now - last < 100)
         return;
-    m_lastFileReport = now;
+    m_lastFileReport.store(now);
     post([path, index](CDWriterPro *e) { emit e->ReadingTrackFile(path, index, 1); });
 }
 
@@ -467,4 +479,31 @@ void EngineJob::fileFailed(qint32 fileError, const QString &path) {
     post([fileError, path, track](CDWriterPro *e) {
         emit e->ReadingTrackFileError(fileError, path, track);
     });
+}
+
+void EngineJob::notice(const QString &path, const QString &sentence) {
+    log(sentence);
+    post([path, sentence](CDWriterPro *e) { emit e->SourceFileNotice(path, sentence); });
+}
+
+void EngineJob::fileGrew(const QString &path, qint64 laidOut, qint64 now) {
+    notice(path, QStringLiteral("%1 grew to %2 bytes while the image was made: only its first "
+                                "%3 bytes are in the image.")
+                     .arg(path)
+                     .arg(now)
+                     .arg(laidOut));
+}
+
+void EngineJob::removeStaleCaches(const QString &cacheFolder) {
+    // Cache names carry the pid of the process that made them ("image-PID-MS.cache").
+    QDir dir(cacheFolder);
+    for (const QString &name : dir.entryList({QStringLiteral("*.cache")}, QDir::Files)) {
+        const QStringList parts = name.split(u'-');
+        bool ok = false;
+        const qint64 pid = parts.size() == 3 ? parts[1].toLongLong(&ok) : 0;
+        if (!ok || pid <= 0)
+            continue;
+        if (::kill(pid_t(pid), 0) != 0 && errno == ESRCH)
+            dir.remove(name);
+    }
 }

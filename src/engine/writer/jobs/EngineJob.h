@@ -38,6 +38,13 @@ public:
         bool cacheImage = false;
         QString cacheFolder;
         QString logPath; // empty: no log
+        // What the look at the image's sources before the layout found (WriteImage,
+        // CreateIsoFile): a failure ends the job before its first block.
+        qint32 sourceError = -1;
+        QString sourceErrorPath;
+        QList<QPair<QString, QString>> sourceNotices;
+        // A write the engine refused before anything was laid out: the job ends with it.
+        JobOutcome refusal = JobOutcome::completed();
     };
     // Called on the UI thread when the job has ended, before its ending event.
     using Finisher = std::function<void(const JobOutcome &)>;
@@ -54,6 +61,8 @@ public:
     // Writes stop on request; erasing and closing run to their end as a drive's do.
     bool cancellable() const { return kind() != Kind::Erase && kind() != Kind::Finish; }
     void wait();
+    // Cache files of jobs whose process is gone (a crash, a power cut) are removed.
+    static void removeStaleCaches(const QString &cacheFolder);
 
     // JobMonitor
     void trackStarted(qint32 trackNumber) override;
@@ -67,6 +76,7 @@ public:
     // SourceReadObserver
     void fileOpened(const QString &path) override;
     void fileFailed(qint32 fileError, const QString &path) override;
+    void fileGrew(const QString &path, qint64 laidOut, qint64 now) override;
 
 private:
     void run();
@@ -82,6 +92,7 @@ private:
     JobOutcome copyImage(FileSink &target, bool reportFiles);
     JobOutcome sourceFailure(const QString &what) const;
     void post(std::function<void(CDWriterPro *)> event);
+    void notice(const QString &path, const QString &sentence);
 
     CDWriterPro *m_engine;
     Setup m_setup;
@@ -91,9 +102,10 @@ private:
     QFile m_log;
     QMutex m_logMutex;
     qint32 m_lastPermille = -1;
-    qint32 m_filesOpened = 0;
-    qint64 m_lastFileReport = -1;
-    bool m_caching = false;
+    // Read and written on libisofs's writer thread as well as the job's.
+    std::atomic<qint32> m_filesOpened{0};
+    std::atomic<qint64> m_lastFileReport{-1};
+    std::atomic<bool> m_caching{false};
     mutable QMutex m_failureMutex;
     qint32 m_failureClass = -1;
     QString m_failurePath;

@@ -4,6 +4,7 @@
 #include <QStringList>
 
 #include <QList>
+#include <QPair>
 
 #include <memory>
 #include <vector>
@@ -25,7 +26,12 @@ struct MediumState {
     qint32 lastSessionStart = -1;
     qint32 lastSessionMode = -1;
     qint32 maxWriteSpeed = 0; // kB/s
+    // Each data session's first block and the blocks really written from there (a session cut
+    // by a failed write holds fewer than its directory lists); empty when the drive can't tell.
+    QList<QPair<qint32, qint32>> sessionExtents;
     bool present() const { return mediaType != 254; }
+    // Sessions holding data, without the empty one an appendable disc counts.
+    qint32 writtenSessions() const { return sessionCount - (nextWritableAddress >= 0 ? 1 : 0); }
 };
 
 // One track of a write: its mode, its length and where its bytes come from. Read on the worker

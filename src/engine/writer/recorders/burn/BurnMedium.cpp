@@ -63,6 +63,16 @@ void readToc(burn::burn_drive *d, MediumState &st, int *completeSessions) {
     int count = 0;
     burn::burn_session **sessions = burn::burn_disc_get_sessions(disc, &count);
     *completeSessions = count;
+    for (int i = 0; i < count; ++i) {
+        int tracks = 0;
+        burn::burn_track **t = burn::burn_session_get_tracks(sessions[i], &tracks);
+        for (int k = 0; k < tracks; ++k) {
+            burn::burn_toc_entry entry{};
+            burn::burn_track_get_entry(t[k], &entry);
+            if ((entry.extensions_valid & 1) && !(burn::burn_track_get_mode(t[k]) & BURN_AUDIO))
+                st.sessionExtents.append({entry.start_lba, entry.track_blocks});
+        }
+    }
     if (count > 0) {
         int tracks = 0;
         burn::burn_track **t = burn::burn_session_get_tracks(sessions[count - 1], &tracks);

@@ -10,6 +10,17 @@
 namespace {
 constexpr qint64 Block = 2048;
 constexpr int FifoBytes = 4 << 20;
+// Many drives and kernels can't read the last blocks of a track written track at once on a CD;
+// libburn's example client and xorriso pad each data track by 300 KiB for that.
+constexpr int CdDataPadBytes = 300 * 1024;
+
+bool isCd(const BurnMedium::Assessment &medium) {
+    return medium.profile >= 0x08 && medium.profile <= 0x0a;
+}
+
+qint64 padBlocks(const BurnMedium::Assessment &medium, const TrackSource *track) {
+    return isCd(medium) && track->mode() != 0 ? CdDataPadBytes / Block : 0;
+}
 
 QMutex hookMutex;
 BurnWriter::VerifyHook verifyHook;
@@ -78,8 +89,8 @@ bool BurnWriter::build(BurnDrive &drive, const BurnMedium::Assessment &medium) {
             return false;
         // libburn writes CD data tracks in Mode 1 only; a Mode 2 XA request carries the same
         // 2048-byte blocks and is written as Mode 1.
-        burn::burn_track_define_data(track.get(), 0, 0, 1,
-                                     source->mode() == 0 ? BURN_AUDIO : BURN_MODE1);
+        burn::burn_track_define_data(track.get(), 0, int(padBlocks(medium, source) * Block), 1,
+                                     source->mode() == 0 ? BURN_AUDIO | BURN_COPY : BURN_MODE1);
         if (burn::burn_track_set_source(track.get(), fifo.get()) != burn::BURN_SOURCE_OK ||
             burn::burn_session_add_track(m_session.get(), track.get(), BURN_POS_END) <= 0)
             return false;
@@ -114,7 +125,7 @@ JobOutcome BurnWriter::check(BurnDrive &drive, const BurnMedium::Assessment &med
             DriveSense::senseText({0x5, 0x21, 0x02}));
     qint64 total = 0;
     for (const TrackSource *t : m_plan.tracks)
-        total += t->blockCount();
+        total += t->blockCount() + padBlocks(medium, t);
     const qint64 free = plainImageOnBlank ? st.capacityBlocks : st.freeBlocks;
     if (total > free)
         return JobOutcome::driveFailure(
@@ -242,6 +253,7 @@ JobOutcome BurnWriter::run(std::unique_ptr<BurnDrive> &drive, const BurnMedium::
 
     JobOutcome followed;
     QStringList said;
+    bool gaveUp = false;
     for (int attempt = 0;; ++attempt) {
         {
             BurnLibrary::AbortGuard guard;
@@ -256,7 +268,8 @@ JobOutcome BurnWriter::run(std::unique_ptr<BurnDrive> &drive, const BurnMedium::
             said.filter(QStringLiteral("operation is still going on")).size() > 0 &&
             std::all_of(m_records.begin(), m_records.end(),
                         [](const auto &r) { return r->digests.isEmpty(); });
-        if (!stillBusy || attempt >= 50 || followed.kind == JobOutcome::Cancelled)
+        gaveUp = stillBusy && attempt >= 50;
+        if (!stillBusy || gaveUp || followed.kind == JobOutcome::Cancelled)
             break;
         QThread::msleep(100);
     }
@@ -267,6 +280,21 @@ JobOutcome BurnWriter::run(std::unique_ptr<BurnDrive> &drive, const BurnMedium::
     for (const auto &r : m_records) {
         if (r->failed.load())
             return JobOutcome::failed(1, QStringLiteral("A source of the track could not be read"));
+    }
+    if (gaveUp)
+        return DriveSense::failure(QStringLiteral("The drive stayed busy: nothing was written"),
+                                   said);
+    // Audio can't be read back by address: a write is whole only when every frame of every
+    // track reached libburn. Nothing is announced as closed before that is known.
+    for (size_t i = 0; i < m_records.size(); ++i) {
+        const qint64 delivered = m_records[i]->delivered.load();
+        if (delivered != m_records[i]->total)
+            return DriveSense::failure(QStringLiteral("Track %1 was written only in part (%2 of "
+                                                      "%3 bytes reached the drive)")
+                                           .arg(i + 1)
+                                           .arg(delivered)
+                                           .arg(m_records[i]->total),
+                                       said);
     }
     // "Wrote well" means only that no fatal error was seen; the read-back below proves it.
     if (!burn::burn_drive_wrote_well(drive->get()))

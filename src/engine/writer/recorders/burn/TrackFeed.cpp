@@ -9,7 +9,9 @@ TrackFeed::TrackFeed(TrackSource *track, std::shared_ptr<Record> record)
     : m_track(track)
     , m_blockBytes(track->mode() == 0 ? 2352 : 2048)
     , m_total(track->blockCount() * m_blockBytes)
-    , m_record(std::move(record)) {}
+    , m_record(std::move(record)) {
+    m_record->total = m_total;
+}
 
 BurnLibrary::SourcePtr TrackFeed::create(TrackSource *track, std::shared_ptr<Record> record) {
     // libburn frees the structure with free() when its last reference goes.
@@ -54,8 +56,10 @@ int TrackFeed::read(unsigned char *buffer, int size) {
     int done = 0;
     while (done < size) {
         if (m_pos == m_len) {
-            if (m_fetched == m_total)
+            if (m_fetched == m_total) {
+                m_record->delivered.fetch_add(done);
                 return done; // the end: EOF on the next call
+            }
             if (!refill())
                 return -1;
         }
@@ -64,6 +68,7 @@ int TrackFeed::read(unsigned char *buffer, int size) {
         m_pos += n;
         done += int(n);
     }
+    m_record->delivered.fetch_add(done);
     return done;
 }
 

@@ -26,6 +26,9 @@ public:
         std::atomic<bool> failed{false};
         // Ends deliveries: the next read reports a failure, so that libburn stops.
         std::atomic<bool> stopped{false};
+        // Bytes libburn has taken; the track is whole only when they are all of it.
+        std::atomic<qint64> delivered{0};
+        qint64 total = 0;
     };
 
     // The source owns the feed: it lives until libburn drops its last reference.

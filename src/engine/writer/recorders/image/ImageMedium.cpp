@@ -161,6 +161,9 @@ bool ImageMedium::appendable() const {
         return false;
     if (!sessions.isEmpty() && !sessions.last().closed)
         return false;
+    // A 100th session would make a descriptor no reader takes.
+    if (sessions.size() >= MaxSessions)
+        return false;
     return nextWritableAddress() >= 0;
 }
 
@@ -188,6 +191,10 @@ MediumState ImageMedium::state() const {
     st.capacityBlocks = k->capacity;
     st.sessionCount = qint32(sessions.size());
     st.maxWriteSpeed = k->writable && !finalized ? k->maxSpeed : 0;
+    for (const Session &s : sessions) {
+        if (s.mode != 0)
+            st.sessionExtents.append({s.start, s.blocks});
+    }
     if (sessions.isEmpty()) {
         st.discStatus = 0;        // empty
         st.lastSessionStatus = 0; // empty session
@@ -218,7 +225,10 @@ QByteArray ImageMedium::cueSheet(const QString &binName) const {
     out += "FILE \"" + binName.toUtf8() + "\" BINARY\n";
     const QList<qint32> &starts = sessions.first().trackStarts;
     for (int i = 0; i < starts.size(); ++i) {
+        // The disc holds the user's own audio, so rippers are told a digital copy is allowed,
+        // as a drive writing it through libburn marks it.
         out += "  TRACK " + QByteArray::number(i + 1).rightJustified(2, '0') + " AUDIO\n";
+        out += "    FLAGS DCP\n";
         if (i > 0)
             out += "    INDEX 00 " + msf(starts.at(i) - AudioGap) + "\n";
         out += "    INDEX 01 " + msf(starts.at(i)) + "\n";

@@ -80,6 +80,35 @@ QString ImageRecorder::settingsFile() {
     return folder() + QStringLiteral("/Settings.ini");
 }
 
+QString ImageRecorder::lastEjected() {
+    const QDir ejected(ejectedFolder());
+    const QStringList discs =
+        ejected.entryList({QStringLiteral("*") + DescriptorSuffix}, QDir::Files, QDir::Time);
+    return discs.isEmpty() ? QString() : ejected.filePath(discs.first());
+}
+
+bool ImageRecorder::putBack(const QString &descriptor) {
+    const QDir tray(trayFolder());
+    if (!tray.isEmpty(QDir::Files) || !QFileInfo::exists(descriptor))
+        return false;
+    QFile f(descriptor);
+    if (f.size() > 1 << 20 || !f.open(QIODevice::ReadOnly))
+        return false;
+    const auto medium = ImageMedium::parse(f.readAll());
+    f.close();
+    if (!medium)
+        return false;
+    const QDir from = QFileInfo(descriptor).dir();
+    const QString data = from.filePath(medium->dataFile);
+    // The data first and the descriptor last: the descriptor is what makes a disc in the tray.
+    if (!QFile::rename(data, tray.filePath(medium->dataFile)))
+        return false;
+    const QString cue = cuePath(data);
+    if (QFileInfo::exists(cue))
+        QFile::rename(cue, tray.filePath(QFileInfo(cue).fileName()));
+    return QFile::rename(descriptor, tray.filePath(QFileInfo(descriptor).fileName()));
+}
+
 bool ImageRecorder::capability(qint32 code) const {
     switch (code) {
     case 0:
@@ -469,6 +498,17 @@ JobOutcome ImageRecorder::writeTracks(const WritePlan &plan, Loaded &loaded, Job
         monitor.closingSession();
         if (emulate)
             takeTime(*kind, ImageMedium::FirstSessionGap, monitor);
+        if (faults.closeErrorCode && !plan.testWrite) {
+            // The blocks are on the disc; only its table of contents is missing.
+            faults.consume(ImageFaults::CloseKey);
+            data.flush();
+            leaveIncomplete();
+            return JobOutcome::driveFailure(faults.closeErrorCode,
+                                            plan.finalize
+                                                ? QStringLiteral("Closing the disc failed")
+                                                : QStringLiteral("Closing the session failed"),
+                                            QStringLiteral("5/72/00 SESSION FIXATION ERROR"));
+        }
     }
     if (plan.finalize)
         monitor.closingDisc();

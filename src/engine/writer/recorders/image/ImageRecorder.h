@@ -18,6 +18,11 @@ public:
     static QString trayFolder();    // a disc here is the disc in the drive
     static QString ejectedFolder(); // where eject puts the disc
     static QString settingsFile();
+    // The descriptor of the disc ejected last, or empty when none waits in Ejected/.
+    static QString lastEjected();
+    // Lays an ejected disc (its descriptor, data and cue sheet) back into an empty tray, as a
+    // user puts a disc back into a drive; false when the tray holds a disc or a file can't move.
+    static bool putBack(const QString &descriptor);
 
     QString letter() const override { return QStringLiteral("IMG"); }
     QString vendor() const override { return QStringLiteral("Tessaly"); }

@@ -1,0 +1,147 @@
+#include "DiscReadBack.h"
+
+#include "ReadBack.h"
+
+#include <QDir>
+#include <QDirIterator>
+#include <QFile>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <unistd.h>
+
+namespace {
+struct Run {
+    QByteArray out;
+    bool ok = false;
+};
+
+Run run(const QString &program, const QStringList &args) {
+    int status = -1;
+    Run r;
+    r.out = ReadBack::run(program, args, &status);
+    r.ok = status == 0;
+    if (!r.ok)
+        r.out = program.toUtf8() + " failed with status " + QByteArray::number(status);
+    return r;
+}
+
+DiscReadBack::Tree failed(const QByteArray &message) {
+    return {{QStringLiteral("<error>"), message.trimmed()}};
+}
+
+// What a tool extracted into a folder, as a tree.
+DiscReadBack::Tree collect(const QString &root) {
+    DiscReadBack::Tree tree;
+    QDirIterator it(root, QDir::AllEntries | QDir::NoDotAndDotDot | QDir::Hidden | QDir::System,
+                    QDirIterator::Subdirectories);
+    while (it.hasNext()) {
+        it.next();
+        const QFileInfo info = it.fileInfo();
+        const QString path = QDir(root).relativeFilePath(info.filePath());
+        if (info.isSymLink()) {
+            char target[4096] = {};
+            const ssize_t n = ::readlink(QFile::encodeName(info.filePath()).constData(), target,
+                                         sizeof target - 1);
+            tree[path] = "-> " + QByteArray(target, n > 0 ? int(n) : 0);
+        } else if (info.isDir()) {
+            tree[path] = "<dir>";
+            QFile::setPermissions(info.filePath(), QFile::permissions(info.filePath()) |
+                                                       QFile::WriteOwner | QFile::ExeOwner);
+        } else {
+            QFile f(info.filePath());
+            tree[path] = f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray("<unreadable>");
+        }
+    }
+    return tree;
+}
+
+DiscReadBack::Tree isoinfoTree(const QString &image, qint32 startBlock) {
+    const QStringList base{"-R", "-i", image, "-T", QString::number(startBlock)};
+    const Run listing = run("isoinfo", base + QStringList{"-l"});
+    if (!listing.ok)
+        return failed(listing.out);
+    DiscReadBack::Tree tree;
+    QString dir;
+    for (const QByteArray &raw : listing.out.split('\n')) {
+        const QString line = QString::fromUtf8(raw);
+        if (line.startsWith(u"Directory listing of /")) {
+            dir = line.mid(int(qstrlen("Directory listing of /"))).trimmed();
+            continue;
+        }
+        const int at = line.indexOf(u"]  ");
+        if (at < 0 || line.isEmpty())
+            continue;
+        QString entry = line.mid(at + 3).trimmed();
+        if (entry.isEmpty() || entry == u"." || entry == u"..")
+            continue;
+        const QChar type = line.at(0);
+        QByteArray value = "<dir>";
+        if (type == u'l') {
+            const int arrow = entry.indexOf(u" -> ");
+            value = "-> " + entry.mid(arrow + 4).toUtf8();
+            entry = entry.left(arrow);
+        }
+        const QString path = dir + entry;
+        if (type == u'-') {
+            const Run x = run("isoinfo", base + QStringList{"-x", u'/' + path});
+            value = x.ok ? x.out : QByteArray("<isoinfo -x failed>");
+        }
+        tree[path] = value;
+    }
+    return tree;
+}
+} // namespace
+
+DiscReadBack::Tree DiscReadBack::read(Tool tool, const QString &image, qint32 startBlock) {
+    if (tool == Tool::Isoinfo)
+        return isoinfoTree(image, startBlock);
+    QTemporaryDir work;
+    const QString out = work.filePath(QStringLiteral("out"));
+    QDir().mkpath(out);
+    Run r;
+    if (tool == Tool::Xorriso) {
+        r = run("xorriso", {"-abort_on", "FAILURE", "-osirrox", "on", "-indev", image, "-load",
+                            "sbsector", QString::number(startBlock), "-extract", "/", out});
+    } else {
+        if (startBlock != 0)
+            return failed("bsdtar reads the first session only");
+        r = run("bsdtar", {"-x", "-f", image, "-C", out});
+    }
+    if (!r.ok)
+        return failed(r.out);
+    return collect(out);
+}
+
+QString DiscReadBack::name(Tool tool) {
+    switch (tool) {
+    case Tool::Xorriso:
+        return QStringLiteral("xorriso");
+    case Tool::Isoinfo:
+        return QStringLiteral("isoinfo");
+    case Tool::Bsdtar:
+        break;
+    }
+    return QStringLiteral("bsdtar");
+}
+
+DiscReadBack::Tree DiscReadBack::treeOf(const QStringList &entries) {
+    Tree tree;
+    for (const QString &entry : entries) {
+        if (entry.endsWith(u'/'))
+            tree[entry.chopped(1)] = "<dir>";
+        else
+            tree[entry.section(u'=', 0, 0)] = entry.section(u'=', 1).toUtf8();
+    }
+    return tree;
+}
+
+void DiscReadBack::expectEverywhere(const QString &image, const Tree &expected,
+                                    const Tree &isoinfoSees) {
+    for (Tool tool : {Tool::Xorriso, Tool::Isoinfo, Tool::Bsdtar}) {
+        const Tree got = read(tool, image);
+        const Tree &want = tool == Tool::Isoinfo && !isoinfoSees.isEmpty() ? isoinfoSees : expected;
+        QVERIFY2(got == want,
+                 qPrintable(name(tool) + " read " + QStringList(got.keys()).join(", ")));
+    }
+}

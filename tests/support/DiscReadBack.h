@@ -1,0 +1,27 @@
+#pragma once
+
+#include <QByteArray>
+#include <QMap>
+#include <QString>
+#include <QStringList>
+
+// Reads an ISO 9660 session back with tools nobody here wrote, so that a test compares what
+// each of them finds with what it put in. A tree maps each path below the root ("dir/a.txt") to
+// its contents; a folder maps to "<dir>" and a symbolic link to "-> " and its target. A tool
+// that refuses the session gives one entry "<error>" with its message.
+namespace DiscReadBack {
+using Tree = QMap<QString, QByteArray>;
+enum class Tool { Xorriso, Isoinfo, Bsdtar };
+
+// The session that starts at `startBlock` of `image` (an ISO file, or an Image Recorder disc's
+// data file), with its Rock Ridge names. bsdtar reads only a session at block 0.
+Tree read(Tool tool, const QString &image, qint32 startBlock = 0);
+// The tool's name, for messages.
+QString name(Tool tool);
+
+// A tree from entries "path=contents", "path/" for a folder, "path=-> target" for a link.
+Tree treeOf(const QStringList &entries);
+// Fails the running test unless xorriso, isoinfo and bsdtar all read the session at block 0 of
+// `image` as `expected`; isoinfo, which knows no relocated folders, as `isoinfoSees` if given.
+void expectEverywhere(const QString &image, const Tree &expected, const Tree &isoinfoSees = {});
+} // namespace DiscReadBack
