@@ -15,14 +15,6 @@ using namespace Fixtures;
 
 namespace {
 
-// A rising tone of 16-bit samples, different in every frame.
-QByteArray tone(int frames, int channels) {
-    QByteArray b;
-    for (int i = 0; i < frames * channels; ++i)
-        b.append(le16(quint16(i * 37 + i / 3)));
-    return b;
-}
-
 // Lets the player's messages run and releases the held buffers until the device has closed.
 void drain(RecordingWaveOutput &sink) {
     for (int i = 0; i < 100000; ++i) {
@@ -82,8 +74,8 @@ void tst_CdPlay::playsTheSamples_data() {
     QTest::addColumn<QByteArray>("wave");
     QTest::addColumn<QByteArray>("pcm");
     QTest::addColumn<int>("bufferSize");
-    const QByteArray cd = tone(44100 * 2 + 17, 2);
-    const QByteArray mono = QByteArray(tone(6000, 1)).left(6001);
+    const QByteArray cd = pseudoRandom((44100 * 2 + 17) * 4, 1);
+    const QByteArray mono = pseudoRandom(6001, 8);
     QTest::newRow("CD audio, a last short buffer") << cdWave(cd) << cd << 35280;
     // The channels count twice in the buffer size: 2 x 0.1 s of stereo.
     QTest::newRow("whole buffers") << cdWave(cd.left(35280 * 4)) << cd.left(35280 * 4) << 35280;
@@ -123,7 +115,7 @@ void tst_CdPlay::playsTheSamples() {
 }
 
 void tst_CdPlay::pauseAndStopKeepThePlace() {
-    const QByteArray pcm = tone(44100 * 3, 2);
+    const QByteArray pcm = pseudoRandom(44100 * 3 * 4, 2);
     m_sink->held = true;
     modCDPlay::OpenFile(file(cdWave(pcm)));
     QCOMPARE(modCDPlay::Length(), 44100 * 3);
@@ -195,7 +187,7 @@ void tst_CdPlay::badFiles() {
     QFETCH(QByteArray, wave);
     QFETCH(QString, message);
     // A good file open before is closed by the failed open.
-    modCDPlay::OpenFile(file(cdWave(tone(100, 2))));
+    modCDPlay::OpenFile(file(cdWave(pseudoRandom(400, 3))));
     QVERIFY(modCDPlay::IsFileOpen());
     modCDPlay::OpenFile(wave.isEmpty() ? m_dir.filePath("none.wav") : file(wave));
     QCOMPARE(m_answers->boxes.size(), 1);
@@ -208,7 +200,7 @@ void tst_CdPlay::badFiles() {
 
 void tst_CdPlay::refusedDevice() {
     m_sink->refusal = QStringLiteral("No sound device was found: the track can't be played.");
-    modCDPlay::OpenFile(file(cdWave(tone(1000, 2))));
+    modCDPlay::OpenFile(file(cdWave(pseudoRandom(4000, 4))));
     QVERIFY(!modCDPlay::Play());
     QCOMPARE(m_answers->boxes.size(), 1);
     QCOMPARE(m_answers->boxes.first().prompt, m_sink->refusal);

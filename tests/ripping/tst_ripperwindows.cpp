@@ -111,22 +111,19 @@ void tst_RipperWindows::extract_data() {
     QTest::addColumn<QList<int>>("ticked");
     QTest::addColumn<QStringList>("log");
     QTest::addColumn<QStringList>("files");
-    QTest::newRow("tracks 1 and 3") << QList<int>{1, 3}
-                                    << QStringList{"Preparing for Audio Extraction!",
-                                                   "Ripping Track#01 to OUT/Song01.wav",
-                                                   "Finished Ripping Track#01 to OUT/Song01.wav",
-                                                   "Ripping Track#03 to OUT/Song03.wav",
-                                                   "Finished Ripping Track#03 to OUT/Song03.wav",
-                                                   "Audio Ripping Complete!"}
-                                    << QStringList{"Song01.wav", "Song03.wav"};
+    const auto ripping = [](int t) {
+        const QString track =
+            QStringLiteral("Track#%1 to OUT/Song%1.wav").arg(t, 2, 10, QChar('0'));
+        return QStringList{"Ripping " + track, "Finished Ripping " + track};
+    };
+    const QString preparing = "Preparing for Audio Extraction!", done = "Audio Ripping Complete!";
+    QTest::newRow("tracks 1 and 3")
+        << QList<int>{1, 3} << (QStringList{preparing} << ripping(1) << ripping(3) << done)
+        << QStringList{"Song01.wav", "Song03.wav"};
     QTest::newRow("cancelled in track 2")
         << QList<int>{1, 2, 3}
-        << QStringList{"Preparing for Audio Extraction!",
-                       "Ripping Track#01 to OUT/Song01.wav",
-                       "Finished Ripping Track#01 to OUT/Song01.wav",
-                       "Ripping Track#02 to OUT/Song02.wav",
-                       "Ripping Cancelled.",
-                       "Audio Ripping Complete!"}
+        << (QStringList{preparing} << ripping(1) << ripping(2).first() << "Ripping Cancelled."
+                                   << done)
         << QStringList{"Song01.wav"};
     QTest::newRow("nothing ticked") << QList<int>{} << QStringList{} << QStringList{};
 }

@@ -1,7 +1,6 @@
 #include "RipperRig.h"
 
 #include "Fixtures.h"
-#include "ReadBack.h"
 
 #include "engine/writer/recorders/image/ImageRecorder.h"
 
@@ -98,11 +97,4 @@ QByteArray wavePcm(const QString &path) {
         at += 8 + size + (size & 1);
     }
     return {};
-}
-
-QByteArray paranoiaTrack(const QString &cue, int track, const QString &folder) {
-    const QString out = folder + QStringLiteral("/paranoia%1.wav").arg(track);
-    int status = -1;
-    ReadBack::run("cd-paranoia", {"-d", cue, "-c", "-w", QString::number(track), out}, &status);
-    return status == 0 ? wavePcm(out) : QByteArray();
 }

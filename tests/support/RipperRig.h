@@ -44,5 +44,3 @@ struct HoldingEncoder : WaveEncoder {
 
 // The samples of a wave file's data chunk; empty when it has none.
 QByteArray wavePcm(const QString &path);
-// What cd-paranoia reads of a track of a cue sheet's disc, as the samples of its wave output.
-QByteArray paranoiaTrack(const QString &cue, int track, const QString &folder);

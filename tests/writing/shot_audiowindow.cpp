@@ -1,12 +1,10 @@
-// Not a test: puts the audio window on the screen with its tracks and the player half-way
-// through the second one, and saves what the screen shows, so that a person can look at it.
-//   shot_audiowindow OUT.png [FOLDER]
-// FOLDER's waves (default: four generated tones) are dropped in name order. The sound device
-// is one that records, so the picture needs no sound card.
+// Not a test: saves a picture of the audio window half-way through its second track, for a
+// person to look at.   shot_audiowindow OUT.png [FOLDER of waves, default four generated ones]
 #include "WriteRig.h"
 
 #include "Fixtures.h"
 #include "RecordingWaveOutput.h"
+#include "ViewGestures.h"
 #include "app/frmChooseDiscType.h"
 #include "app/mdiMain.h"
 #include "compilation/frmAudio.h"
@@ -15,7 +13,6 @@
 
 #include <QApplication>
 #include <QDir>
-#include <QMimeData>
 #include <QPixmap>
 #include <QPushButton>
 #include <QRadioButton>
@@ -24,7 +21,6 @@
 #include <QTemporaryDir>
 #include <QTest>
 #include <QTreeWidget>
-#include <QUrl>
 
 int main(int argc, char **argv) {
     QApplication app(argc, argv);
@@ -56,13 +52,11 @@ int main(int argc, char **argv) {
     frmAudio *audio = DefaultInstance<frmAudio>::peek();
     if (!audio)
         return 1;
-    QList<QUrl> urls;
+    QStringList paths;
     const QDir dir(folder);
     for (const QString &name : dir.entryList({QStringLiteral("*.wav")}, QDir::Files, QDir::Name))
-        urls.append(QUrl::fromLocalFile(dir.filePath(name)));
-    QMimeData dropped;
-    dropped.setUrls(urls);
-    audio->OLEDragDrop(&dropped);
+        paths.append(dir.filePath(name));
+    ViewGestures::drop(audio->lvwAudioTracks, paths);
     QTreeWidgetItem *second = audio->lvwAudioTracks->topLevelItem(1);
     if (!second)
         return 1;

@@ -1,6 +1,5 @@
-// The audio window on a started frame with the Image Recorder: waves dropped, refused, removed
-// and moved, the ruler and its panels, and the disc written from the window, then read back by
-// cd-info and cd-paranoia.
+// The audio window on the Image Recorder: waves dropped, refused, removed and moved, the ruler,
+// and the disc it writes read back by cd-info and cd-paranoia.
 #include "Fixtures.h"
 #include "ReadBack.h"
 #include "RecordingWaveOutput.h"
@@ -96,7 +95,6 @@ class tst_AudioWindow : public QObject {
     Q_OBJECT
 private slots:
     void compileWriteAndRipBack();
-    void rulerForOneTrack();
     void overrunWarning_data();
     void overrunWarning();
     void hundredthTrackRefused();
@@ -167,21 +165,6 @@ void tst_AudioWindow::compileWriteAndRipBack() {
                  qPrintable(QStringLiteral("track %1").arg(i + 1)));
 }
 
-void tst_AudioWindow::rulerForOneTrack() {
-    AudioWindow w;
-    QCOMPARE(w.panel("DATA"), QStringLiteral(" Audio Disc Size:"));
-    QCOMPARE(w.panel("DIRECTORIES"), QStringLiteral(" Tracks:"));
-    ViewGestures::drop(w.list(), {w.wave("one.wav", 5 * Rate)});
-    QCOMPARE(w.panel("DATA"), QStringLiteral(" 00:07:00 of 80:00:00 Used"));
-    QCOMPARE(w.panel("DIRECTORIES"), QStringLiteral(" Tracks: 1"));
-    QCOMPARE(w.rig.frame()->smartStatusBar->Item("FILES")->ImageKey(), QStringLiteral("NOTE"));
-    QCOMPARE(w.rig.frame()->lblSize.at(8)->text(), QStringLiteral("80MIN"));
-    // Seven seconds are a megabyte on the ruler: 10 twips.
-    QCOMPARE(w.rig.frame()->prbSize->value(), 1);
-    QCOMPARE(w.rig.frame()->prbSize->width(), Twips::toPixels(10));
-    QVERIFY(w.prompts().isEmpty());
-}
-
 void tst_AudioWindow::overrunWarning_data() {
     QTest::addColumn<int>("frames");
     QTest::addColumn<bool>("warned");
@@ -245,7 +228,18 @@ void tst_AudioWindow::loadAndUnload() {
     for (QWidget *player : std::initializer_list<QWidget *>{
              w.window()->cmdPlay, w.window()->cmdStop, w.window()->cmdPause, w.window()->Slider1})
         QVERIFY(!player->isEnabled());
-    ViewGestures::drop(w.list(), {w.wave("a.wav", Rate), w.wave("b.wav", Rate)});
+    QCOMPARE(w.panel("DATA"), QStringLiteral(" Audio Disc Size:"));
+    QCOMPARE(w.panel("DIRECTORIES"), QStringLiteral(" Tracks:"));
+    ViewGestures::drop(w.list(), {w.wave("a.wav", 5 * Rate)});
+    QCOMPARE(w.panel("DATA"), QStringLiteral(" 00:07:00 of 80:00:00 Used"));
+    QCOMPARE(w.panel("DIRECTORIES"), QStringLiteral(" Tracks: 1"));
+    QCOMPARE(frame->smartStatusBar->Item("FILES")->ImageKey(), QStringLiteral("NOTE"));
+    QCOMPARE(frame->lblSize.at(8)->text(), QStringLiteral("80MIN"));
+    // Seven seconds are a megabyte on the ruler: 10 twips.
+    QCOMPARE(frame->prbSize->value(), 1);
+    QCOMPARE(frame->prbSize->width(), Twips::toPixels(10));
+    ViewGestures::drop(w.list(), {w.wave("b.wav", Rate)});
+    QVERIFY(w.prompts().isEmpty());
 
     // Closing leaves the engine's tracks alone; the next window shows them once it reloads.
     DefaultInstance<frmAudio>::unload();

@@ -108,7 +108,7 @@ public:
     void setFinalizeDisc(bool value);
     bool CloseSession() const;
     void setCloseSession(bool value);
-    qint32 TrackMode() const; // 0 audio, 1 Mode 1, 2 Mode 2 XA
+    qint32 TrackMode() const; // audio is 0; data is 1 (Mode 1) or 2 (Mode 2 XA)
     void setTrackMode(qint32 value);
     bool UseFileModifiedDate() const;
     void setUseFileModifiedDate(bool value);
@@ -187,7 +187,8 @@ public:
     bool isVirtualDrive(qint32 index) const;
 
 signals:
-    // Destination paths have the form "\dir\sub\name", the root is "\".
+    // Paths inside the image are written with backslashes ("\dir\sub\name"); "\" alone is
+    // the top of the image.
     void ISOItemAdded(const QString &sParentDestPath, const QString &sItemDestPath,
                       const QString &sItemName, const QString &SourceFilePath, bool bIsDirectory,
                       VbDate dteFileDate, qint64 lFileSize);

@@ -21,8 +21,8 @@ struct MediumState {
     // Where the next session's track starts (the "next writable address"); -1 when the medium
     // takes no more data.
     qint32 nextWritableAddress = -1;
-    // Start and mode of the last session's first track; mode 0 audio, 1 Mode 1, 2 Mode 2 XA,
-    // -1 when there is no session.
+    // Where the newest session's first track begins and what it holds (audio is 0, data 1 for
+    // Mode 1 or 2 for Mode 2 XA); -1 on a disc without sessions.
     qint32 lastSessionStart = -1;
     qint32 lastSessionMode = -1;
     qint32 maxWriteSpeed = 0; // kB/s
@@ -110,7 +110,7 @@ public:
     // kernel, so it is watched by looking).
     virtual bool isVirtual() const { return false; }
     virtual bool capability(qint32 code) const = 0;
-    // Write speeds for the loaded medium in kB/s, fastest first.
+    // The speeds the disc in the drive takes, in kB/s, the quickest first.
     virtual QList<qint32> writeSpeeds() const = 0;
 
     virtual MediumState medium() const = 0;

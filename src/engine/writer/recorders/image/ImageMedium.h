@@ -27,7 +27,7 @@ public:
     struct Session {
         qint32 start = 0;  // first block of its track
         qint32 blocks = 0; // blocks written in the track
-        qint32 mode = 1;   // 0 audio, 1 Mode 1, 2 Mode 2 XA
+        qint32 mode = 1;   // audio is 0; data is 1 (Mode 1) or 2 (Mode 2 XA)
         bool closed = true;
         // Audio sessions: where each track's audio starts (its index 1), from the session's
         // start on; the 2-second gap before every track but the first lies in the data.
