@@ -79,6 +79,8 @@ void tst_ImageRecorder::closingLoadsBlank_data() {
     QTest::newRow("DVD-RAM") << "DVD-RAM" << 1 << 2236704 << 5 * 1385;
     QTest::newRow("unknown name falls back") << "Floppy" << 255 << 360000 << 52 * 176;
     QTest::newRow("pressed media can't be loaded blank") << "DVD-ROM" << 255 << 360000 << 52 * 176;
+    // A first start finds the blank already in the tray, without closing it.
+    QTest::newRow("first start") << "first start" << 255 << 360000 << 52 * 176;
 }
 
 void tst_ImageRecorder::closingLoadsBlank() {
@@ -87,14 +89,17 @@ void tst_ImageRecorder::closingLoadsBlank() {
     QFETCH(int, freeBlocks);
     QFETCH(int, maxSpeed);
     TestEnvironment env;
-    QDir().mkpath(ImageRecorder::folder());
-    if (!setting.isEmpty())
+    const bool firstStart = setting == QStringLiteral("first start");
+    if (firstStart)
+        QVERIFY(QDir(ImageRecorder::folder()).removeRecursively());
+    else if (!setting.isEmpty())
         IniFile::write(ImageRecorder::settingsFile(), QStringLiteral("Image Recorder"),
                        QStringLiteral("BlankMedium"), setting);
     CDWriterPro engine;
     engine.InitializeDrives(false);
     QVERIFY(engine.SelectDrive(engine.DriveCount() - 1));
-    engine.MoveTray(true);
+    if (!firstStart)
+        engine.MoveTray(true);
     QCOMPARE(engine.MediaType(), mediaType);
     QCOMPARE(engine.DiscStatus(), 0);
     QCOMPARE(engine.LastSessionStatus(), 0);

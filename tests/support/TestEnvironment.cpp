@@ -19,6 +19,8 @@ TestEnvironment::TestEnvironment() {
     ScriptedAnswers::installFallback();
     App::setPath(m_dir.path());
     QDir().mkpath(m_dir.path() + QStringLiteral("/Dat"));
+    // Not a first start: tests choose for themselves whether a disc lies in the tray.
+    QDir().mkpath(m_dir.path() + QStringLiteral("/Image Recorder"));
     ResetDeclarations();
     gstrINIFile = iniFile();
 }

@@ -47,6 +47,9 @@ QString moveInto(const QString &path, const QString &folder) {
 } // namespace
 
 ImageRecorder::ImageRecorder() {
+    // On the very first start the recorder has no folder yet. A new user then finds a blank
+    // disc waiting, as in a drive on the desk, rather than "insert a disc" at the first write.
+    const bool firstStart = !QFileInfo::exists(folder());
     QDir().mkpath(trayFolder());
     QDir().mkpath(ejectedFolder());
     if (!QFileInfo::exists(settingsFile())) {
@@ -65,6 +68,8 @@ ImageRecorder::ImageRecorder() {
                     "BlankMedium=CD-R 80\n"
                     "EmulateSpeed=0\n");
     }
+    if (firstStart)
+        moveTray(true);
 }
 
 QString ImageRecorder::folder() {
