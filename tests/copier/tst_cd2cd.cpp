@@ -13,6 +13,7 @@
 #include "engine/writer/recorders/image/ImageRecorder.h"
 
 #include <QDir>
+#include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -31,10 +32,6 @@ void writeDataDisc(CopierRig &r, QTemporaryDir &dir, int size) {
     }
     QVERIFY(r.rig.write());
     QCOMPARE(r.rig.probe.endingEvent(), QStringLiteral("WriteComplete"));
-}
-
-int count100(const QList<double> &percents) {
-    return int(percents.count(100.0));
 }
 } // namespace
 
@@ -100,7 +97,7 @@ void tst_CD2CD::discToFile() {
     const QString out = dir.filePath(flag ? "disc.bin" : "disc.iso");
     QCOMPARE(r.copier.ReadDiscToFile(CopierRig::Second, out, flag), 0);
     QVERIFY2(r.waitForJob(), qPrintable(r.failure));
-    QCOMPARE(count100(r.percents), 1);
+    QCOMPARE(r.percents.count(100.0), 1);
     const QByteArray bytes = OutsideTools::fileBytes(out);
     const qint64 size = qint64(toc[0].second) * 2048;
     QCOMPARE(bytes.left(size), blocksOf(CopierRig::trayData(1), toc[0].first, size));
@@ -137,7 +134,7 @@ void tst_CD2CD::readFailureLeavesNoFile() {
         r.copier.AbortJob();
     QVERIFY(!r.waitForJob());
     QVERIFY2(r.failure.contains(reason), qPrintable(r.failure));
-    QCOMPARE(count100(r.percents), 0);
+    QCOMPARE(r.percents.count(100.0), 0);
     QCOMPARE(QDir(out.path()).entryList(QDir::Files | QDir::Hidden), QStringList());
 }
 
@@ -195,7 +192,7 @@ void tst_CD2CD::dataCopy() {
     // The drives are the copier's until the job ends.
     QVERIFY(!r.rig.engine.WriteDisc());
     QVERIFY2(r.waitForJob(), qPrintable(r.failure));
-    QCOMPARE(count100(r.percents), 1);
+    QCOMPARE(r.percents.count(100.0), 1);
     const qint32 unit = destination == CopierRig::First ? 0 : 1;
     if (test)
         QCOMPARE(r.copier.DiscState(destination), qint32(CD2CD::StateBlank));
@@ -217,7 +214,7 @@ void tst_CD2CD::audioCopyAndBurnBack() {
     QCOMPARE(r.rig.probe.endingEvent(), QStringLiteral("WriteComplete"));
     QCOMPARE(r.copier.CopyDisc(CopierRig::Second, CopierRig::First, 255, 0, 0), 0);
     QVERIFY2(r.waitForJob(), qPrintable(r.failure));
-    QCOMPARE(count100(r.percents), 1);
+    QCOMPARE(r.percents.count(100.0), 1);
     // Both discs out: the source's and the copy's cue sheets in their recorders' Ejected folders.
     r.copier.EjectTray(CopierRig::Second);
     r.copier.EjectTray(CopierRig::First);
@@ -258,28 +255,19 @@ void tst_CD2CD::fileDrives() {
     QVERIFY(engine.WriteDisc() && probe.waitForEnd());
     QCOMPARE(probe.endingEvent(), QStringLiteral("WriteComplete"));
     CD2CD copier(&engine);
-    QList<QString> failures;
-    int endings = 0;
-    connect(&copier, &CD2CD::JobComplete, [&] { ++endings; });
-    connect(&copier, &CD2CD::JobFailed, [&](const QString &why) {
-        failures << why;
-        ++endings;
-    });
-    const auto done = [&](int n) {
-        return Waits::until([&] { return endings == n && !copier.JobRunning(); });
-    };
+    QSignalSpy done(&copier, &CD2CD::JobComplete), failed(&copier, &CD2CD::JobFailed);
+    const auto ended = [&](int n) { return Waits::until([&] { return done.count() == n; }); };
     const qint32 first = 0xfe0000, second = 0xfe0100;
     // A file drive reads its session back: the ISO equals the file's blocks.
     const QString out = media.filePath("out.iso");
     QCOMPARE(copier.ReadDiscToFile(first, out, 0), 0);
-    QVERIFY(done(1));
-    QVERIFY2(failures.isEmpty(), qPrintable(failures.join(u'|')));
+    QVERIFY(ended(1));
     const auto toc = ReadBack::xorrisoToc(a);
     QCOMPARE(OutsideTools::fileBytes(out), blocksOf(a, toc[0].first, qint64(toc[0].second) * 2048));
     // And copies to the other file drive.
     QCOMPARE(copier.CopyDisc(first, second, 255, 0, 0), 0);
-    QVERIFY(done(2));
-    QCOMPARE(failures, QList<QString>());
+    QVERIFY(ended(2));
+    QCOMPARE(failed.count(), 0);
     QCOMPARE(ReadBack::fileHashes(ReadBack::Tool::Xorriso, b),
              ReadBack::fileHashes(ReadBack::Tool::Xorriso, a));
     // A file has no table of contents to close: it stays appendable.

@@ -55,10 +55,6 @@ void tst_CopyWindows::speedLists() {
         shown << list.itemText(i);
     QCOMPARE(shown, items);
     QCOMPARE(modCD2CD::SpeedCodeOfIndex(list.count() - 1), maxGives);
-    const qint32 address = 0x010300;
-    QCOMPARE(QList<int>({modCD2CD::NMSByte(address), modCD2CD::NLSByte(address),
-                         modCD2CD::LSByte(address)}),
-             QList<int>({1, 3, 0}));
 }
 
 void tst_CopyWindows::copyForm_data() {
@@ -73,13 +69,11 @@ void tst_CopyWindows::copyForm() {
     ScriptedAnswers answers;
     frmCD2CD form({&r.rig.engine, nullptr, nullptr});
     form.Form_Load();
-    QCOMPARE(form.windowTitle(), QStringLiteral("CD to CD Copy"));
     QCOMPARE(form.cboDrives->count(), twoDrives ? 2 : 1);
     QCOMPARE(form.cboDrives->itemText(0), r.copier.listLine(CopierRig::First));
     QCOMPARE(form.cboBurner->currentIndex(), twoDrives ? 1 : -1);
     QCOMPARE(form.cboSpeed->count(), twoDrives ? 11 : 0);
     QCOMPARE(form.cmdCopyBurn->isEnabled(), twoDrives);
-    QVERIFY(form.optTestRecord[0]->isChecked());
     form.CD2CDX_PercentDone(99.9);
     QCOMPARE(form.prgProgress->value(), 100);
     QVERIFY(!form.lblInfo->isVisibleTo(&form));
@@ -151,8 +145,6 @@ void tst_CopyWindows::discRipper() {
     form.cboDrives->setCurrentIndex(1);
     answers.answerFile(dir.filePath("out.iso"));
     form.cmdOpen_Click();
-    QCOMPARE(answers.fileBoxes.last().filter,
-             QStringLiteral("ISO Data File|*.iso|Bin Data File|*.bin"));
     form.cmdRipData_Click();
     QVERIFY(!form.cmdRipData->isEnabled() && form.cmdAbort->isEnabled());
     QVERIFY(Waits::until([&] { return !answers.boxes.isEmpty(); }));

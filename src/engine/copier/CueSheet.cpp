@@ -143,6 +143,7 @@ CueSheet CueSheet::parse(const QByteArray &text, const QString &folder, FileSize
         qint64 end = (size + sector - 1) / sector;
         if (i + 1 < raw.size() && raw[i + 1].file == r.file)
             end = raw[i + 1].index0 >= 0 ? raw[i + 1].index0 : raw[i + 1].index1;
+        end = std::min(end, (size + sector - 1) / sector);
         if (end <= r.index1 || r.index1 * sector >= size)
             return fail(QStringLiteral("Track %1 holds no sectors.").arg(r.number));
         sheet.m_tracks << Track{r.number, audio, r.file, r.index1 * sector, end - r.index1};

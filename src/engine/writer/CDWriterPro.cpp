@@ -146,7 +146,7 @@ bool CDWriterPro::CurrentDriveCapability(qint32 code) const {
 }
 
 void CDWriterPro::MoveTray(bool close) {
-    if (Recorder *r = d->currentDrive(); r && !d->jobRunning()) {
+    if (Recorder *r = d->currentDrive(); r && !d->jobRunning() && !r->claimed()) {
         r->moveTray(close);
         emit trayMoved();
     }
