@@ -107,6 +107,11 @@ void frmBurnBin::Form_Load() {
     modCD2CD::FillDrives(*CD2CDX, cboDrives);
     if (cboDrives->count() > 0)
         cboDrives->setCurrentIndex(0);
+    cboDrives_Click();
+    TRAPPED_CONNECT(cboDrives, &QComboBox::currentIndexChanged, frmBurnBin, cboDrives_Click);
+}
+
+void frmBurnBin::cboDrives_Click() {
     CD2CDX->SelectDevice(selectedAddress());
     modCD2CD::PopulateSpeedBin(cboSpeed, *CD2CDX);
     if (cboSpeed->count() > 0)

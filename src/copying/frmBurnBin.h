@@ -22,6 +22,8 @@ public:
     ~frmBurnBin() override;
 
     void Form_Load();
+    // Another drive chosen: its speeds.
+    void cboDrives_Click();
     void cmdOpen_Click();
     void cboSpeed_Click();
     void cmdIsDiscBlank_Click();
