@@ -191,9 +191,7 @@ void frmBurnBin::Timer1_Timer() {
 }
 
 void frmBurnBin::cmdAbort_Click() {
-    CD2CDX->AbortJob();
-    MsgBox(QStringLiteral("Abort was seleceted. The Burning Process is now aborting"),
-           vbInformation, QStringLiteral("Aborting Burn Process"));
+    modCD2CD::AbortWithBox(*CD2CDX);
 }
 
 void frmBurnBin::cmdEject_Click() {

@@ -137,9 +137,7 @@ void frmCD2CD::cmdCopyBurn_Click() {
 }
 
 void frmCD2CD::cmdAbort_Click() {
-    CD2CDX->AbortJob();
-    MsgBox(QStringLiteral("Abort was seleceted. The Burning Process is now aborting"),
-           vbInformation, QStringLiteral("Aborting Burn Process"));
+    modCD2CD::AbortWithBox(*CD2CDX);
 }
 
 void frmCD2CD::cmdClose_Click() {

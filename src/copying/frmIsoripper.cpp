@@ -147,9 +147,7 @@ void frmIsoripper::CD2CDX_JobFailed(const QString &sReason) {
 }
 
 void frmIsoripper::cmdAbort_Click() {
-    CD2CDX->AbortJob();
-    MsgBox(QStringLiteral("Abort was seleceted. The Burning Process is now aborting"),
-           vbInformation, QStringLiteral("Aborting Burn Process"));
+    modCD2CD::AbortWithBox(*CD2CDX);
 }
 
 void frmIsoripper::cmdClose_Click() {

@@ -1,6 +1,7 @@
 #include "modCD2CD.h"
 
 #include "engine/copier/CD2CD.h"
+#include "widgets/MessageBoxService.h"
 
 #include <QComboBox>
 
@@ -67,4 +68,10 @@ qint32 modCD2CD::SpeedCodeOfIndex(int listIndex) {
     if (listIndex >= 0 && listIndex <= 9)
         return listIndex;
     return listIndex == 10 ? CD2CD::MaxSpeed : -1;
+}
+
+void modCD2CD::AbortWithBox(CD2CD &engine) {
+    engine.AbortJob();
+    MsgBox(QStringLiteral("Abort was seleceted. The Burning Process is now aborting"),
+           vbInformation, QStringLiteral("Aborting Burn Process"));
 }

@@ -25,5 +25,7 @@ void PopulateSpeedBin(QComboBox *cboSpeed, const CD2CD &engine);
 // The speed code of a list position: 0 to 9 the same number, 10 the drive's best (255). It goes
 // by position, so a shortened list's "MAX" gives one code above the drive's highest speed.
 qint32 SpeedCodeOfIndex(int listIndex);
+// Stops the running job and tells the user so, the same in every copy window.
+void AbortWithBox(CD2CD &engine);
 
 } // namespace modCD2CD

@@ -23,13 +23,9 @@ QByteArray blocksOf(const QString &path, qint64 start, qint64 bytes) {
     return OutsideTools::fileBytes(path).mid(start * 2048, bytes);
 }
 
-// A data disc of two files on the rig's second recorder; the files' bytes by name.
+// A data disc of two files on the rig's second recorder.
 void writeDataDisc(CopierRig &r, QTemporaryDir &dir, int size) {
-    for (int i = 0; i < 2; ++i) {
-        const QString file = dir.filePath(QStringLiteral("f%1.bin").arg(i));
-        Fixtures::writeFile(file, Fixtures::pseudoRandom(size, i + 1));
-        r.rig.engine.AddISOFile(QStringLiteral("\\f%1.bin").arg(i), file);
-    }
+    r.addFiles(dir.path(), 2, size);
     QVERIFY(r.rig.write());
     QCOMPARE(r.rig.probe.endingEvent(), QStringLiteral("WriteComplete"));
 }

@@ -111,9 +111,7 @@ void tst_CopyWindows::imageBurner() {
     CopierRig r;
     ScriptedAnswers answers;
     QTemporaryDir dir;
-    const QString file = dir.filePath("f.bin");
-    Fixtures::writeFile(file, Fixtures::pseudoRandom(70000, 3));
-    r.rig.engine.AddISOFile("\\f.bin", file);
+    r.addFiles(dir.path(), 1, 70000);
     QVERIFY(r.rig.engine.CreateISOFile(dir.filePath("image.iso")));
     Fixtures::writeFile(dir.filePath("image.cue"),
                         "FILE \"image.iso\" BINARY\nTRACK 01 " + mode + "\nINDEX 01 00:00:00\n");
@@ -136,9 +134,7 @@ void tst_CopyWindows::discRipper() {
     CopierRig r;
     ScriptedAnswers answers;
     QTemporaryDir dir;
-    const QString file = dir.filePath("f.bin");
-    Fixtures::writeFile(file, Fixtures::pseudoRandom(90000, 5));
-    r.rig.engine.AddISOFile("\\f.bin", file);
+    r.addFiles(dir.path(), 1, 90000);
     QVERIFY(r.rig.write());
     frmIsoripper form({&r.rig.engine, nullptr, nullptr});
     form.Form_Load();

@@ -1,10 +1,12 @@
 #include "CopierRig.h"
 
+#include "Fixtures.h"
 #include "Waits.h"
 
 #include "engine/writer/recorders/image/ImageMedium.h"
 #include "engine/writer/recorders/image/ImageRecorder.h"
 
+#include <QDir>
 #include <QFile>
 #include <QFileInfo>
 
@@ -18,6 +20,14 @@ CopierRig::CopierRig(EngineRig::Job job, const QStringList &settings)
     });
     copier.setBlankDiscHandler(this);
     copier.CloseTray(First);
+}
+
+void CopierRig::addFiles(const QString &folder, int count, int size) {
+    for (int i = 0; i < count; ++i) {
+        const QString file = QDir(folder).filePath(QStringLiteral("f%1.bin").arg(i));
+        Fixtures::writeFile(file, Fixtures::pseudoRandom(size, i + 1));
+        rig.engine.AddISOFile(QStringLiteral("\\f%1.bin").arg(i), file);
+    }
 }
 
 bool CopierRig::waitForJob() {

@@ -16,6 +16,8 @@ struct CopierRig : BlankDiscHandler {
 
     explicit CopierRig(EngineRig::Job job = EngineRig::Data, const QStringList &settings = {});
 
+    // Puts `count` files of `size` bytes ("\f0.bin"...), made in `folder`, into the rig's image.
+    void addFiles(const QString &folder, int count, int size);
     // Waits for the copier's job to end; whether it ended well (else `failure` says why).
     bool waitForJob();
     // The data file of the disc in a recorder's tray (unit 0 or 1).
