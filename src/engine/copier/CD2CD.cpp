@@ -52,6 +52,7 @@ CD2CD::CD2CD(CDWriterPro *writer, QObject *parent)
                 m_job->wait();
                 m_job.reset();
             }
+            m_claimedA = m_claimedB = nullptr; // gone with the writer
         });
 }
 
@@ -160,8 +161,11 @@ qint32 CD2CD::startJob(std::unique_ptr<CopierJob> job, Recorder *a, Recorder *b)
     m_claimedB = b != a ? b : nullptr;
     m_job = std::move(job);
     m_job->start([this](const JobOutcome &o) {
-        m_job->wait();
-        m_job.reset();
+        // The writer's end may have taken the job already.
+        if (m_job) {
+            m_job->wait();
+            m_job.reset();
+        }
         for (Recorder *r : {m_claimedA, m_claimedB})
             if (r)
                 r->releaseClaim();
