@@ -221,7 +221,7 @@ int main(int argc, char **argv) {
         out << "no drive " << device << "\n";
         return 1;
     }
-    BurnRecorder direct({device, {}, {}, true, {}});
+    BurnRecorder direct({device, {}, {}, true});
     PrintingMonitor monitor;
 
     if (command == u"readdisc" || command == u"cue" || command == u"copy") {

@@ -24,7 +24,7 @@ public:
         QString address; // libburn's address of the drive
         QString vendor, product;
         bool writes = false;
-        QString revision;
+        QString revision = {}; // last, with its default, so older initialisers stay whole
     };
     explicit BurnRecorder(Inquiry inquiry);
     ~BurnRecorder() override;
