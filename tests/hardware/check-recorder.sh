@@ -167,7 +167,11 @@ echo "== disc to image and back: ISO, BIN/CUE, the cue sheet written to a blank 
 if ask blank "put a BLANK disc into $DEV (a data session is written first)"; then
     check "a data session is written" 'run write "$WORK/five"'
     check "the disc is read into an ISO file" 'run readdisc "$WORK/disc.iso"'
-    check "the ISO holds the session's files" 'same "$WORK/disc.iso" 0 /big.bin "$WORK/five/big.bin"'
+    # shellcheck disable=SC2034 # read by check's eval
+    START=$(info LastSessionStart)
+    check "the ISO equals the session's blocks" \
+        'cmp -s "$WORK/disc.iso" <(dd if="$XDEV" bs=2048 skip="$START" status=none \
+            count=$(($(stat -c %s "$WORK/disc.iso") / 2048)))'
     check "the disc is read into a BIN with its cue sheet" 'run readdisc "$WORK/disc.bin"'
     check "the BIN starts with the ISO's blocks" \
         'cmp -s -n "$(stat -c %s "$WORK/disc.iso")" "$WORK/disc.iso" "$WORK/disc.bin"'

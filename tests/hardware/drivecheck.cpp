@@ -1,6 +1,7 @@
 // A command-line handle on the engine for a person with a recorder: check-recorder.sh drives
 // it step by step and reads the discs back with outside tools. Runs on one thread with an
 // event loop for the engine's events.
+#include "engine/copier/BlankDiscHandler.h"
 #include "engine/copier/CD2CD.h"
 #include "engine/writer/CDWriterPro.h"
 #include "engine/writer/recorders/DriveScanner.h"
@@ -212,8 +213,8 @@ int main(int argc, char **argv) {
         if (command == u"list")
             out << i << " " << engine.DriveLetter(i) << " | " << engine.DriveVendor(i) << " | "
                 << engine.DriveProduct(i) << " | recorder " << engine.DriveIsRecorder(i) << "\n";
-        if (engine.DriveLetter(i) == BurnRecorder::letterOf(device))
-            index = i;
+        if (index < 0 && engine.DriveLetter(i) == BurnRecorder::letterOf(device))
+            index = i; // the first: a file DEST is added after DEVICE
     }
     if (command == u"list")
         return 0;
