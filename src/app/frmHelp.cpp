@@ -2,12 +2,14 @@
 #include "base/App.h"
 #include "diagnostics/ErrorTrap.h"
 
+#include <QApplication>
 #include <QFile>
 #include <QFileInfo>
 #include <QHBoxLayout>
 #include <QLineEdit>
 #include <QListWidget>
 #include <QRegularExpression>
+#include <QShortcut>
 #include <QSplitter>
 #include <QTabWidget>
 #include <QTextBrowser>
@@ -53,6 +55,29 @@ void frmHelp::showHelp(const QString &helpFile, Request request, qint32 contextI
     window->show();
     window->raise();
     window->activateWindow();
+}
+
+void frmHelp::installHelpKey(QWidget *frame, const QString &helpFile) {
+    auto *key = new QShortcut(QKeySequence::HelpContents, frame);
+    key->setContext(Qt::ApplicationShortcut);
+    QObject::connect(key, &QShortcut::activated, frame, [frame, helpFile] {
+        ErrorTrap::run("HelpKey_Pressed", "frmHelp", [&] {
+            QWidget *focus = QApplication::focusWidget();
+            showHelpFor(focus ? focus : QApplication::activeWindow(), helpFile, frame);
+        });
+    });
+}
+
+void frmHelp::showHelpFor(QWidget *focus, const QString &helpFile, QWidget *owner) {
+    showHelp(helpFile, Context, 1, owner);
+    frmHelp *window = slot();
+    // The innermost window with a topic of its own; the help window itself has none.
+    for (QWidget *w = focus; w && w != window; w = w->parentWidget()) {
+        if (window && window->hasAnchor(w->objectName())) {
+            window->showAnchor(w->objectName());
+            return;
+        }
+    }
 }
 
 frmHelp::frmHelp(QWidget *owner)
@@ -104,6 +129,7 @@ bool frmHelp::load(const QString &htmlFile) {
     m_file = htmlFile;
     tvwContents->clear();
     m_index.clear();
+    m_anchors.clear();
     QFile f(htmlFile);
     if (htmlFile.isEmpty() || !f.open(QIODevice::ReadOnly)) {
         txtTopic->setPlainText(QStringLiteral("The help file can't be found."));
@@ -111,7 +137,13 @@ bool frmHelp::load(const QString &htmlFile) {
         return false;
     }
     const QString html = QString::fromUtf8(f.readAll());
+    // The screenshots stand beside the page.
+    txtTopic->setSearchPaths({QFileInfo(htmlFile).absolutePath()});
     txtTopic->setHtml(html);
+    m_anchors.clear();
+    static const QRegularExpression anchor(QStringLiteral(R"re(<a name="([^"]+)")re"));
+    for (auto it = anchor.globalMatch(html); it.hasNext();)
+        m_anchors.append(it.next().captured(1));
     // Contents: the headings that carry an anchor, two levels.
     static const QRegularExpression heading(
         QStringLiteral(R"re(<h([23])><a name="([^"]+)"></a>(.*?)</h\1>)re"));

@@ -1,0 +1,25 @@
+#pragma once
+
+#include "app/FrameServices.h"
+
+#include <QDialog>
+
+class QLabel;
+class QPushButton;
+
+// "Tessaly On The Web": the web pages that belong to the program, its licence and the projects
+// it is built on, each a link the desktop opens in the browser. One default instance; UI thread.
+class frmWeb : public QDialog {
+    Q_OBJECT
+public:
+    explicit frmWeb(const WindowContext &context = {});
+    ~frmWeb() override;
+
+    void Form_Load();
+
+    // The links the window offers, as HTML.
+    static QString linksHtml();
+
+    QLabel *lblLinks = nullptr;
+    QPushButton *cmdOK = nullptr;
+};
