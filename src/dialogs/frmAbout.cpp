@@ -8,7 +8,6 @@
 #include "engine/system/EngineVersions.h"
 #include "widgets/DefaultInstance.h"
 
-#include <QDialogButtonBox>
 #include <QHBoxLayout>
 #include <QHeaderView>
 #include <QLabel>
@@ -20,11 +19,6 @@ namespace {
 
 // Below this the box would all but vanish, which reads as a window that did not open.
 constexpr int LeastOpacity = 20;
-
-QPushButton *button(QDialogButtonBox *box, const QString &caption,
-                    QDialogButtonBox::ButtonRole role) {
-    return box->addButton(caption, role);
-}
 
 } // namespace
 
@@ -45,11 +39,10 @@ frmAbout::frmAbout(const WindowContext &context)
     lblVersion = new QLabel(QStringLiteral("Version ") + App::versionText(), this);
     lblCopyright = new QLabel(App::LegalCopyright(), this);
     lblCopyright->setWordWrap(true);
-    lblLicense = new QLabel(
-        QStringLiteral("Tessaly is free software: you may share and change it under the GNU "
-                       "General Public License, version 3 or any later version. It comes with "
-                       "no warranty."),
-        this);
+    lblLicense = new QLabel(QStringLiteral("You may share and change it under the GNU General "
+                                           "Public License, version 3 or (at your option) any "
+                                           "later version. It comes with no warranty."),
+                            this);
     lblLicense->setWordWrap(true);
 
     lvwEngines = new QTreeWidget(this);
@@ -59,11 +52,10 @@ frmAbout::frmAbout(const WindowContext &context)
     lvwEngines->setSelectionMode(QAbstractItemView::NoSelection);
     lvwEngines->header()->setStretchLastSection(true);
 
-    auto *buttons = new QDialogButtonBox(this);
-    cmdLicense = button(buttons, QStringLiteral("&License..."), QDialogButtonBox::ActionRole);
-    cmdCredits = button(buttons, QStringLiteral("&Credits..."), QDialogButtonBox::ActionRole);
-    cmdWeb = button(buttons, QStringLiteral("On the &Web..."), QDialogButtonBox::ActionRole);
-    cmdOK = button(buttons, QStringLiteral("OK"), QDialogButtonBox::AcceptRole);
+    cmdLicense = new QPushButton(QStringLiteral("&License..."), this);
+    cmdCredits = new QPushButton(QStringLiteral("&Credits..."), this);
+    cmdWeb = new QPushButton(QStringLiteral("On the &Web..."), this);
+    cmdOK = new QPushButton(QStringLiteral("OK"), this);
     cmdOK->setDefault(true);
 
     auto *text = new QVBoxLayout;
@@ -80,8 +72,13 @@ frmAbout::frmAbout(const WindowContext &context)
     layout->addLayout(head);
     layout->addWidget(new QLabel(QStringLiteral("Tessaly stands on these libraries:"), this));
     layout->addWidget(lvwEngines, 1);
-    layout->addWidget(buttons);
-    resize(560, 470);
+    auto *buttons = new QHBoxLayout;
+    for (QPushButton *b : {cmdLicense, cmdCredits, cmdWeb})
+        buttons->addWidget(b);
+    buttons->addStretch(1);
+    buttons->addWidget(cmdOK);
+    layout->addLayout(buttons);
+    resize(580, 400);
 
     const auto trapped = [this](QPushButton *b, void (frmAbout::*handler)(), const char *name) {
         connect(b, &QPushButton::clicked, this, [this, handler, name] {

@@ -177,6 +177,7 @@ void tst_Desktop::aboutShowsTheLoadedVersions() {
     QFETCH(QString, library);
     QFETCH(QString, tool);
     QFETCH(QStringList, arguments);
+    TestEnvironment env;
     frmAbout about;
     about.Form_Load();
     const auto rows = about.lvwEngines->findItems(library, Qt::MatchExactly, 0);
@@ -228,14 +229,10 @@ void tst_Desktop::transparencyComesFromTheOptions() {
 void tst_Desktop::f1OpensTheTopicOfTheFocusWindow_data() {
     QTest::addColumn<QString>("command");
     QTest::addColumn<QString>("topic");
-    QTest::newRow("about box") << "ABOUT"
-                               << "frmAbout";
-    QTest::newRow("licence") << "LICENSE"
-                             << "frmLicense";
-    QTest::newRow("normaliser") << "NORMALIZE"
-                                << "frmNormalize";
-    QTest::newRow("mp3 tool") << "DECODEMP3"
-                              << "frmDecode";
+    QTest::newRow("about box") << QStringLiteral("ABOUT") << QStringLiteral("frmAbout");
+    QTest::newRow("licence") << QStringLiteral("LICENSE") << QStringLiteral("frmLicense");
+    QTest::newRow("links") << QStringLiteral("WEB") << QStringLiteral("frmWeb");
+    QTest::newRow("normaliser") << QStringLiteral("NORMALIZE") << QStringLiteral("frmNormalize");
 }
 
 void tst_Desktop::f1OpensTheTopicOfTheFocusWindow() {
