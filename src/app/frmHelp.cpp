@@ -6,10 +6,10 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QHBoxLayout>
+#include <QKeyEvent>
 #include <QLineEdit>
 #include <QListWidget>
 #include <QRegularExpression>
-#include <QShortcut>
 #include <QSplitter>
 #include <QTabWidget>
 #include <QTextBrowser>
@@ -57,18 +57,45 @@ void frmHelp::showHelp(const QString &helpFile, Request request, qint32 contextI
     window->activateWindow();
 }
 
-void frmHelp::installHelpKey(QWidget *frame, const QString &helpFile) {
-    auto *key = new QShortcut(QKeySequence::HelpContents, frame);
-    key->setContext(Qt::ApplicationShortcut);
-    QObject::connect(key, &QShortcut::activated, frame, [frame, helpFile] {
+namespace {
+
+// F1 seen before any window handles it, so that it also works in a modal dialog, where the
+// frame's own shortcuts are blocked. Lives as long as the frame it is made for.
+class HelpKeyFilter : public QObject {
+public:
+    HelpKeyFilter(QWidget *frame, const QString &helpFile)
+        : QObject(frame)
+        , m_frame(frame)
+        , m_helpFile(helpFile) {}
+
+    bool eventFilter(QObject *watched, QEvent *event) override {
+        if (event->type() != QEvent::KeyPress ||
+            static_cast<QKeyEvent *>(event)->key() != Qt::Key_F1 || !watched->isWidgetType())
+            return false;
         ErrorTrap::run("HelpKey_Pressed", "frmHelp", [&] {
             QWidget *focus = QApplication::focusWidget();
-            showHelpFor(focus ? focus : QApplication::activeWindow(), helpFile, frame);
+            // Under a modal dialog the help is its child, or the dialog would block it.
+            QWidget *modal = QApplication::activeModalWidget();
+            frmHelp::showHelpFor(focus ? focus : QApplication::activeWindow(), m_helpFile,
+                                 modal ? modal : m_frame.data());
         });
-    });
+        return true;
+    }
+
+private:
+    QPointer<QWidget> m_frame;
+    QString m_helpFile;
+};
+
+} // namespace
+
+void frmHelp::installHelpKey(QWidget *frame, const QString &helpFile) {
+    qApp->installEventFilter(new HelpKeyFilter(frame, helpFile));
 }
 
 void frmHelp::showHelpFor(QWidget *focus, const QString &helpFile, QWidget *owner) {
+    if (slot() && owner && slot()->parentWidget() != owner)
+        slot()->setParent(owner, slot()->windowFlags());
     showHelp(helpFile, Context, 1, owner);
     frmHelp *window = slot();
     // The innermost window with a topic of its own; the help window itself has none.
