@@ -1,32 +1,15 @@
 #include "frmCoder.h"
 #include "base/App.h"
-#include "diagnostics/ErrorTrap.h"
 #include "engine/system/EngineVersions.h"
 #include "widgets/DefaultInstance.h"
 
-#include <QHBoxLayout>
-#include <QPushButton>
 #include <QTextBrowser>
-#include <QVBoxLayout>
 
 frmCoder::frmCoder(const WindowContext &context)
-    : QDialog(context.frame ? context.frame->frameWidget() : nullptr) {
-    setObjectName(QStringLiteral("frmCoder"));
-    setAttribute(Qt::WA_DeleteOnClose);
-    setWindowTitle(QStringLiteral("Credits"));
+    : SupportDialog(context, "frmCoder", QStringLiteral("Credits")) {
     txtCredits = new QTextBrowser(this);
     txtCredits->setOpenExternalLinks(true);
-    cmdOK = new QPushButton(QStringLiteral("OK"), this);
-    cmdOK->setDefault(true);
-    auto *row = new QHBoxLayout;
-    row->addStretch(1);
-    row->addWidget(cmdOK);
-    auto *layout = new QVBoxLayout(this);
-    layout->addWidget(txtCredits, 1);
-    layout->addLayout(row);
-    resize(560, 460);
-    connect(cmdOK, &QPushButton::clicked, this,
-            [this] { ErrorTrap::run("cmdOK_Click", "frmCoder", [this] { close(); }); });
+    setBody(txtCredits, 560, 460);
 }
 
 frmCoder::~frmCoder() {

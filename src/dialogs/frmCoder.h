@@ -1,15 +1,12 @@
 #pragma once
 
-#include "app/FrameServices.h"
+#include "SupportDialog.h"
 
-#include <QDialog>
-
-class QPushButton;
 class QTextBrowser;
 
 // The credits: who made Tessaly and the libraries it is built on, with their versions and
 // licences. Opened from the about box. One default instance; UI thread.
-class frmCoder : public QDialog {
+class frmCoder : public SupportDialog {
     Q_OBJECT
 public:
     explicit frmCoder(const WindowContext &context = {});
@@ -18,5 +15,4 @@ public:
     void Form_Load();
 
     QTextBrowser *txtCredits = nullptr;
-    QPushButton *cmdOK = nullptr;
 };

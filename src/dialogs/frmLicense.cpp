@@ -1,36 +1,18 @@
 #include "frmLicense.h"
 #include "base/App.h"
-#include "diagnostics/ErrorTrap.h"
 #include "widgets/DefaultInstance.h"
 
 #include <QFile>
 #include <QFontDatabase>
-#include <QHBoxLayout>
-#include <QPushButton>
 #include <QTextBrowser>
-#include <QVBoxLayout>
 
 frmLicense::frmLicense(const WindowContext &context)
-    : QDialog(context.frame ? context.frame->frameWidget() : nullptr) {
-    setObjectName(QStringLiteral("frmLicense"));
-    setAttribute(Qt::WA_DeleteOnClose);
-    setWindowTitle(QStringLiteral("License Agreement"));
+    : SupportDialog(context, "frmLicense", QStringLiteral("License Agreement")) {
     txtLicense = new QTextBrowser(this);
     txtLicense->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
     txtLicense->setLineWrapMode(QTextEdit::NoWrap);
-    cmdOK = new QPushButton(QStringLiteral("OK"), this);
-    cmdOK->setDefault(true);
-    auto *row = new QHBoxLayout;
-    row->addStretch(1);
-    row->addWidget(cmdOK);
-    auto *layout = new QVBoxLayout(this);
-    layout->addWidget(txtLicense, 1);
-    layout->addLayout(row);
     // The licence's lines are at most 80 characters: wide enough for them without wrapping.
-    const int width = txtLicense->fontMetrics().horizontalAdvance(QString(82, u'M'));
-    resize(width + 60, 560);
-    connect(cmdOK, &QPushButton::clicked, this,
-            [this] { ErrorTrap::run("cmdOK_Click", "frmLicense", [this] { close(); }); });
+    setBody(txtLicense, txtLicense->fontMetrics().horizontalAdvance(QString(82, u'M')) + 60, 560);
 }
 
 frmLicense::~frmLicense() {

@@ -1,16 +1,13 @@
 #pragma once
 
-#include "app/FrameServices.h"
+#include "SupportDialog.h"
 
-#include <QDialog>
-
-class QPushButton;
 class QTextBrowser;
 
 // The licence Tessaly is under: a short notice and the full text of the GNU GPL version 3, read
 // from the program itself so that it is there whatever was installed. One default instance;
 // UI thread.
-class frmLicense : public QDialog {
+class frmLicense : public SupportDialog {
     Q_OBJECT
 public:
     explicit frmLicense(const WindowContext &context = {});
@@ -22,5 +19,4 @@ public:
     static QString licenseText();
 
     QTextBrowser *txtLicense = nullptr;
-    QPushButton *cmdOK = nullptr;
 };

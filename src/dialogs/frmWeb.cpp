@@ -1,37 +1,20 @@
 #include "frmWeb.h"
 #include "base/App.h"
-#include "diagnostics/ErrorTrap.h"
 #include "engine/system/EngineVersions.h"
 #include "frmAbout.h"
 #include "widgets/DefaultInstance.h"
 
-#include <QHBoxLayout>
 #include <QLabel>
-#include <QPushButton>
-#include <QVBoxLayout>
 
 frmWeb::frmWeb(const WindowContext &context)
-    : QDialog(context.frame ? context.frame->frameWidget() : nullptr) {
-    setObjectName(QStringLiteral("frmWeb"));
-    setAttribute(Qt::WA_DeleteOnClose);
-    setWindowTitle(App::ProductName() + QStringLiteral(" On The Web"));
+    : SupportDialog(context, "frmWeb", App::ProductName() + QStringLiteral(" On The Web")) {
     lblLinks = new QLabel(this);
     lblLinks->setTextFormat(Qt::RichText);
     lblLinks->setOpenExternalLinks(true);
     lblLinks->setTextInteractionFlags(Qt::TextBrowserInteraction);
     lblLinks->setWordWrap(true);
     lblLinks->setAlignment(Qt::AlignTop | Qt::AlignLeft);
-    cmdOK = new QPushButton(QStringLiteral("OK"), this);
-    cmdOK->setDefault(true);
-    auto *row = new QHBoxLayout;
-    row->addStretch(1);
-    row->addWidget(cmdOK);
-    auto *layout = new QVBoxLayout(this);
-    layout->addWidget(lblLinks, 1);
-    layout->addLayout(row);
-    resize(520, 430);
-    connect(cmdOK, &QPushButton::clicked, this,
-            [this] { ErrorTrap::run("cmdOK_Click", "frmWeb", [this] { close(); }); });
+    setBody(lblLinks, 520, 430);
 }
 
 frmWeb::~frmWeb() {

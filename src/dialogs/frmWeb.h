@@ -1,15 +1,12 @@
 #pragma once
 
-#include "app/FrameServices.h"
-
-#include <QDialog>
+#include "SupportDialog.h"
 
 class QLabel;
-class QPushButton;
 
 // "Tessaly On The Web": the web pages that belong to the program, its licence and the projects
 // it is built on, each a link the desktop opens in the browser. One default instance; UI thread.
-class frmWeb : public QDialog {
+class frmWeb : public SupportDialog {
     Q_OBJECT
 public:
     explicit frmWeb(const WindowContext &context = {});
@@ -21,5 +18,4 @@ public:
     static QString linksHtml();
 
     QLabel *lblLinks = nullptr;
-    QPushButton *cmdOK = nullptr;
 };
