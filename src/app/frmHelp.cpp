@@ -94,6 +94,11 @@ void frmHelp::installHelpKey(QWidget *frame, const QString &helpFile) {
 }
 
 void frmHelp::showHelpFor(QWidget *focus, const QString &helpFile, QWidget *owner) {
+    // F1 while reading the help leaves the page where it is.
+    if (slot() && focus && (focus == slot() || slot()->isAncestorOf(focus))) {
+        slot()->raise();
+        return;
+    }
     if (slot() && owner && slot()->parentWidget() != owner)
         slot()->setParent(owner, slot()->windowFlags());
     showHelp(helpFile, Context, 1, owner);

@@ -63,6 +63,11 @@ private slots:
         QVERIFY2(QFileInfo::exists(file), qPrintable(path));
         if (iconSize)
             QCOMPARE(QImage(file).size(), QSize(iconSize, iconSize));
+        // The menu entry starts the installed program by its full path.
+        const QString exec = QRegularExpression("\nExec=\"([^\"]+)\"")
+                                 .match(QString::fromUtf8(OutsideTools::fileBytes(file)))
+                                 .captured(1);
+        QVERIFY(!path.endsWith(".desktop") || exec == m_prefix.filePath("bin/tessaly"));
         if (checker.isEmpty())
             return;
         int status = -1;
