@@ -9,6 +9,8 @@ SupportDialog::SupportDialog(const WindowContext &context, const char *name, con
     : QDialog(context.frame ? context.frame->frameWidget() : nullptr) {
     setObjectName(QString::fromLatin1(name));
     setAttribute(Qt::WA_DeleteOnClose);
+    // Modal over the frame, yet shown without a local loop, so that the caller returns at once.
+    setWindowModality(Qt::ApplicationModal);
     setWindowTitle(title);
     cmdOK = new QPushButton(QStringLiteral("OK"), this);
     cmdOK->setDefault(true);

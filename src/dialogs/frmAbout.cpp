@@ -26,6 +26,8 @@ frmAbout::frmAbout(const WindowContext &context)
     : QDialog(context.frame ? context.frame->frameWidget() : nullptr) {
     setObjectName(QStringLiteral("frmAbout"));
     setAttribute(Qt::WA_DeleteOnClose);
+    // Modal over the frame, yet shown without a local loop, so that the caller returns at once.
+    setWindowModality(Qt::ApplicationModal);
     setWindowTitle(QStringLiteral("About ") + App::ProductName());
 
     picIcon = new QLabel(this);
