@@ -1,6 +1,7 @@
 #include "app/TessalyApplication.h"
 #include "compilation/CompilationWindows.h"
 #include "copying/CopyingWindows.h"
+#include "dialogs/DialogWindows.h"
 #include "ripping/RippingWindows.h"
 #include "ripping/ToolWindows.h"
 #include "writing/WritingWindows.h"
@@ -12,5 +13,6 @@ int main(int argc, char **argv) {
     registerRippingWindows();
     registerToolWindows();
     registerCopyingWindows();
+    registerDialogWindows();
     return app.run();
 }
