@@ -398,6 +398,19 @@ void frmBurn::EnableFormWrite(bool blnEnable) {
     QCoreApplication::processEvents();
 }
 
+void frmBurn::followIsoWrite(const IsoWriteChoices &choices) {
+    chkUseMode2XA->setChecked(choices.mode2XA);
+    chkUseBurnProof->setChecked(choices.burnProof);
+    chkFinalizeDisc->setChecked(choices.finalize);
+    chkLogging->setChecked(choices.logging);
+    (choices.testWrite ? optTest : optWrite)->setChecked(true);
+    chkCacheImage->setChecked(false);
+    chkUseJoliet->setChecked(false);
+    cmdWrite->setEnabled(false);
+    chkLogging->setEnabled(false);
+    tmrBurn->start();
+}
+
 void frmBurn::reject() {
     close();
 }
