@@ -157,6 +157,9 @@ void ToolMenuWriteIso(const WindowContext &context) {
         choices.testWrite = options->chkTestWrite->isChecked();
         choices.burnProof = options->chkUseBurnProof->isChecked();
         choices.logging = options->chkLogging->isChecked();
+        // The box goes with the write dialog, whichever way the write ends.
+        if (QWidget *dialog = FormRegistry::find(QStringLiteral("frmBurn")))
+            QObject::connect(dialog, &QObject::destroyed, options, &frmBurnIso::unload);
         WriteDialog *burn = WriteDialog::open();
         if (burn) {
             burn->EnableFormWrite(false);
@@ -176,11 +179,11 @@ void ToolMenuWriteIso(const WindowContext &context) {
                 burn->Unload();
             }
             MsgBox(QStringLiteral("Error Writing ISO File."), vbCritical, critical());
-            DefaultInstance<frmBurnIso>::unload();
+            frmBurnIso::unload();
         }
     } catch (const RuntimeError &) {
         frame->EnableForm(true);
-        DefaultInstance<frmBurnIso>::unload();
+        frmBurnIso::unload();
     }
 }
 

@@ -17,7 +17,6 @@ frmBurnIso::frmBurnIso(const WindowContext &context)
     : QDialog(context.frame ? context.frame->frameWidget() : nullptr)
     , m_context(context) {
     setObjectName(QStringLiteral("frmBurnIso"));
-    setAttribute(Qt::WA_DeleteOnClose);
     setWindowTitle(QStringLiteral("Burn ISO Options"));
     setModal(true);
     fraOptions = new QGroupBox(QStringLiteral("&Write ISO Options:"), this);
@@ -56,8 +55,19 @@ frmBurnIso::~frmBurnIso() {
 }
 
 void frmBurnIso::closeEvent(QCloseEvent *event) {
+    // Unloaded on close, but not by deleting itself: a modal run would delete it before the
+    // caller has read its choices.
     DefaultInstance<frmBurnIso>::release(this);
+    deleteLater();
     event->accept();
+}
+
+void frmBurnIso::unload() {
+    if (frmBurnIso *box = DefaultInstance<frmBurnIso>::peek()) {
+        DefaultInstance<frmBurnIso>::release(box);
+        box->hide();
+        box->deleteLater();
+    }
 }
 
 void frmBurnIso::Form_Load() {

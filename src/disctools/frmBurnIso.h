@@ -30,6 +30,9 @@ public:
     void chkLogging_Click();
     void cmdContinue_Click();
 
+    // Unloads the box, if loaded.
+    static void unload();
+
 protected:
     void closeEvent(QCloseEvent *event) override;
     void reject() override {}
