@@ -48,7 +48,7 @@ frmSessionCheck::frmSessionCheck(const WindowContext &context)
     tvwSession = new QTreeWidget(this);
     tvwSession->setObjectName(QStringLiteral("tvwSession"));
     tvwSession->setHeaderHidden(true);
-    tvwSession->setMinimumSize(420, 220);
+    tvwSession->setMinimumSize(500, 220);
     auto button = [this](QPushButton *&member, const char *name, const char *caption,
                          void (frmSessionCheck::*handler)()) {
         member = new QPushButton(QString::fromLatin1(caption), this);

@@ -7,61 +7,174 @@
 #include "app/FormRegistry.h"
 #include "app/mdiMain.h"
 #include "app/modDeclarations.h"
+#include "base/IniFile.h"
+#include "compilation/frmData.h"
 #include "disctools/frmBurnIso.h"
 #include "disctools/frmSaveAsISO.h"
+#include "disctools/frmSessionCheck.h"
 #include "engine/writer/CDWriterPro.h"
+#include "engine/writer/recorders/image/ImageRecorder.h"
 #include "widgets/DefaultInstance.h"
+#include "widgets/KeyedPanel.h"
+#include "widgets/KeyedStatusBar.h"
 #include "writing/frmBurn.h"
 
-#include <QApplication>
 #include <QCheckBox>
 #include <QComboBox>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QRadioButton>
 #include <QTest>
-#include <QTimer>
+#include <QTreeWidget>
 
 using DiscReadBack::Tree;
 using Fixtures::pseudoRandom;
 
+// The session import and ISO files, on the Image Recorder, read back by xorriso and isoinfo.
 class tst_IsoFiles : public QObject {
     Q_OBJECT
 private slots:
+    void importThenSecondSession();
     void saveAsIso_data();
     void saveAsIso();
-    void writeIso_data();
-    void writeIso();
+    void refusals_data();
+    void refusals();
+    void writeIsoToBlankDisc();
 };
 
 namespace {
-// Continues the options box of type T once it is up, after `choose` has set it; counts it.
-template<typename T> void continueBox(int &seen, std::function<void(T *)> choose = {}) {
-    QTimer::singleShot(0, [&seen, choose] {
-        if (auto *box = qobject_cast<T *>(QApplication::activeModalWidget())) {
-            ++seen;
-            if (choose)
-                choose(box);
-            box->cmdContinue->click();
-        }
+// A data compilation open in the frame, holding `tree` from files made under `dir`.
+void compile(mdiMain *f, const Tree &tree, const QTemporaryDir &dir) {
+    FormRegistry::open(QStringLiteral("frmData"));
+    FormRegistry::open(QStringLiteral("ResetImage"));
+    for (auto it = tree.cbegin(); it != tree.cend(); ++it) {
+        if (it.value() == "<dir>")
+            continue;
+        Fixtures::writeFile(dir.filePath("src/" + it.key()), it.value());
+        f->Tessaly->AddISOFile('\\' + QString(it.key()).replace(u'/', u'\\'),
+                               dir.filePath("src/" + it.key()));
+    }
+}
+
+bool writeForReal(WriteRig &rig) {
+    frmBurn *burn = rig.openDialog();
+    if (!burn)
+        return false;
+    burn->optWrite->setChecked(true);
+    return rig.writeAndWait(burn) && rig.ending == QLatin1String("WriteComplete");
+}
+
+// Every node of a tree as "key=text", in tree order.
+QStringList nodes(const QTreeWidget *tree) {
+    QStringList out;
+    std::function<void(QTreeWidgetItem *)> walk = [&](QTreeWidgetItem *item) {
+        out << item->data(0, Qt::UserRole).toString() + u'=' + item->text(0);
+        for (int i = 0; i < item->childCount(); ++i)
+            walk(item->child(i));
+    };
+    for (int i = 0; i < tree->topLevelItemCount(); ++i)
+        walk(tree->topLevelItem(i));
+    return out;
+}
+
+QString dataPanel(mdiMain *f) {
+    return f->smartStatusBar->Item(QStringLiteral("DATA"))->Text();
+}
+
+// Presses Continue on the options box once it is up; counts the boxes seen.
+void continueOptions(int &seen, bool joliet = true) {
+    QTimer::singleShot(0, [&seen, joliet] {
+        if (auto *save = qobject_cast<frmSaveAsISO *>(QApplication::activeModalWidget())) {
+            save->chkUseJoliet->setChecked(joliet);
+            save->cmdContinue->click();
+        } else if (auto *burn = qobject_cast<frmBurnIso *>(QApplication::activeModalWidget())) {
+            burn->chkFinalizeDisc->setChecked(true);
+            burn->cmdContinue->click();
+        } else
+            return;
+        ++seen;
     });
 }
 } // namespace
+
+void tst_IsoFiles::importThenSecondSession() {
+    WriteRig rig;
+    QVERIFY(rig.started());
+    mdiMain *f = rig.frame();
+    CDWriterPro *cd = f->Tessaly;
+    QTemporaryDir dir;
+    const Tree first = {{"keep.bin", pseudoRandom(300000, 1)},
+                        {"a.txt", pseudoRandom(900, 2)},
+                        {"dir", "<dir>"},
+                        {"dir/b.txt", pseudoRandom(4000, 3)},
+                        {"gone.txt", pseudoRandom(10, 4)}};
+    compile(f, first, dir);
+    f->txtVolIdentifier->setText("FIRST");
+    gstrVolumePublisher = "PUB";
+    QVERIFY(writeForReal(rig));
+    DefaultInstance<frmData>::unload();
+    Waits::settle();
+
+    // The same disc back: its sessions come up in the box.
+    f->runCommand("CLOSETRAY");
+    QVERIFY(Waits::until([] { return DefaultInstance<frmSessionCheck>::exists(); }, 20000));
+    frmSessionCheck *box = DefaultInstance<frmSessionCheck>::peek();
+    const QStringList shown = nodes(box->tvwSession);
+    QCOMPARE(shown.mid(0, 4), QStringList({"CD-ROM=CD-ROM", "Node2=Session 01",
+                                           "Node3=Track 01: Closed Track", "Node4=Session 02"}));
+    const auto line = QRegularExpression("^Node5=Empty Session: \\[\\d+MB\\] Used space, "
+                                         "\\[(\\d+)MB\\] Free space$")
+                          .match(shown.value(4));
+    QVERIFY2(line.hasMatch() && line.captured(1).toInt() > 600, qPrintable(shown.value(4)));
+    QCOMPARE(frmSessionCheck::keyOf(box->tvwSession->currentItem()), QStringLiteral("Node5"));
+    QCOMPARE(box->cmdImport->text(), QStringLiteral("Import Session 1"));
+    QVERIFY(!box->cmdErase->isEnabled()); // a CD-R
+    box->cmdImport->click();
+    Waits::settle();
+
+    frmData *data = DefaultInstance<frmData>::peek();
+    QVERIFY(data);
+    QCOMPARE(dataPanel(f), QStringLiteral(" Current Session: 2"));
+    QCOMPARE(f->txtVolIdentifier->text(), QStringLiteral("FIRST"));
+    QCOMPARE(gstrVolumePublisher, QStringLiteral("PUB"));
+    f->runCommand("IMPPRESES"); // a second import shows every folder once all the same
+    QCOMPARE(nodes(data->tvwDirectories), QStringList({"\\=FIRST", "\\dir=dir"}));
+
+    // One file added, one put under an imported name, one imported taken out.
+    const Tree added = {{"a.txt", pseudoRandom(700, 5)}, {"added.txt", pseudoRandom(800, 6)}};
+    for (auto it = added.cbegin(); it != added.cend(); ++it) {
+        Fixtures::writeFile(dir.filePath("new/" + it.key()), it.value());
+        cd->AddISOFile(u'\\' + it.key(), dir.filePath("new/" + it.key()));
+    }
+    QVERIFY(cd->RemoveISOItem("\\gone.txt"));
+    QVERIFY(writeForReal(rig));
+
+    // A file holds no table of contents: the disc's descriptor tells where session 2 starts.
+    const QString image = rig.ejectedImage();
+    const QString disc = QFileInfo(image).path() + u'/' + QFileInfo(image).completeBaseName();
+    const qint32 start = IniFile::read(disc + ".tdisc", "Session2", "Start", "-1").toInt();
+    QVERIFY(start > 0);
+    Tree second = first;
+    second.remove("gone.txt");
+    second.insert(added);
+    QCOMPARE(DiscReadBack::read(DiscReadBack::Tool::Xorriso, image, start), second);
+    QCOMPARE(DiscReadBack::read(DiscReadBack::Tool::Isoinfo, image, start), second);
+    QCOMPARE(DiscReadBack::read(DiscReadBack::Tool::Xorriso, image, 0), first);
+}
 
 void tst_IsoFiles::saveAsIso_data() {
     QTest::addColumn<QString>("name"); // as answered in the file box
     QTest::addColumn<bool>("joliet");
     QTest::addColumn<QByteArray>("existing"); // what lies there before; kept when asked
     QTest::addColumn<QString>("box");         // the last box; empty for none
-    QTest::addColumn<bool>("saved");
     const QString done = "ISO File Created successfully!";
-    QTest::newRow("Joliet") << "out.iso" << true << QByteArray() << done << true;
-    QTest::newRow("no Joliet, no extension") << "out" << false << QByteArray() << done << true;
-    QTest::newRow("existing, not replaced")
-        << "out.iso" << true << QByteArray("keep")
-        << "%1 already exists.\r\nDo you want to replace it?" << false;
-    QTest::newRow("cancelled") << "" << true << QByteArray() << "" << false;
+    QTest::newRow("Joliet") << "out.iso" << true << QByteArray() << done;
+    QTest::newRow("no Joliet, no extension") << "out" << false << QByteArray() << done;
+    QTest::newRow("existing, not replaced") << "out.iso" << true << QByteArray("keep")
+                                            << "%1 already exists.\r\nDo you want to replace it?";
+    QTest::newRow("cancelled") << "" << true << QByteArray() << "";
     QTest::newRow("unwritable folder")
-        << "/proc/tessaly.iso" << true << QByteArray() << "Error creating ISO File." << false;
+        << "/proc/tessaly.iso" << true << QByteArray() << "Error creating ISO File.";
 }
 
 void tst_IsoFiles::saveAsIso() {
@@ -69,7 +182,6 @@ void tst_IsoFiles::saveAsIso() {
     QFETCH(bool, joliet);
     QFETCH(QByteArray, existing);
     QFETCH(QString, box);
-    QFETCH(bool, saved);
     WriteRig rig;
     QVERIFY(rig.started());
     mdiMain *f = rig.frame();
@@ -77,37 +189,26 @@ void tst_IsoFiles::saveAsIso() {
     const Tree tree = {{"docs", "<dir>"},
                        {"docs/a_rather_long_name_for_joliet.txt", pseudoRandom(5000, 1)},
                        {"b.bin", pseudoRandom(200000, 2)}};
-    FormRegistry::open(QStringLiteral("frmData"));
-    FormRegistry::open(QStringLiteral("ResetImage"));
-    for (auto it = tree.cbegin(); it != tree.cend(); ++it) {
-        if (it.value() == "<dir>")
-            continue;
-        Fixtures::writeFile(dir.filePath("src/" + it.key()), it.value());
-        f->Tessaly->AddISOFile("\\" + QString(it.key()).replace(u'/', u'\\'),
-                               dir.filePath("src/" + it.key()));
-    }
+    compile(f, tree, dir);
     f->txtVolIdentifier->setText("SAVED");
     gstrVolumePublisher = "PUBLISHER";
-    const QString path = name.startsWith(u'/') ? name : dir.filePath("out.iso");
+    const QString path = QDir(dir.path()).filePath(name.startsWith(u'/') ? name : "out.iso");
     if (!existing.isEmpty())
         Fixtures::writeFile(path, existing);
     int shown = 0;
-    continueBox<frmSaveAsISO>(shown,
-                              [joliet](frmSaveAsISO *b) { b->chkUseJoliet->setChecked(joliet); });
-    rig.answers.answerFile(
-        name.isEmpty() ? std::nullopt
-                       : std::optional<QString>(name.startsWith(u'/') ? name : dir.filePath(name)));
+    continueOptions(shown, joliet);
+    rig.answers.answerFile(name.isEmpty() ? std::nullopt
+                                          : std::optional(QDir(dir.path()).filePath(name)));
     f->runCommand("SAVEASISO");
     QCOMPARE(shown, 1);
-    QCOMPARE(rig.answers.fileBoxes.size(), 1);
     QVERIFY(
         QRegularExpression("^\\d{12}\\.iso$").match(rig.answers.fileBoxes[0].fileName).hasMatch());
     QCOMPARE(rig.boxes.isEmpty() ? QString() : rig.boxes.last().prompt,
              box.replace("%1", QDir::toNativeSeparators(path)));
     QVERIFY(f->cboDevices->isEnabled() && gblnUnloadOk); // the frame is given back
-    // A cancelled save keeps its options box for the next one; a finished one unloads it.
-    QCOMPARE(DefaultInstance<frmSaveAsISO>::exists(), !saved && !box.startsWith("Error"));
-    if (!saved) {
+    if (!box.startsWith("ISO File Created")) {
+        // A cancelled save keeps its options box for the next one; a finished one unloads it.
+        QCOMPARE(DefaultInstance<frmSaveAsISO>::exists(), !box.startsWith("Error"));
         QCOMPARE(QFileInfo::exists(path), !existing.isEmpty());
         QCOMPARE(OutsideTools::fileBytes(path), existing);
         return;
@@ -118,56 +219,91 @@ void tst_IsoFiles::saveAsIso() {
     QCOMPARE(DiscReadBack::read(DiscReadBack::Tool::Xorriso, path), tree);
 }
 
-void tst_IsoFiles::writeIso_data() {
-    QTest::addColumn<int>("tray");
-    QTest::addColumn<bool>("iso"); // the chosen file is an ISO 9660 image
-    QTest::addColumn<QString>("refusal");
-    QTest::newRow("blank disc") << int(WriteRig::Tray::Blank) << true << "";
-    QTest::newRow("no disc") << int(WriteRig::Tray::Empty) << true
-                             << "Tessaly - Information|No media is loaded, aborting write!";
-    QTest::newRow("used disc") << int(WriteRig::Tray::AppendableDisc) << true
-                               << "Tessaly|Please insert an empty disc for writing ISO.";
-    QTest::newRow("not an image") << int(WriteRig::Tray::Blank) << false
-                                  << "Tessaly - Information|%1 is not an ISO 9660 image file; "
-                                     "nothing was written.";
+void tst_IsoFiles::refusals_data() {
+    QTest::addColumn<QString>("command");
+    QTest::addColumn<int>("tray"); // -1: a disc whose last session is Mode 2
+    QTest::addColumn<bool>("iso"); // WRITEISO: the chosen file is an ISO 9660 image
+    QTest::addColumn<QString>("box");
+    QTest::addColumn<bool>("statusMoved"); // the panel showed the import when the box came
+    using T = WriteRig::Tray;
+    const QString info = "Tessaly - Information|";
+    QTest::newRow("import, no disc") << "IMPPRESES" << int(T::Empty) << true
+                                     << info + "Please Insert a disc before continuing!" << false;
+    QTest::newRow("import, no drive")
+        << "IMPPRESES" << int(T::NoRecorder) << true
+        << info + "A drive is not selected or does not exist." << false;
+    QTest::newRow("import, Mode 2") << "IMPPRESES" << -1 << true
+                                    << "Tessaly - Critical|Previous Session could not be imported"
+                                       "\r\nOnly ISO/Joliet tracks (Mode1) can be imported."
+                                    << true;
+    QTest::newRow("write, no disc") << "WRITEISO" << int(T::Empty) << true
+                                    << info + "No media is loaded, aborting write!" << false;
+    QTest::newRow("write, used disc")
+        << "WRITEISO" << int(T::AppendableDisc) << true
+        << "Tessaly|Please insert an empty disc for writing ISO." << false;
+    QTest::newRow("write, not an image")
+        << "WRITEISO" << int(T::Blank) << false
+        << info + "%1 is not an ISO 9660 image file; nothing was written." << false;
 }
 
-void tst_IsoFiles::writeIso() {
+void tst_IsoFiles::refusals() {
+    QFETCH(QString, command);
     QFETCH(int, tray);
     QFETCH(bool, iso);
-    QFETCH(QString, refusal);
-    WriteRig rig({}, 99, "CD-R 80", WriteRig::Tray(tray));
+    QFETCH(QString, box);
+    QFETCH(bool, statusMoved);
+    WriteRig rig({}, 99, "CD-R 80", tray < 0 ? WriteRig::Tray::Empty : WriteRig::Tray(tray));
+    QVERIFY(rig.started());
+    mdiMain *f = rig.frame();
+    if (tray < 0) {
+        const QDir t(ImageRecorder::trayFolder());
+        Fixtures::writeFile(t.filePath("xa.iso"), QByteArray(150 * 2048, '\0'));
+        Fixtures::writeFile(t.filePath("xa.tdisc"),
+                            "[Tessaly Disc]\nVersion=1\nMedium=CD-R 80\nData=xa.iso\nFinalized=0\n"
+                            "Sessions=1\n\n[Session1]\nStart=0\nBlocks=150\nMode=2\nClosed=1\n");
+        f->runCommand("CLOSETRAY");
+        QVERIFY(Waits::until([&] { return f->Tessaly->MediaType() != CDWriterPro::MediaNone; }));
+        DefaultInstance<frmSessionCheck>::unload();
+    }
+    QTemporaryDir dir;
+    const QString file = dir.filePath("in.iso");
+    Fixtures::writeFile(file, pseudoRandom(40 * 2048, 8));
+    if (iso)
+        ReadBack::run("xorriso", {"-as", "mkisofs", "-quiet", "-o", file, dir.path()});
+    rig.answers.answerFile(file);
+    const QString before = dataPanel(f);
+    rig.boxes.clear();
+    int shown = 0;
+    continueOptions(shown);
+    f->runCommand(command);
+    // Refused before any options box: nothing marks the job as an ISO file write.
+    QCOMPARE(shown, 0);
+    QCOMPARE(int(gblnDisctypeIsData), command == u"IMPPRESES" && tray < 0 ? 0 : 99);
+    QCOMPARE(rig.boxes.size(), 1);
+    QCOMPARE(rig.boxes[0].title + u'|' + rig.boxes[0].prompt,
+             box.replace("%1", QDir::toNativeSeparators(file)));
+    QCOMPARE(rig.boxes[0].dataPanel, statusMoved ? " Importing Previous Session..." : before);
+}
+
+void tst_IsoFiles::writeIsoToBlankDisc() {
+    WriteRig rig({}, 99);
     QVERIFY(rig.started());
     QTemporaryDir dir;
     const QString file = dir.filePath("in.iso");
     Fixtures::writeFile(dir.filePath("src/data.bin"), pseudoRandom(600000, 7));
-    if (iso)
-        ReadBack::run("xorriso", {"-as", "mkisofs", "-quiet", "-V", "OUTSIDE", "-o", file,
-                                  dir.filePath("src")});
-    else
-        Fixtures::writeFile(file, pseudoRandom(40 * 2048, 8));
+    ReadBack::run("xorriso", {"-as", "mkisofs", "-quiet", "-o", file, dir.filePath("src")});
     int shown = 0;
-    continueBox<frmBurnIso>(shown, [](frmBurnIso *b) { b->chkFinalizeDisc->setChecked(true); });
+    continueOptions(shown);
     rig.answers.answerFile(file);
     rig.frame()->runCommand("WRITEISO");
-    if (!refusal.isEmpty()) {
-        // Refused before the options box: nothing marks the job as an ISO file write.
-        QCOMPARE(shown, 0);
-        QCOMPARE(int(gblnDisctypeIsData), 99);
-        QCOMPARE(rig.boxes.size(), 1);
-        QCOMPARE(rig.boxes[0].title + u'|' + rig.boxes[0].prompt,
-                 refusal.replace("%1", QDir::toNativeSeparators(file)));
-        return;
-    }
     QVERIFY(Waits::until([&] { return !rig.ending.isEmpty(); }, 120000));
     Waits::settle();
     QCOMPARE(shown, 1);
     QCOMPARE(rig.ending, QStringLiteral("WriteComplete"));
     QVERIFY(!DefaultInstance<frmBurnIso>::exists() && !frmBurn::instance());
-    const QByteArray written = OutsideTools::fileBytes(rig.ejectedImage());
     const QByteArray original = OutsideTools::fileBytes(file);
     QVERIFY(original.size() > 600000);
-    QVERIFY(written.startsWith(original));
+    QVERIFY(OutsideTools::fileBytes(rig.ejectedImage()).startsWith(original));
 }
 
 QTEST_MAIN(tst_IsoFiles)
