@@ -26,6 +26,7 @@
 #include <QRadioButton>
 #include <QTest>
 #include <QTreeWidget>
+#include <QTreeWidgetItemIterator>
 
 using DiscReadBack::Tree;
 using Fixtures::pseudoRandom;
@@ -37,9 +38,8 @@ private slots:
     void importThenSecondSession();
     void saveAsIso_data();
     void saveAsIso();
-    void refusals_data();
-    void refusals();
-    void writeIsoToBlankDisc();
+    void commandBoxes_data();
+    void commandBoxes();
 };
 
 namespace {
@@ -67,13 +67,8 @@ bool writeForReal(WriteRig &rig) {
 // Every node of a tree as "key=text", in tree order.
 QStringList nodes(const QTreeWidget *tree) {
     QStringList out;
-    std::function<void(QTreeWidgetItem *)> walk = [&](QTreeWidgetItem *item) {
-        out << item->data(0, Qt::UserRole).toString() + u'=' + item->text(0);
-        for (int i = 0; i < item->childCount(); ++i)
-            walk(item->child(i));
-    };
-    for (int i = 0; i < tree->topLevelItemCount(); ++i)
-        walk(tree->topLevelItem(i));
+    for (QTreeWidgetItemIterator it(const_cast<QTreeWidget *>(tree)); *it; ++it)
+        out << (*it)->data(0, Qt::UserRole).toString() + u'=' + (*it)->text(0);
     return out;
 }
 
@@ -219,7 +214,7 @@ void tst_IsoFiles::saveAsIso() {
     QCOMPARE(DiscReadBack::read(DiscReadBack::Tool::Xorriso, path), tree);
 }
 
-void tst_IsoFiles::refusals_data() {
+void tst_IsoFiles::commandBoxes_data() {
     QTest::addColumn<QString>("command");
     QTest::addColumn<int>("tray"); // -1: a disc whose last session is Mode 2
     QTest::addColumn<bool>("iso"); // WRITEISO: the chosen file is an ISO 9660 image
@@ -236,6 +231,7 @@ void tst_IsoFiles::refusals_data() {
                                     << "Tessaly - Critical|Previous Session could not be imported"
                                        "\r\nOnly ISO/Joliet tracks (Mode1) can be imported."
                                     << true;
+    QTest::newRow("write, blank disc") << "WRITEISO" << int(T::Blank) << true << "" << false;
     QTest::newRow("write, no disc") << "WRITEISO" << int(T::Empty) << true
                                     << info + "No media is loaded, aborting write!" << false;
     QTest::newRow("write, used disc")
@@ -246,7 +242,7 @@ void tst_IsoFiles::refusals_data() {
         << info + "%1 is not an ISO 9660 image file; nothing was written." << false;
 }
 
-void tst_IsoFiles::refusals() {
+void tst_IsoFiles::commandBoxes() {
     QFETCH(QString, command);
     QFETCH(int, tray);
     QFETCH(bool, iso);
@@ -267,15 +263,27 @@ void tst_IsoFiles::refusals() {
     }
     QTemporaryDir dir;
     const QString file = dir.filePath("in.iso");
+    Fixtures::writeFile(dir.filePath("src/data.bin"), pseudoRandom(600000, 7));
     Fixtures::writeFile(file, pseudoRandom(40 * 2048, 8));
     if (iso)
-        ReadBack::run("xorriso", {"-as", "mkisofs", "-quiet", "-o", file, dir.path()});
+        ReadBack::run("xorriso", {"-as", "mkisofs", "-quiet", "-o", file, dir.filePath("src")});
     rig.answers.answerFile(file);
     const QString before = dataPanel(f);
     rig.boxes.clear();
     int shown = 0;
     continueOptions(shown);
     f->runCommand(command);
+    if (box.isEmpty()) { // written: the disc starts with the file's bytes
+        QVERIFY(Waits::until([&] { return !rig.ending.isEmpty(); }, 120000));
+        Waits::settle();
+        QCOMPARE(shown, 1);
+        QCOMPARE(rig.ending, QStringLiteral("WriteComplete"));
+        QVERIFY(!DefaultInstance<frmBurnIso>::exists() && !frmBurn::instance());
+        const QByteArray original = OutsideTools::fileBytes(file);
+        QVERIFY(original.size() > 600000);
+        QVERIFY(OutsideTools::fileBytes(rig.ejectedImage()).startsWith(original));
+        return;
+    }
     // Refused before any options box: nothing marks the job as an ISO file write.
     QCOMPARE(shown, 0);
     QCOMPARE(int(gblnDisctypeIsData), command == u"IMPPRESES" && tray < 0 ? 0 : 99);
@@ -283,27 +291,6 @@ void tst_IsoFiles::refusals() {
     QCOMPARE(rig.boxes[0].title + u'|' + rig.boxes[0].prompt,
              box.replace("%1", QDir::toNativeSeparators(file)));
     QCOMPARE(rig.boxes[0].dataPanel, statusMoved ? " Importing Previous Session..." : before);
-}
-
-void tst_IsoFiles::writeIsoToBlankDisc() {
-    WriteRig rig({}, 99);
-    QVERIFY(rig.started());
-    QTemporaryDir dir;
-    const QString file = dir.filePath("in.iso");
-    Fixtures::writeFile(dir.filePath("src/data.bin"), pseudoRandom(600000, 7));
-    ReadBack::run("xorriso", {"-as", "mkisofs", "-quiet", "-o", file, dir.filePath("src")});
-    int shown = 0;
-    continueOptions(shown);
-    rig.answers.answerFile(file);
-    rig.frame()->runCommand("WRITEISO");
-    QVERIFY(Waits::until([&] { return !rig.ending.isEmpty(); }, 120000));
-    Waits::settle();
-    QCOMPARE(shown, 1);
-    QCOMPARE(rig.ending, QStringLiteral("WriteComplete"));
-    QVERIFY(!DefaultInstance<frmBurnIso>::exists() && !frmBurn::instance());
-    const QByteArray original = OutsideTools::fileBytes(file);
-    QVERIFY(original.size() > 600000);
-    QVERIFY(OutsideTools::fileBytes(rig.ejectedImage()).startsWith(original));
 }
 
 QTEST_MAIN(tst_IsoFiles)
