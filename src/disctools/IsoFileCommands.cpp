@@ -2,6 +2,7 @@
 #include "app/FormRegistry.h"
 #include "app/WriteDialog.h"
 #include "app/modDeclarations.h"
+#include "app/modGlobals.h"
 #include "base/App.h"
 #include "base/Format.h"
 #include "base/RuntimeError.h"
@@ -89,15 +90,10 @@ void ToolMenuSaveAsIso(const WindowContext &context) {
             throw RuntimeError(RuntimeError::CancelSelected);
         frame->EnableForm(false);
         cd->setISOFileSystem(options->chkUseJoliet->isChecked() ? 1 : 0);
-        cd->setVolumeIdentifier(gstrVolumeIdentifier);
-        cd->setApplicationIdentifier(gstrVolumeApplicationIdentifier);
-        cd->setPublisherIdentifier(gstrVolumePublisher);
-        cd->setSystemIdentifier(gstrVolumeSystemIdentifier);
-        cd->setVolumeSetIdentifier(gstrVolumeSetIdentifier);
-        cd->setDataPreparerIdentifier(gstrVolumeDataPreparerIdentifier);
-        cd->setCopyrightFileIdentifier(gstrVolumeCopyrightFileIdentifier);
-        cd->setAbstractFileIdentifier(gstrVolumeAbstractFileIdentifier);
-        cd->setBiblioFileIdentifier(gstrVolumeBiblioFileIdentifier);
+        // The label box is what the user sees: after a write dialog emptied the globals it
+        // still names the volume.
+        const QString shown = frame->volumeIdentifierText();
+        SetVolumeIdentifiers(cd, shown.isEmpty() ? gstrVolumeIdentifier : shown);
         cd->setTrackMode(options->chkUseMode2XA->isChecked() ? 2 : 1);
         frame->setStatusPicture(QStringLiteral("STATUSIMG"), QStringLiteral("WORKING"));
         const QPointer<CDWriterPro> alive(cd);

@@ -3,6 +3,7 @@
 #include "app/FormRegistry.h"
 #include "app/FrameServices.h"
 #include "app/modDeclarations.h"
+#include "app/modGlobals.h"
 #include "base/App.h"
 #include "engine/writer/CDWriterPro.h"
 #include "widgets/MessageBoxService.h"
@@ -36,12 +37,7 @@ void ToolMenuImportPrevious(const WindowContext &context) {
     // what the disc brings in is not lost to it.
     if (!CompilationWindow::current()) {
         FormRegistry::open(QStringLiteral("frmData"));
-        for (QString *text :
-             {&gstrVolumeIdentifier, &gstrVolumeApplicationIdentifier, &gstrVolumePublisher,
-              &gstrVolumeSystemIdentifier, &gstrVolumeSetIdentifier,
-              &gstrVolumeDataPreparerIdentifier, &gstrVolumeCopyrightFileIdentifier,
-              &gstrVolumeAbstractFileIdentifier, &gstrVolumeBiblioFileIdentifier})
-            text->clear();
+        ClearVolumeTexts();
         FormRegistry::open(QStringLiteral("ResetImage"));
     }
     frame->setStatusText(QStringLiteral("DATA"), QStringLiteral(" Importing Previous Session..."));

@@ -324,15 +324,7 @@ void frmBurn::setDataOptions() {
     // What the frame's box shows is what goes on the disc, also after this dialog was closed
     // once and emptied the labels.
     const QString shown = m_context.frame ? m_context.frame->volumeIdentifierText() : QString();
-    cd->setVolumeIdentifier(shown.isEmpty() ? gstrVolumeIdentifier : shown);
-    cd->setApplicationIdentifier(gstrVolumeApplicationIdentifier);
-    cd->setPublisherIdentifier(gstrVolumePublisher);
-    cd->setSystemIdentifier(gstrVolumeSystemIdentifier);
-    cd->setVolumeSetIdentifier(gstrVolumeSetIdentifier);
-    cd->setDataPreparerIdentifier(gstrVolumeDataPreparerIdentifier);
-    cd->setCopyrightFileIdentifier(gstrVolumeCopyrightFileIdentifier);
-    cd->setAbstractFileIdentifier(gstrVolumeAbstractFileIdentifier);
-    cd->setBiblioFileIdentifier(gstrVolumeBiblioFileIdentifier);
+    SetVolumeIdentifiers(cd, shown.isEmpty() ? gstrVolumeIdentifier : shown);
     cd->setCacheImage(chkCacheImage->isChecked());
     cd->EnableBurnProof(chkUseBurnProof->isChecked());
     cd->setTrackMode(chkUseMode2XA->isChecked() ? 2 : 1);
