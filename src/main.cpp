@@ -1,5 +1,6 @@
 #include "app/TessalyApplication.h"
 #include "compilation/CompilationWindows.h"
+#include "dialogs/DialogWindows.h"
 #include "disctools/DiscToolWindows.h"
 #include "ripping/RippingWindows.h"
 #include "ripping/ToolWindows.h"
@@ -12,5 +13,6 @@ int main(int argc, char **argv) {
     registerRippingWindows();
     registerToolWindows();
     registerDiscToolWindows();
+    registerDialogWindows();
     return app.run();
 }
