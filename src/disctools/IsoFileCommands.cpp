@@ -37,6 +37,8 @@ QString critical() {
 // The file the user chose, with the extension the filter promises, and an existing one
 // replaced only when the user says so; empty when the user declined.
 QString settledSaveName(QString name) {
+    if (name.trimmed().isEmpty())
+        return QString(); // a box answered without a name: nothing to save, not ".iso" here
     if (!name.endsWith(QStringLiteral(".iso"), Qt::CaseInsensitive))
         name += QStringLiteral(".iso");
     if (QFileInfo::exists(name) &&
