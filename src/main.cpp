@@ -2,6 +2,7 @@
 #include "compilation/CompilationWindows.h"
 #include "copying/CopyingWindows.h"
 #include "dialogs/DialogWindows.h"
+#include "disctools/DiscToolWindows.h"
 #include "ripping/RippingWindows.h"
 #include "ripping/ToolWindows.h"
 #include "writing/WritingWindows.h"
@@ -13,6 +14,7 @@ int main(int argc, char **argv) {
     registerRippingWindows();
     registerToolWindows();
     registerCopyingWindows();
+    registerDiscToolWindows();
     registerDialogWindows();
     return app.run();
 }

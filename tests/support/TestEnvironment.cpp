@@ -7,6 +7,7 @@
 #include "base/App.h"
 #include "compilation/CompilationWindows.h"
 #include "copying/CopyingWindows.h"
+#include "disctools/DiscToolWindows.h"
 #include "ripping/ToolWindows.h"
 #include "widgets/DefaultInstance.h"
 #include "writing/WritingWindows.h"
@@ -43,6 +44,7 @@ bool TestEnvironment::startProgram() {
     registerWritingWindows();
     registerToolWindows();
     registerCopyingWindows();
+    registerDiscToolWindows();
     modMain::Main();
     if (!modMain::Started())
         return false;
