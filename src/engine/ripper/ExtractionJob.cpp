@@ -200,6 +200,12 @@ void ExtractionJob::encode() {
     auto status = [this](qint32 code, qint32 frame) {
         post([code, frame](CDRipperX *r) { emit r->ExtractionStatus(code, frame); });
     };
+    // A failing file's code, after the encoder's own words when it has any.
+    auto failure = [this, &encoder, &status](qint32 code, qint32 frame) {
+        if (const QString why = encoder.errorText(); !why.isEmpty())
+            post([why](CDRipperX *r) { emit r->EncoderFailed(why); });
+        status(code, frame);
+    };
     for (;;) {
         Message m = pop();
         // Reading may be ahead of the file in work: once cancelled, no file is finished or
@@ -219,7 +225,7 @@ void ExtractionJob::encode() {
             open = encoder.open(item.fileName);
             if (!open) {
                 m_skipItem.store(m.item);
-                status(10, item.first);
+                failure(10, item.first);
                 break;
             }
             post([item](CDRipperX *r) {
@@ -232,10 +238,10 @@ void ExtractionJob::encode() {
             if (!open)
                 break;
             if (!encoder.write(m.pcm.constData(), m.pcm.size())) {
+                failure(11, m.frame);
                 encoder.abort();
                 open = false;
                 m_skipItem.store(m.item);
-                status(11, m.frame);
             } else if (!sinceStatus.isValid() || sinceStatus.elapsed() >= StatusInterval) {
                 sinceStatus.start();
                 status(7, m.frame);
@@ -252,7 +258,7 @@ void ExtractionJob::encode() {
             if (encoder.close())
                 post([](CDRipperX *r) { emit r->ExtractingFileEnd(); });
             else
-                status(12, m.frame);
+                failure(12, m.frame);
             break;
         case Message::Cancelled:
             break;
