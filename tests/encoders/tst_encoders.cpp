@@ -111,7 +111,7 @@ void tst_Encoders::encodes() {
         QVERIFY2(qAbs(decoded.size() / 4 - samples) <= frame,
                  qPrintable(QStringLiteral("%1 against %2").arg(decoded.size() / 4).arg(samples)));
         const double r = correlation(rig.pcm[track - 1], decoded, 4 * frame);
-        QVERIFY2(r > 0.9, qPrintable(QString::number(r)));
+        QVERIFY2(r > 0.99, qPrintable(QString::number(r)));
     }
     if (extension == ".mp3" && probe.endsWith(' ')) {
         const QList<int> kbps = mp3FrameKbps(files[0]);
