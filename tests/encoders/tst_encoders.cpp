@@ -70,6 +70,7 @@ private slots:
     void encodes_data();
     void encodes();
     void refusedSettings();
+    void cancelSideBySide();
     void wmaTable();
 };
 
@@ -96,7 +97,10 @@ void tst_Encoders::encodes() {
     RipperRig rig;
     const QStringList files = rip(rig, setup(), {1, 3}, extension);
     QCOMPARE(files.size(), 2);
-    QVERIFY(!rig.events.join(' ').contains("Status"));
+    // Encoded side by side, told file after file.
+    QCOMPARE(rig.events.join(", "), QStringLiteral("Start, FileStart 1 Track1%1, FileEnd, "
+                                                   "FileStart 3 Track3%1, FileEnd, End")
+                                        .arg(extension));
     for (int i = 0; i < 2; ++i) {
         const int track = i == 0 ? 1 : 3;
         const QString file = files[i];
@@ -145,6 +149,17 @@ void tst_Encoders::refusedSettings() {
         QVERIFY(!QFile::exists(file));
     QVERIFY(!vorbis(32, 0, 0)->open(rig.writer.env.appFolder() + "/x.ogg"));
     QVERIFY(!QFile::exists(rig.writer.env.appFolder() + "/x.ogg"));
+}
+
+// A cancel drops every file in work, not only the one the window shows.
+void tst_Encoders::cancelSideBySide() {
+    RipperRig rig;
+    QObject::connect(rig.ripper.get(), &CDRipperX::ExtractingFileStart, rig.ripper.get(),
+                     [&rig] { rig.ripper->CancelExtraction(); });
+    const QStringList files = rip(rig, mp3(0, 128, 1), {1, 2, 3}, ".mp3");
+    QCOMPARE(rig.events, QStringList({"Start", "FileStart 1 Track1.mp3", "Status 14", "End"}));
+    for (const QString &file : files)
+        QVERIFY(!QFile::exists(file));
 }
 
 // What libavcodec's wmav2 takes, by bit rate: the sample rates 8,000 to 48,000 Hz, stereo then
