@@ -40,8 +40,9 @@ MP3EncoderX::Lame MP3EncoderX::configured(QString *why) const {
     bool ok = mode >= 0 && mode <= 3;
     if (ok)
         lame_set_mode(l, modes[mode]);
-    // Normal is lame's own default quality; studio is its -h.
-    lame_set_quality(l, m_qualityMode == 0 ? 2 : 5);
+    // Normal leaves lame's own default, as the lame program does; studio is its -h.
+    if (m_qualityMode == 0)
+        lame_set_quality(l, 2);
     if (m_vbrMode == 0) {
         lame_set_VBR(l, vbr_off);
         ok = ok && lame_set_brate(l, m_bitrate) == 0;

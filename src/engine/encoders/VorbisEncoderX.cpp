@@ -35,11 +35,19 @@ struct VorbisEncoderX::State {
         vorbis_comment_clear(&comment);
         vorbis_info_clear(&info);
     }
-    // The rates in kbit/s, 0 for none; libvorbisenc's answer.
+    // The rates in kbit/s, 0 for none; libvorbisenc's answer. A nominal rate alone is an
+    // average the encoder aims at, as oggenc -b does; with a limit the bit rate management
+    // engine holds every stretch of the file within it, which costs several times the time.
     int setup(qint32 nominal, qint32 min, qint32 max) {
         if (nominal == 0 && min == 0 && max == 0)
             return vorbis_encode_init_vbr(&info, Channels, Rate, DefaultQuality);
         auto bits = [](qint32 kbps) { return kbps > 0 ? long(kbps) * 1000 : -1L; };
+        if (min == 0 && max == 0) {
+            int result = vorbis_encode_setup_managed(&info, Channels, Rate, -1, bits(nominal), -1);
+            if (result == 0)
+                result = vorbis_encode_ctl(&info, OV_ECTL_RATEMANAGE2_SET, nullptr);
+            return result == 0 ? vorbis_encode_setup_init(&info) : result;
+        }
         return vorbis_encode_init(&info, Channels, Rate, bits(max), bits(nominal), bits(min));
     }
 };
