@@ -77,8 +77,8 @@ bool encodeWave(AudioEncoder &encoder, const QString &wave, const QString &out) 
 }
 
 void report(QTextStream &out, const char *name, Cost ours, Cost theirs) {
-    out << "  " << name << ": wall " << ours.wall << " / " << theirs.wall << " ms = "
-        << ours.wall / theirs.wall << ", processor " << ours.cpu << " / " << theirs.cpu
+    out << "  " << name << ": wall " << ours.wall << " / " << theirs.wall
+        << " ms = " << ours.wall / theirs.wall << ", processor " << ours.cpu << " / " << theirs.cpu
         << " ms = " << ours.cpu / theirs.cpu << "\n";
     out.flush();
 }
@@ -108,18 +108,28 @@ int main(int argc, char **argv) {
         QStringList args;
         const char *extension;
     } rows[] = {
-        {"MP3 CBR 128 / lame -b 128", mp3, "lame", {"--quiet", "-b", "128", wave, "theirs.mp3"},
+        {"MP3 CBR 128 / lame -b 128",
+         mp3,
+         "lame",
+         {"--quiet", "-b", "128", wave, "theirs.mp3"},
          ".mp3"},
-        {"Vorbis 128 / oggenc -b 128", vorbis, "oggenc", {"-Q", "-b", "128", "-o", "theirs.ogg",
-         wave}, ".ogg"},
-        {"WMA 128 / ffmpeg wmav2 128k", wma, "ffmpeg", {"-v", "error", "-y", "-threads", "1",
-         "-i", wave, "-c:a", "wmav2", "-b:a", "128k", "theirs.wma"}, ".wma"},
+        {"Vorbis 128 / oggenc -b 128",
+         vorbis,
+         "oggenc",
+         {"-Q", "-b", "128", "-o", "theirs.ogg", wave},
+         ".ogg"},
+        {"WMA 128 / ffmpeg wmav2 128k",
+         wma,
+         "ffmpeg",
+         {"-v", "error", "-y", "-threads", "1", "-i", wave, "-c:a", "wmav2", "-b:a", "128k",
+          "theirs.wma"},
+         ".wma"},
     };
     out << minutes << " min of CD audio, one core each\n";
     for (const auto &row : rows) {
         // Theirs first, so that the wave is as warm in the cache for them as for ours.
-        const Cost theirs = measure(RUSAGE_CHILDREN,
-                                    [&] { return runProgram(row.program, row.args, folder.path()); });
+        const Cost theirs = measure(
+            RUSAGE_CHILDREN, [&] { return runProgram(row.program, row.args, folder.path()); });
         const Cost ours = measure(RUSAGE_SELF, [&] {
             return encodeWave(row.ours, wave, folder.filePath("ours") + row.extension);
         });
@@ -180,8 +190,7 @@ int main(int argc, char **argv) {
     });
     if (oursCost.wall < 0 || theirsCost.wall < 0)
         return 1;
-    out << "disc of " << tracks << " tracks, " << std::thread::hardware_concurrency()
-        << " cores\n";
+    out << "disc of " << tracks << " tracks, " << std::thread::hardware_concurrency() << " cores\n";
     report(out, "ripped to MP3 CBR 128 / cd-paranoia then lame", oursCost, theirsCost);
     return 0;
 }

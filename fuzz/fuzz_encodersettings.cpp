@@ -24,9 +24,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size) {
     const QByteArray bytes(reinterpret_cast<const char *>(data), qsizetype(size));
     roundTrip<VorbisRecord>(bytes, readVorbis, vorbisLine);
     roundTrip<WMARecord>(bytes, readWMA, wmaLine);
-    roundTrip<EncoderIniSettings>(bytes, readEncoderIni,
-                                  [&bytes](const EncoderIniSettings &s) {
-                                      return writeEncoderIni(bytes, s);
-                                  });
+    roundTrip<EncoderIniSettings>(bytes, readEncoderIni, [&bytes](const EncoderIniSettings &s) {
+        return writeEncoderIni(bytes, s);
+    });
     return 0;
 }

@@ -123,8 +123,8 @@ void frmMp3Settings::buildControls() {
     auto *vorbis = new QFormLayout(fraOptions[1]);
     cboNominalBitRate = new QComboBox(fraOptions[1]);
     vorbis->addRow(QStringLiteral("Nominal Bit Rate:"), cboNominalBitRate);
-    chkUseAdvanced = new QCheckBox(QStringLiteral("&Use Advanced Bit Rate Settings"),
-                                   fraOptions[1]);
+    chkUseAdvanced =
+        new QCheckBox(QStringLiteral("&Use Advanced Bit Rate Settings"), fraOptions[1]);
     vorbis->addRow(chkUseAdvanced);
     cboMinBitRate = new QComboBox(fraOptions[1]);
     cboMaxBitRate = new QComboBox(fraOptions[1]);
@@ -240,7 +240,8 @@ void frmMp3Settings::SaveSettings() {
 
 void frmMp3Settings::ApplySavedSettings(MP3EncoderX &mp3, VorbisEncoderX &vorbis) {
     try {
-        const EncoderIniSettings s = EncoderSettingsFiles::readEncoderIni(fileBytes(SettingsFile()));
+        const EncoderIniSettings s =
+            EncoderSettingsFiles::readEncoderIni(fileBytes(SettingsFile()));
         const QList<qint32> &rates = Mp3BitRates();
         auto rate = [&rates](qint16 index) { return index >= 0 && index < rates.size(); };
         if (!rate(s.cbrRate) || !rate(s.vbrMin) || !rate(s.vbrMax) || s.channelMode < 0 ||

@@ -119,10 +119,9 @@ void frmVorbisSettings::cmdApply_Click() {
 }
 
 void frmVorbisSettings::SaveSettings() {
-    const VorbisRecord record{qint16(cboNominalBitRate->currentIndex()),
-                              qint16(chkUseAdvanced->isChecked() ? 1 : 0),
-                              qint16(cboMinBitRate->currentIndex()),
-                              qint16(cboMaxBitRate->currentIndex())};
+    const VorbisRecord record{
+        qint16(cboNominalBitRate->currentIndex()), qint16(chkUseAdvanced->isChecked() ? 1 : 0),
+        qint16(cboMinBitRate->currentIndex()), qint16(cboMaxBitRate->currentIndex())};
     const QByteArray line = EncoderSettingsFiles::vorbisLine(record);
     QSaveFile file(m_file);
     if (!file.open(QIODevice::WriteOnly) || file.write(line) != line.size() || !file.commit())
@@ -161,9 +160,9 @@ void frmVorbisSettings::closeEvent(QCloseEvent *event) {
     if (!m_asked) {
         m_asked = true;
         m_vorbis.reset();
-        const int answer = MsgBox(QStringLiteral("Do you want to Save WMA Options?"),
-                                  vbQuestion | vbYesNo,
-                                  App::ProductName() + QStringLiteral(" - Save Options?"));
+        const int answer =
+            MsgBox(QStringLiteral("Do you want to Save WMA Options?"), vbQuestion | vbYesNo,
+                   App::ProductName() + QStringLiteral(" - Save Options?"));
         if (answer == vbYes)
             ErrorTrap::run("SaveSettings", "frmVorbisSettings", [this] { SaveSettings(); });
     }

@@ -208,9 +208,9 @@ void frmWMASettings::closeEvent(QCloseEvent *event) {
     if (!m_asked) {
         m_asked = true;
         m_wma.reset();
-        const int answer = MsgBox(QStringLiteral("Do you want to Save WMA Options?"),
-                                  vbQuestion | vbYesNo,
-                                  App::ProductName() + QStringLiteral(" - Save Options?"));
+        const int answer =
+            MsgBox(QStringLiteral("Do you want to Save WMA Options?"), vbQuestion | vbYesNo,
+                   App::ProductName() + QStringLiteral(" - Save Options?"));
         if (answer == vbYes)
             ErrorTrap::run("SaveSettings", "frmWMASettings", [this] { SaveSettings(); });
     }

@@ -126,8 +126,9 @@ void tst_Encoders::encodes() {
     }
     if (extension == ".ogg") {
         const QString info = ogginfo(files[0]);
-        for (const char *line : {"Nominal bitrate: 192.000000 kb/s",
-                                 "Upper bitrate: 256.000000 kb/s", "Lower bitrate: 160.000000 kb/s"})
+        for (const char *line :
+             {"Nominal bitrate: 192.000000 kb/s", "Upper bitrate: 256.000000 kb/s",
+              "Lower bitrate: 160.000000 kb/s"})
             QVERIFY2(info.contains(QLatin1String(line)), qPrintable(info));
     }
     if (extension == ".wma")

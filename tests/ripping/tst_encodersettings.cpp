@@ -25,10 +25,11 @@
 using namespace EncoderSettingsFiles;
 
 namespace {
-const QByteArray FreshIni = "[MP3 Options]\nConstant Bit Rate=True\nBit Rate=8\nVariable Rate=False\n"
-                            "Min=0\nMax=13\nVBR Quality=0\nStudio=False\nNormal=True\n"
-                            "Channel Mode=0\n[VORBIS Options]\nNormal Bit Rate=9\n"
-                            "Use Advanced Settings=0\nMinimum Bit Rate=0\nMaximum Bit Rate=0\n";
+const QByteArray FreshIni =
+    "[MP3 Options]\nConstant Bit Rate=True\nBit Rate=8\nVariable Rate=False\n"
+    "Min=0\nMax=13\nVBR Quality=0\nStudio=False\nNormal=True\n"
+    "Channel Mode=0\n[VORBIS Options]\nNormal Bit Rate=9\n"
+    "Use Advanced Settings=0\nMinimum Bit Rate=0\nMaximum Bit Rate=0\n";
 
 QStringList texts(const QList<QComboBox *> &boxes) {
     QStringList shown;
@@ -70,7 +71,8 @@ void tst_EncoderSettings::records_data() {
     QTest::newRow("vorbis word") << false << QByteArray("nine,0,0,0") << "13";
     QTest::newRow("vorbis too big") << false << QByteArray("40000,0,0,0") << "6";
     QTest::newRow("vorbis short") << false << QByteArray("9,0,0") << "62";
-    QTest::newRow("wma") << true << QByteArray("14,0,#TRUE#,#FALSE#,5") << "14,0,#TRUE#,#FALSE#,5\n";
+    QTest::newRow("wma") << true << QByteArray("14,0,#TRUE#,#FALSE#,5")
+                         << "14,0,#TRUE#,#FALSE#,5\n";
     QTest::newRow("wma last") << true << QByteArray("1,0,#TRUE#,#FALSE#,0\n10,1,#FALSE#,#TRUE#,3\n")
                               << "10,1,#FALSE#,#TRUE#,3\n";
     QTest::newRow("wma flag word") << true << QByteArray("10,1,maybe,#TRUE#,3") << "13";
@@ -101,8 +103,8 @@ void tst_EncoderSettings::mp3Fresh() {
         frmMp3Settings *d = frmMp3Settings::instance();
         QCOMPARE(texts({d->cboCBRRate, d->cboChannelMode, d->cboVBRMin, d->cboVBRMax,
                         d->cboNominalBitRate, d->cboMinBitRate, d->cboMaxBitRate}),
-                 QStringList({"128kb/s", "Stereo", "32kb/s", "320kb/s", "128kb/s", "Default",
-                              "Default"}));
+                 QStringList(
+                     {"128kb/s", "Stereo", "32kb/s", "320kb/s", "128kb/s", "Default", "Default"}));
         QVERIFY(d->optCBR->isChecked() && d->optNormal->isChecked());
         QVERIFY(!d->cmdApply->isEnabled() && !d->cboVBRMin->isEnabled() &&
                 !d->cboMinBitRate->isEnabled());
@@ -110,8 +112,8 @@ void tst_EncoderSettings::mp3Fresh() {
     });
     frmMp3Settings::ShowForm(mp3, vorbis, nullptr);
     QCOMPARE(OutsideTools::fileBytes(env.appFolder() + "/Dat/encoder.ini"), FreshIni);
-    QCOMPARE(QList<qint32>({mp3->Bitrate(), mp3->VBRMode(), mp3->QualityMode(),
-                            vorbis->NominalBitrate()}),
+    QCOMPARE(QList<qint32>(
+                 {mp3->Bitrate(), mp3->VBRMode(), mp3->QualityMode(), vorbis->NominalBitrate()}),
              QList<qint32>({128, 0, 1, 128}));
     QVERIFY(answers.boxes.isEmpty());
 }
@@ -124,7 +126,8 @@ void tst_EncoderSettings::mp3Apply_data() {
     QTest::newRow("nominal over max") << QList<int>{0, 13, 0, 10, 0, 9}
                                       << "Nominal Bit Rate must be lower than the Maximum Bit Rate";
     QTest::newRow("default under min")
-        << QList<int>{0, 13, 0, 0, 5, 0} << "Nominal Bit Rate must be higher than the Minimum Bit Rate";
+        << QList<int>{0, 13, 0, 0, 5, 0}
+        << "Nominal Bit Rate must be higher than the Minimum Bit Rate";
     QTest::newRow("nominal at limits") << QList<int>{6, 12, 3, 9, 9, 9} << "";
     QTest::newRow("refused by libvorbis")
         << QList<int>{0, 13, 0, 1, 0, 0}
@@ -155,7 +158,8 @@ void tst_EncoderSettings::mp3Apply() {
         d->cmdCancel->click();
     });
     frmMp3Settings::ShowForm(mp3, vorbis, nullptr);
-    QCOMPARE(prompts(answers), message.isEmpty() ? QStringList() : QStringList("Information: " + message));
+    QCOMPARE(prompts(answers),
+             message.isEmpty() ? QStringList() : QStringList("Information: " + message));
     QCOMPARE(QList<qint32>({mp3->VBRMode(), mp3->VBRMinBitrate(), mp3->VBRQuality()}),
              QList<qint32>({1, modEncoderLists::Mp3BitRates()[indices[0]], indices[2]}));
     QCOMPARE(vorbis->NominalBitrate(), message.startsWith("The Vorbis") ? 32 : 128);
@@ -183,10 +187,9 @@ void tst_EncoderSettings::wmaLoadAndApply() {
     frmWMASettings::ShowForm(wma, nullptr);
     QCOMPARE(QList<qint32>({wma->Bitrate(), wma->SampleRate(), wma->Stereo(), wma->EnableDRM()}),
              QList<qint32>({48, 3, 0, 1}));
-    QCOMPARE(prompts(answers),
-             QStringList({"Information: Options loaded successfully from file: " + env.appFolder() +
-                              "/Dat/OptWMA.dat",
-                          "Save Options?: Do you want to Save WMA Options?"}));
+    QCOMPARE(prompts(answers), QStringList({"Information: Options loaded successfully from file: " +
+                                                env.appFolder() + "/Dat/OptWMA.dat",
+                                            "Save Options?: Do you want to Save WMA Options?"}));
 }
 
 // No file: Load waits for the first save; the closing question saves what the dialog shows.

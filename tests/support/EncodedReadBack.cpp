@@ -15,9 +15,9 @@ QByteArray decodedCd(const QString &path) {
 }
 
 QString ffprobeFormat(const QString &path, const QString &entry) {
-    return QString::fromUtf8(ReadBack::run("ffprobe", {"-v", "error", "-show_entries",
-                                                       "format=" + entry, "-of",
-                                                       "default=nw=1:nk=1", path}))
+    return QString::fromUtf8(
+               ReadBack::run("ffprobe", {"-v", "error", "-show_entries", "format=" + entry, "-of",
+                                         "default=nw=1:nk=1", path}))
         .trimmed();
 }
 

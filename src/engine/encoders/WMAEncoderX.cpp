@@ -154,9 +154,9 @@ bool WMAEncoderX::open(const QString &path) {
     int error = avformat_alloc_output_context2(&s.format, nullptr, "asf", name.constData());
     if (error < 0 || !s.frame || !s.packet)
         return fail(QStringLiteral("The ASF writer could not be started: %1").arg(avText(error)));
-    s.codec = hz ? openedCodec(hz, kbps, stereo,
-                               s.format->oformat->flags & AVFMT_GLOBALHEADER, &error)
-                 : nullptr;
+    s.codec =
+        hz ? openedCodec(hz, kbps, stereo, s.format->oformat->flags & AVFMT_GLOBALHEADER, &error)
+           : nullptr;
     if (!s.codec)
         return fail(QStringLiteral("The Windows Media encoder refuses %1kb/s %2 at %3 Hz: %4")
                         .arg(kbps)
@@ -194,7 +194,8 @@ bool WMAEncoderX::encodeFrames(bool flush) {
             if (got == AVERROR(EAGAIN) || got == AVERROR_EOF)
                 return true;
             if (got < 0)
-                return fail(QStringLiteral("The Windows Media encoder failed: %1").arg(avText(got)));
+                return fail(
+                    QStringLiteral("The Windows Media encoder failed: %1").arg(avText(got)));
             av_packet_rescale_ts(s.packet, s.codec->time_base, s.stream->time_base);
             s.packet->stream_index = s.stream->index;
             got = av_interleaved_write_frame(s.format, s.packet);
@@ -241,8 +242,8 @@ bool WMAEncoderX::write(const char *pcm, qint64 bytes) {
         return fail(QStringLiteral("Out of memory."));
     auto in = reinterpret_cast<const uint8_t *>(pcm);
     const int got = swr_convert(s.resampler, converted, room, frames ? &in : nullptr, frames);
-    const bool stored = got >= 0 && av_audio_fifo_write(s.fifo, reinterpret_cast<void **>(converted),
-                                                        got) == got;
+    const bool stored =
+        got >= 0 && av_audio_fifo_write(s.fifo, reinterpret_cast<void **>(converted), got) == got;
     av_freep(&converted[0]);
     av_freep(&converted);
     if (!stored)

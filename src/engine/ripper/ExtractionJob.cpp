@@ -365,9 +365,8 @@ void ExtractionJob::encode() {
                 break;
             Lane &lane = *found->second;
             // A slow encoder holds reading back once a few tracks wait for it.
-            m_changed.wait(lock, [&] {
-                return m_laneBytes < LaneBytesLimit || lane.done || m_cancel.load();
-            });
+            m_changed.wait(
+                lock, [&] { return m_laneBytes < LaneBytesLimit || lane.done || m_cancel.load(); });
             if (lane.done || m_cancel.load())
                 break;
             m_laneBytes += m.pcm.size();
