@@ -5,8 +5,9 @@
 #include <QString>
 #include <QStringList>
 
-// The encoder dialogs' settings files, as bytes: "Dat/encoder.ini" (both tabs of the MP3
-// dialog), "Dat/OptVorbis.dat" and "Dat/OptWMA.dat". Every combo box is kept as its list index.
+// Reading and writing the three files the encoder dialogs keep their choices in (the MP3
+// dialog's ini file and the two one-line record files), from and to bytes; combos are kept by
+// position in their lists.
 // A field that is not a number, or out of its 16-bit range, throws the run-time error it would
 // raise (13, 6); a file with no whole record throws 62. No widgets: the fuzz target uses it.
 
