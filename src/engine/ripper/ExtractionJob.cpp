@@ -277,6 +277,10 @@ void ExtractionJob::runLane(Lane &lane) {
             encoder.abort();
             return finish();
         }
+        if (m.kind == Message::Status) {
+            statusFor(lane.item, m.status, m.frame);
+            continue;
+        }
         if (m.kind == Message::End) {
             statusFor(lane.item, 7, m.frame);
             if (encoder.close())
@@ -358,9 +362,16 @@ void ExtractionJob::encode() {
             break;
         }
         case Message::Pcm:
+        case Message::Status:
         case Message::End: {
             std::unique_lock lock(m_mutex);
             auto found = m_lanes.find(m.item);
+            // A reading report goes through its file's thread, so it follows the file's start.
+            if (m.kind == Message::Status && (found == m_lanes.end() || found->second->done)) {
+                lock.unlock();
+                statusFor(m.item, m.status, m.frame);
+                break;
+            }
             if (found == m_lanes.end())
                 break;
             Lane &lane = *found->second;
@@ -374,9 +385,6 @@ void ExtractionJob::encode() {
             m_changed.notify_all();
             break;
         }
-        case Message::Status:
-            statusFor(m.item, m.status, m.frame);
-            break;
         case Message::Cancelled:
             break;
         case Message::Finish:
