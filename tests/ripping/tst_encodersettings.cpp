@@ -8,8 +8,10 @@
 #include "engine/encoders/MP3EncoderX.h"
 #include "engine/encoders/VorbisEncoderX.h"
 #include "engine/encoders/WMAEncoderX.h"
+#include "engine/ripper/CDRipperX.h"
 #include "ripping/EncoderSettingsFiles.h"
 #include "ripping/frmMp3Settings.h"
+#include "ripping/frmRipper.h"
 #include "ripping/frmVorbisSettings.h"
 #include "ripping/frmWMASettings.h"
 #include "ripping/modEncoderLists.h"
@@ -57,6 +59,7 @@ private slots:
     void wmaLoadAndApply();
     void vorbisSaveAndLoad();
     void savedSettingsAtStart();
+    void encoderChoice();
 };
 
 // A file's bytes: the record read back as the line it is written as, or the error its reading
@@ -229,6 +232,20 @@ void tst_EncoderSettings::savedSettingsAtStart() {
     env.writeFile("Dat/encoder.ini", QByteArray(FreshIni).replace("Bit Rate=8", "Bit Rate=10"));
     frmMp3Settings::ApplySavedSettings(mp3, vorbis);
     QCOMPARE(mp3.Bitrate(), 192);
+}
+
+// The ripper window hands the ripper the encoder of the chosen output, or waves.
+void tst_EncoderSettings::encoderChoice() {
+    TestEnvironment env;
+    CDRipperX ripper;
+    frmRipper window(&ripper);
+    const QList<std::shared_ptr<AudioEncoder>> chosen = {
+        window.MP3EncoderXP, nullptr, window.VorbisEncoderXP, window.WMAEncoderXP};
+    for (int i : {2, 1, 3, 0}) {
+        window.cboEncoders->setCurrentIndex(i);
+        QCOMPARE(window.m_objEncoder, chosen[i]);
+        QCOMPARE(ripper.UseEncoder(), i != 1);
+    }
 }
 
 QTEST_MAIN(tst_EncoderSettings)
