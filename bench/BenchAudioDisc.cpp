@@ -1,7 +1,11 @@
 #include "BenchAudioDisc.h"
 
 #include "engine/writer/CDWriterPro.h"
+#include "engine/writer/recorders/image/ImageRecorder.h"
 
+#include "base/IniFile.h"
+
+#include <QDir>
 #include <QElapsedTimer>
 #include <QEventLoop>
 #include <QFile>
@@ -61,4 +65,21 @@ bool writeWave(const QString &path, qint64 samples, quint32 seed) {
         done += n;
     }
     return true;
+}
+
+bool makeAudioDisc(const QString &folder, int minutes, int tracks) {
+    QDir().mkpath(ImageRecorder::folder());
+    IniFile::write(ImageRecorder::settingsFile(), "Image Recorder", "EmulateSpeed", "0");
+    // The gaps take their 2 seconds each from the disc's length.
+    const qint64 samples = (qint64(minutes) * 60 - 2 * tracks) * 44100 / tracks;
+    QStringList waves;
+    for (int i = 0; i < tracks; ++i) {
+        waves << QDir(folder).filePath(QStringLiteral("src%1.wav").arg(i + 1));
+        if (!writeWave(waves.last(), samples, quint32(i + 1)))
+            return false;
+    }
+    const bool written = writeAudioDisc(waves);
+    for (const QString &w : waves)
+        QFile::remove(w);
+    return written;
 }

@@ -142,19 +142,8 @@ int main(int argc, char **argv) {
     QFile::remove(wave);
 
     // The disc: the same length in tracks, ripped and encoded.
-    QDir().mkpath(ImageRecorder::folder());
-    IniFile::write(ImageRecorder::settingsFile(), "Image Recorder", "EmulateSpeed", "0");
-    const qint64 samples = (qint64(minutes) * 60 - 2 * tracks) * 44100 / tracks;
-    QStringList waves;
-    for (int i = 0; i < tracks; ++i) {
-        waves << folder.filePath(QStringLiteral("src%1.wav").arg(i + 1));
-        if (!writeWave(waves.last(), samples, quint32(i + 1)))
-            return 1;
-    }
-    if (!writeAudioDisc(waves))
+    if (!makeAudioDisc(folder.path(), minutes, tracks))
         return 1;
-    for (const QString &w : waves)
-        QFile::remove(w);
     CDRipperX ripper;
     ripper.SelectDrive(ripper.DriveCount() - 1);
     if (!ripper.ReadTOC())

@@ -27,20 +27,8 @@ int main(int argc, char **argv) {
     const int tracks = argc > 2 ? qMax(1, atoi(argv[2])) : 12;
     QTextStream out(stdout);
 
-    QDir().mkpath(ImageRecorder::folder());
-    IniFile::write(ImageRecorder::settingsFile(), "Image Recorder", "EmulateSpeed", "0");
-    // The gaps take their 2 seconds each from the disc's length.
-    const qint64 samples = (qint64(minutes) * 60 - 2 * tracks) * 44100 / tracks;
-    QStringList waves;
-    for (int i = 0; i < tracks; ++i) {
-        waves << folder.filePath(QStringLiteral("src%1.wav").arg(i + 1));
-        if (!writeWave(waves.last(), samples, quint32(i + 1)))
-            return 1;
-    }
-    if (!writeAudioDisc(waves))
+    if (!makeAudioDisc(folder.path(), minutes, tracks))
         return 1;
-    for (const QString &w : waves)
-        QFile::remove(w);
 
     QElapsedTimer t;
     t.start();

@@ -34,10 +34,6 @@ QPointer<frmMp3Settings> &openDialog() {
     return dialog;
 }
 
-void inform(const QString &text) {
-    MsgBox(text, vbInformation, App::ProductName() + QStringLiteral(" - Information"));
-}
-
 QByteArray fileBytes(const QString &path) {
     QFile file(path);
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
@@ -316,7 +312,7 @@ void frmMp3Settings::cmdApply_Click() {
         mp3.setChannelMode(channelMode);
         mp3.setVBRMode(1);
         if (mp3.VBRMaxBitrate() <= mp3.VBRMinBitrate()) {
-            inform(QStringLiteral("Minimum Bit Rate must be less than the Maximum Bit Rate."));
+            Inform(QStringLiteral("Minimum Bit Rate must be less than the Maximum Bit Rate."));
             return;
         }
     }
@@ -324,7 +320,7 @@ void frmMp3Settings::cmdApply_Click() {
     const qint32 minimum = cboMinBitRate->currentData().toInt();
     const qint32 maximum = cboMaxBitRate->currentData().toInt();
     if (const QString refusal = vorbisRefusal(nominal, minimum, maximum); !refusal.isEmpty()) {
-        inform(refusal);
+        Inform(refusal);
         return;
     }
     m_vorbis->setNominalBitrate(nominal);
@@ -334,7 +330,7 @@ void frmMp3Settings::cmdApply_Click() {
     // What the libraries themselves refuse is said now rather than at the first file.
     QString why;
     if (!mp3.settingsAccepted(&why) || !m_vorbis->settingsAccepted(&why))
-        inform(why);
+        Inform(why);
 }
 
 void frmMp3Settings::cmdOK_Click() {

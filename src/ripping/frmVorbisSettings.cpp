@@ -5,19 +5,14 @@
 
 #include "base/App.h"
 #include "base/RuntimeError.h"
-#include "diagnostics/ErrorTrap.h"
 #include "diagnostics/TrappedConnect.h"
 #include "engine/encoders/VorbisEncoderX.h"
-#include "widgets/MessageBoxService.h"
 
 #include <QCheckBox>
-#include <QCloseEvent>
 #include <QComboBox>
-#include <QFile>
 #include <QFormLayout>
 #include <QHBoxLayout>
 #include <QPushButton>
-#include <QSaveFile>
 
 using namespace modEncoderLists;
 
@@ -27,13 +22,10 @@ QPointer<frmVorbisSettings> &openDialog() {
     return dialog;
 }
 
-void inform(const QString &text) {
-    MsgBox(text, vbInformation, App::ProductName() + QStringLiteral(" - Information"));
-}
 } // namespace
 
 frmVorbisSettings::frmVorbisSettings(QWidget *parent)
-    : QDialog(parent) {
+    : EncoderOptionsDialog(SettingsFile(), parent) {
     setObjectName(QStringLiteral("frmVorbisSettings"));
     setWindowTitle(QStringLiteral("Ogg Vorbis Encoder Settings"));
     auto *form = new QFormLayout(this);
@@ -45,24 +37,9 @@ frmVorbisSettings::frmVorbisSettings(QWidget *parent)
     cboMaxBitRate = new QComboBox(this);
     form->addRow(QStringLiteral("Minimum Bit Rate:"), cboMinBitRate);
     form->addRow(QStringLiteral("Maximum Bit Rate:"), cboMaxBitRate);
-    auto *buttons = new QHBoxLayout;
-    cmdSave = new QPushButton(QStringLiteral("&Save Settings"), this);
-    cmdLoad = new QPushButton(QStringLiteral("&Load Settings"), this);
-    cmdApply = new QPushButton(QStringLiteral("&Apply Settings"), this);
-    cmdCancel = new QPushButton(QStringLiteral("&Cancel"), this);
-    for (QPushButton *b : {cmdSave, cmdLoad, cmdApply, cmdCancel}) {
-        b->setAutoDefault(false);
-        buttons->addWidget(b);
-    }
     form->addRow(buttons);
     TRAPPED_CONNECT(chkUseAdvanced, &QCheckBox::toggled, frmVorbisSettings, chkUseAdvanced_Click);
     TRAPPED_CONNECT(cmdApply, &QPushButton::clicked, frmVorbisSettings, cmdApply_Click);
-    TRAPPED_CONNECT(cmdSave, &QPushButton::clicked, frmVorbisSettings, cmdSave_Click);
-    TRAPPED_CONNECT(cmdLoad, &QPushButton::clicked, frmVorbisSettings, cmdLoad_Click);
-    TRAPPED_CONNECT(cmdCancel, &QPushButton::clicked, frmVorbisSettings, cmdCancel_Click);
-    // Form_Load.
-    m_file = SettingsFile();
-    cmdLoad->setEnabled(QFile::exists(m_file));
 }
 
 frmVorbisSettings::~frmVorbisSettings() = default;
@@ -101,11 +78,11 @@ void frmVorbisSettings::cmdApply_Click() {
     const qint32 minimum = cboMinBitRate->currentData().toInt();
     const qint32 maximum = cboMaxBitRate->currentData().toInt();
     if (maximum != 0 && nominal > maximum)
-        return inform(QStringLiteral("Nominal Bit Rate must be lower than the Maximum Bit Rate"));
+        return Inform(QStringLiteral("Nominal Bit Rate must be lower than the Maximum Bit Rate"));
     if (minimum != 0 && nominal < minimum)
-        return inform(QStringLiteral("Nominal Bit Rate must be higher than the Minimum Bit Rate"));
+        return Inform(QStringLiteral("Nominal Bit Rate must be higher than the Minimum Bit Rate"));
     if (minimum != 0 && maximum != 0 && minimum > maximum)
-        return inform(
+        return Inform(
             QStringLiteral("The Minimum Bit Rate must be lower than the Maximum Bit Rate"));
     if (!m_vorbis)
         throw RuntimeError(RuntimeError::ObjectVariableNotSet);
@@ -114,62 +91,25 @@ void frmVorbisSettings::cmdApply_Click() {
     m_vorbis->setMinBitrate(minimum);
     // What libvorbisenc itself refuses is said now rather than at the first file.
     if (QString why; !m_vorbis->settingsAccepted(&why))
-        inform(why);
+        Inform(why);
     close();
 }
 
-void frmVorbisSettings::SaveSettings() {
-    const VorbisRecord record{
-        qint16(cboNominalBitRate->currentIndex()), qint16(chkUseAdvanced->isChecked() ? 1 : 0),
-        qint16(cboMinBitRate->currentIndex()), qint16(cboMaxBitRate->currentIndex())};
-    const QByteArray line = EncoderSettingsFiles::vorbisLine(record);
-    QSaveFile file(m_file);
-    if (!file.open(QIODevice::WriteOnly) || file.write(line) != line.size() || !file.commit())
-        throw RuntimeError(RuntimeError::PathNotFound, QStringLiteral("Path not found"));
-    inform(QStringLiteral("Options saved successfully in file: ") + m_file);
+QByteArray frmVorbisSettings::record() const {
+    return EncoderSettingsFiles::vorbisLine(
+        {qint16(cboNominalBitRate->currentIndex()), qint16(chkUseAdvanced->isChecked() ? 1 : 0),
+         qint16(cboMinBitRate->currentIndex()), qint16(cboMaxBitRate->currentIndex())});
 }
 
-void frmVorbisSettings::LoadSettings() {
-    QFile file(m_file);
-    if (!file.open(QIODevice::ReadOnly))
-        throw RuntimeError(RuntimeError::FileNotFound, QStringLiteral("File not found"));
-    const VorbisRecord r = EncoderSettingsFiles::readVorbis(file.readAll());
+void frmVorbisSettings::restore(const QByteArray &bytes) {
+    const VorbisRecord r = EncoderSettingsFiles::readVorbis(bytes);
     SetListIndex(cboNominalBitRate, r.nominal);
     chkUseAdvanced->setChecked(r.advanced != 0);
     chkUseAdvanced_Click();
     SetListIndex(cboMinBitRate, r.minimum);
     SetListIndex(cboMaxBitRate, r.maximum);
-    inform(QStringLiteral("Options loaded successfully from file: ") + m_file);
 }
 
-void frmVorbisSettings::cmdSave_Click() {
-    SaveSettings();
-    cmdLoad->setEnabled(true);
-}
-
-void frmVorbisSettings::cmdLoad_Click() {
-    LoadSettings();
-}
-
-void frmVorbisSettings::cmdCancel_Click() {
-    close();
-}
-
-void frmVorbisSettings::closeEvent(QCloseEvent *event) {
-    // Form_Unload: the question comes however the dialog closes, once.
-    if (!m_asked) {
-        m_asked = true;
-        m_vorbis.reset();
-        const int answer =
-            MsgBox(QStringLiteral("Do you want to Save WMA Options?"), vbQuestion | vbYesNo,
-                   App::ProductName() + QStringLiteral(" - Save Options?"));
-        if (answer == vbYes)
-            ErrorTrap::run("SaveSettings", "frmVorbisSettings", [this] { SaveSettings(); });
-    }
-    event->accept();
-    done(QDialog::Rejected);
-}
-
-void frmVorbisSettings::reject() {
-    close();
+void frmVorbisSettings::dropEncoder() {
+    m_vorbis.reset();
 }

@@ -1,6 +1,7 @@
 #pragma once
 
-#include <QDialog>
+#include "EncoderOptionsDialog.h"
+
 #include <QPointer>
 
 #include <memory>
@@ -8,11 +9,10 @@
 class VorbisEncoderX;
 class QCheckBox;
 class QComboBox;
-class QPushButton;
 
 // The Vorbis encoder's bit rates, kept on demand in "Dat/OptVorbis.dat". Modal over the ripper
 // window. UI thread.
-class frmVorbisSettings : public QDialog {
+class frmVorbisSettings : public EncoderOptionsDialog {
     Q_OBJECT
 public:
     explicit frmVorbisSettings(QWidget *parent = nullptr);
@@ -24,22 +24,15 @@ public:
 
     QComboBox *cboNominalBitRate = nullptr, *cboMinBitRate = nullptr, *cboMaxBitRate = nullptr;
     QCheckBox *chkUseAdvanced = nullptr;
-    QPushButton *cmdSave = nullptr, *cmdLoad = nullptr, *cmdApply = nullptr, *cmdCancel = nullptr;
 
     void chkUseAdvanced_Click();
     void cmdApply_Click();
-    void cmdSave_Click();
-    void cmdLoad_Click();
-    void cmdCancel_Click();
-    void LoadSettings();
-    void SaveSettings();
 
 protected:
-    void closeEvent(QCloseEvent *event) override;
-    void reject() override;
+    QByteArray record() const override;
+    void restore(const QByteArray &bytes) override;
+    void dropEncoder() override;
 
 private:
     std::shared_ptr<VorbisEncoderX> m_vorbis;
-    QString m_file;
-    bool m_asked = false;
 };

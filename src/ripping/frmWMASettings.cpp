@@ -5,20 +5,15 @@
 
 #include "base/App.h"
 #include "base/RuntimeError.h"
-#include "diagnostics/ErrorTrap.h"
 #include "diagnostics/TrappedConnect.h"
 #include "engine/encoders/WMAEncoderX.h"
-#include "widgets/MessageBoxService.h"
 
 #include <QCheckBox>
-#include <QCloseEvent>
 #include <QComboBox>
-#include <QFile>
 #include <QFormLayout>
 #include <QHBoxLayout>
 #include <QPushButton>
 #include <QRadioButton>
-#include <QSaveFile>
 
 namespace {
 QPointer<frmWMASettings> &openDialog() {
@@ -26,13 +21,10 @@ QPointer<frmWMASettings> &openDialog() {
     return dialog;
 }
 
-void inform(const QString &text) {
-    MsgBox(text, vbInformation, App::ProductName() + QStringLiteral(" - Information"));
-}
 } // namespace
 
 frmWMASettings::frmWMASettings(QWidget *parent)
-    : QDialog(parent) {
+    : EncoderOptionsDialog(SettingsFile(), parent) {
     setObjectName(QStringLiteral("frmWMASettings"));
     setWindowTitle(QStringLiteral("WMA EncoderSettings"));
     auto *form = new QFormLayout(this);
@@ -53,26 +45,11 @@ frmWMASettings::frmWMASettings(QWidget *parent)
                        "has no rights management, and the files are the same either way."));
     chkEnableDRM->setWhatsThis(chkEnableDRM->toolTip());
     form->addRow(chkEnableDRM);
-    auto *buttons = new QHBoxLayout;
-    cmdSave = new QPushButton(QStringLiteral("&Save Settings"), this);
-    cmdLoad = new QPushButton(QStringLiteral("&Load Settings"), this);
-    cmdApply = new QPushButton(QStringLiteral("&Apply Settings"), this);
-    cmdCancel = new QPushButton(QStringLiteral("&Cancel"), this);
-    for (QPushButton *b : {cmdSave, cmdLoad, cmdApply, cmdCancel}) {
-        b->setAutoDefault(false);
-        buttons->addWidget(b);
-    }
     form->addRow(buttons);
     TRAPPED_CONNECT(cboBitRate, &QComboBox::currentIndexChanged, frmWMASettings, cboBitRate_Click);
     TRAPPED_CONNECT(optStereo, &QRadioButton::clicked, frmWMASettings, optStereo_Click);
     TRAPPED_CONNECT(optMono, &QRadioButton::clicked, frmWMASettings, optMono_Click);
     TRAPPED_CONNECT(cmdApply, &QPushButton::clicked, frmWMASettings, cmdApply_Click);
-    TRAPPED_CONNECT(cmdSave, &QPushButton::clicked, frmWMASettings, cmdSave_Click);
-    TRAPPED_CONNECT(cmdLoad, &QPushButton::clicked, frmWMASettings, cmdLoad_Click);
-    TRAPPED_CONNECT(cmdCancel, &QPushButton::clicked, frmWMASettings, cmdCancel_Click);
-    // Form_Load.
-    m_file = SettingsFile();
-    cmdLoad->setEnabled(QFile::exists(m_file));
 }
 
 frmWMASettings::~frmWMASettings() = default;
@@ -161,22 +138,14 @@ void frmWMASettings::cmdApply_Click() {
     close();
 }
 
-void frmWMASettings::SaveSettings() {
-    const WMARecord record{qint16(cboBitRate->currentIndex()),
-                           qint16(chkEnableDRM->isChecked() ? 1 : 0), optStereo->isChecked(),
-                           optMono->isChecked(), qint16(cboSampleRates->currentIndex())};
-    const QByteArray line = EncoderSettingsFiles::wmaLine(record);
-    QSaveFile file(m_file);
-    if (!file.open(QIODevice::WriteOnly) || file.write(line) != line.size() || !file.commit())
-        throw RuntimeError(RuntimeError::PathNotFound, QStringLiteral("Path not found"));
-    inform(QStringLiteral("Options saved successfully in file: ") + m_file);
+QByteArray frmWMASettings::record() const {
+    return EncoderSettingsFiles::wmaLine(
+        {qint16(cboBitRate->currentIndex()), qint16(chkEnableDRM->isChecked() ? 1 : 0),
+         optStereo->isChecked(), optMono->isChecked(), qint16(cboSampleRates->currentIndex())});
 }
 
-void frmWMASettings::LoadSettings() {
-    QFile file(m_file);
-    if (!file.open(QIODevice::ReadOnly))
-        throw RuntimeError(RuntimeError::FileNotFound, QStringLiteral("File not found"));
-    const WMARecord r = EncoderSettingsFiles::readWMA(file.readAll());
+void frmWMASettings::restore(const QByteArray &bytes) {
+    const WMARecord r = EncoderSettingsFiles::readWMA(bytes);
     // The bit rate first: it rebuilds the channel choice and the sample rate list that the
     // stored sample rate index refers to.
     modEncoderLists::SetListIndex(cboBitRate, r.bitRate);
@@ -187,37 +156,8 @@ void frmWMASettings::LoadSettings() {
     optStereo_Click();
     chkEnableDRM->setChecked(r.drm != 0);
     modEncoderLists::SetListIndex(cboSampleRates, r.sampleRate);
-    inform(QStringLiteral("Options loaded successfully from file: ") + m_file);
 }
 
-void frmWMASettings::cmdSave_Click() {
-    SaveSettings();
-    cmdLoad->setEnabled(true);
-}
-
-void frmWMASettings::cmdLoad_Click() {
-    LoadSettings();
-}
-
-void frmWMASettings::cmdCancel_Click() {
-    close();
-}
-
-void frmWMASettings::closeEvent(QCloseEvent *event) {
-    // Form_Unload: the question comes however the dialog closes, once.
-    if (!m_asked) {
-        m_asked = true;
-        m_wma.reset();
-        const int answer =
-            MsgBox(QStringLiteral("Do you want to Save WMA Options?"), vbQuestion | vbYesNo,
-                   App::ProductName() + QStringLiteral(" - Save Options?"));
-        if (answer == vbYes)
-            ErrorTrap::run("SaveSettings", "frmWMASettings", [this] { SaveSettings(); });
-    }
-    event->accept();
-    done(QDialog::Rejected);
-}
-
-void frmWMASettings::reject() {
-    close();
+void frmWMASettings::dropEncoder() {
+    m_wma.reset();
 }

@@ -1,6 +1,7 @@
 #pragma once
 
-#include <QDialog>
+#include "EncoderOptionsDialog.h"
+
 #include <QPointer>
 
 #include <memory>
@@ -8,12 +9,11 @@
 class WMAEncoderX;
 class QCheckBox;
 class QComboBox;
-class QPushButton;
 class QRadioButton;
 
 // The Windows Media encoder's bit rate, sample rate and channels, offering only what the encoder
 // accepts, kept on demand in "Dat/OptWMA.dat". Modal over the ripper window. UI thread.
-class frmWMASettings : public QDialog {
+class frmWMASettings : public EncoderOptionsDialog {
     Q_OBJECT
 public:
     explicit frmWMASettings(QWidget *parent = nullptr);
@@ -28,7 +28,6 @@ public:
     QComboBox *cboBitRate = nullptr, *cboSampleRates = nullptr;
     QRadioButton *optStereo = nullptr, *optMono = nullptr;
     QCheckBox *chkEnableDRM = nullptr;
-    QPushButton *cmdSave = nullptr, *cmdLoad = nullptr, *cmdApply = nullptr, *cmdCancel = nullptr;
 
     void GetSelectedBitRate(qint32 &result);
     void cboBitRate_Click();
@@ -37,18 +36,12 @@ public:
     void optStereo_Click();
     void optMono_Click();
     void cmdApply_Click();
-    void cmdSave_Click();
-    void cmdLoad_Click();
-    void cmdCancel_Click();
-    void LoadSettings();
-    void SaveSettings();
 
 protected:
-    void closeEvent(QCloseEvent *event) override;
-    void reject() override;
+    QByteArray record() const override;
+    void restore(const QByteArray &bytes) override;
+    void dropEncoder() override;
 
 private:
     std::shared_ptr<WMAEncoderX> m_wma;
-    QString m_file;
-    bool m_asked = false;
 };

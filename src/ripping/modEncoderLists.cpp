@@ -1,6 +1,8 @@
 #include "modEncoderLists.h"
 
+#include "base/App.h"
 #include "base/RuntimeError.h"
+#include "widgets/MessageBoxService.h"
 
 #include <QComboBox>
 
@@ -32,6 +34,10 @@ qint32 VorbisRateAt(qint32 index) {
     if (index == 0)
         return 0;
     return index > 0 && index <= Mp3BitRates().size() ? Mp3BitRates().at(index - 1) : -1;
+}
+
+void Inform(const QString &text) {
+    MsgBox(text, vbInformation, App::ProductName() + QStringLiteral(" - Information"));
 }
 
 void SetListIndex(QComboBox *cboList, qint32 index) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QList>
+#include <QString>
 #include <QtGlobal>
 
 class QComboBox;
@@ -15,6 +16,9 @@ void LoadBitRatesVorbis(QComboBox *cboList);
 void LoadChannels(QComboBox *cboList);
 // The item data of an index of the Vorbis list, 0 for "Default"; -1 when there is no such entry.
 qint32 VorbisRateAt(qint32 index);
+
+// An information box titled with the product's name.
+void Inform(const QString &text);
 
 // Sets the list index as a stored value would: -1 clears the choice, an index past the list is
 // the run-time error 380 ("Invalid property value").
