@@ -170,11 +170,7 @@ void frmMp3Settings::ShowForm(std::shared_ptr<MP3EncoderX> objmp3,
     dialog.optCBR->setChecked(true);
     dialog.optNormal->setChecked(true);
     dialog.optCBR_Click();
-    for (QComboBox *c : {dialog.cboNominalBitRate, dialog.cboMinBitRate, dialog.cboMaxBitRate})
-        LoadBitRatesVorbis(c);
-    dialog.cboNominalBitRate->setCurrentIndex(9);
-    dialog.cboMinBitRate->setCurrentIndex(0);
-    dialog.cboMaxBitRate->setCurrentIndex(0);
+    LoadVorbisRates(dialog.cboNominalBitRate, dialog.cboMinBitRate, dialog.cboMaxBitRate);
     dialog.chkUseAdvanced->setChecked(false);
     dialog.chkUseAdvanced_Click();
     dialog.tbsEncoder_Click();

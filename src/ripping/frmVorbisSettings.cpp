@@ -56,11 +56,7 @@ void frmVorbisSettings::ShowForm(std::shared_ptr<VorbisEncoderX> objVorbis, QWid
     frmVorbisSettings dialog(owner);
     openDialog() = &dialog;
     dialog.m_vorbis = std::move(objVorbis);
-    for (QComboBox *c : {dialog.cboNominalBitRate, dialog.cboMinBitRate, dialog.cboMaxBitRate})
-        LoadBitRatesVorbis(c);
-    dialog.cboNominalBitRate->setCurrentIndex(9);
-    dialog.cboMinBitRate->setCurrentIndex(0);
-    dialog.cboMaxBitRate->setCurrentIndex(0);
+    LoadVorbisRates(dialog.cboNominalBitRate, dialog.cboMinBitRate, dialog.cboMaxBitRate);
     dialog.chkUseAdvanced->setChecked(false);
     dialog.chkUseAdvanced_Click();
     dialog.exec();

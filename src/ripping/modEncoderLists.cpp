@@ -30,6 +30,14 @@ void LoadChannels(QComboBox *cboList) {
         cboList->addItem(QString::fromLatin1(names[i]), i);
 }
 
+void LoadVorbisRates(QComboBox *nominal, QComboBox *minimum, QComboBox *maximum) {
+    for (QComboBox *c : {nominal, minimum, maximum})
+        LoadBitRatesVorbis(c);
+    nominal->setCurrentIndex(9);
+    minimum->setCurrentIndex(0);
+    maximum->setCurrentIndex(0);
+}
+
 qint32 VorbisRateAt(qint32 index) {
     if (index == 0)
         return 0;

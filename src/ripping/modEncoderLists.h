@@ -14,6 +14,8 @@ const QList<qint32> &Mp3BitRates();
 void LoadBitRatesMP3(QComboBox *cboList);
 void LoadBitRatesVorbis(QComboBox *cboList);
 void LoadChannels(QComboBox *cboList);
+// The three Vorbis lists as a dialog opens: 128kb/s nominal, "Default" for both limits.
+void LoadVorbisRates(QComboBox *nominal, QComboBox *minimum, QComboBox *maximum);
 // The item data of an index of the Vorbis list, 0 for "Default"; -1 when there is no such entry.
 qint32 VorbisRateAt(qint32 index);
 
