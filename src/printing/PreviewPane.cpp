@@ -99,6 +99,7 @@ void PreviewPane::refresh() {
     const Layout at = layout();
     resize(at.content.expandedTo(m_area->viewport()->size()));
     update();
+    emit AfterUserZoom();
 }
 
 bool PreviewPane::eventFilter(QObject *watched, QEvent *event) {
@@ -114,15 +115,17 @@ void PreviewPane::paintEvent(QPaintEvent *) {
     const double pageW = m_document->PageWidth() / VSPrinter::TwipsPerMm * at.pixelsPerMm;
     const double pageH = m_document->PageHeight() / VSPrinter::TwipsPerMm * at.pixelsPerMm;
     // The pages stand in the middle of what the pane shows.
-    const QPointF start((width() - at.content.width()) / 2.0, (height() - at.content.height()) / 2.0);
+    const QPointF start((width() - at.content.width()) / 2.0,
+                        (height() - at.content.height()) / 2.0);
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setRenderHint(QPainter::TextAntialiasing);
     for (int i = 0; i < at.columns * at.rows; ++i) {
         const int page = m_page + i;
         if (page > m_document->PageCount())
             break;
-        const QPointF corner = start + QPointF(Gap + (i % at.columns) * (pageW + Gap),
-                                               Gap + (i / at.columns) * (pageH * at.stretchY + Gap));
+        const QPointF corner =
+            start + QPointF(Gap + (i % at.columns) * (pageW + Gap),
+                            Gap + (i / at.columns) * (pageH * at.stretchY + Gap));
         painter.save();
         painter.translate(corner);
         painter.scale(1, at.stretchY);

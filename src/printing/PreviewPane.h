@@ -12,8 +12,14 @@ class PreviewPane : public QWidget {
     Q_OBJECT
 public:
     // The zoom modes, in the order of the view list.
-    enum Mode { Percentage = 0, Thumbnail = 1, TwoPages = 2, WholePage = 3, PageWidth = 4,
-                Stretch = 5 };
+    enum Mode {
+        Percentage = 0,
+        Thumbnail = 1,
+        TwoPages = 2,
+        WholePage = 3,
+        PageWidth = 4,
+        Stretch = 5
+    };
 
     PreviewPane(VSPrinter *document, QScrollArea *area);
 
@@ -32,6 +38,10 @@ public:
 
     // Lays the pages out anew after the document or the viewport changed.
     void refresh();
+
+signals:
+    // The zoom changed with the window's size or the mode.
+    void AfterUserZoom();
 
 protected:
     void paintEvent(QPaintEvent *event) override;

@@ -16,8 +16,8 @@ frmPreView *loadedPreview(const WindowContext &context) {
 }
 
 void printerBox(const WindowContext &context, PrinterDialogService::Kind kind) {
-    PrinterDialogService::PrinterDialog(kind, context.frame ? context.frame->frameWidget()
-                                                            : nullptr);
+    PrinterDialogService::PrinterDialog(kind,
+                                        context.frame ? context.frame->frameWidget() : nullptr);
     // An open preview shows the pages on the paper just chosen.
     if (frmPreView *open = DefaultInstance<frmPreView>::peek())
         open->DoDocument();

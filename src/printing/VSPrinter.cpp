@@ -16,7 +16,8 @@ void addWineTahoma() {
     if (tried)
         return;
     tried = true;
-    for (const char *file : {"/usr/share/wine/fonts/tahoma.ttf", "/usr/share/wine/fonts/tahomabd.ttf"})
+    for (const char *file :
+         {"/usr/share/wine/fonts/tahoma.ttf", "/usr/share/wine/fonts/tahomabd.ttf"})
         if (QFile::exists(QString::fromLatin1(file)))
             QFontDatabase::addApplicationFont(QString::fromLatin1(file));
 }
@@ -92,7 +93,8 @@ void VSPrinter::setText(const QString &text) {
     item.size = FontSize;
     item.bold = FontBold;
     item.italic = FontEmphasis;
-    item.width = TextWidth > 0 ? TextWidth : PageWidth() / TwipsPerMm - MarginRight() / TwipsPerMm - CurrentX;
+    item.width = TextWidth > 0 ? TextWidth
+                               : PageWidth() / TwipsPerMm - MarginRight() / TwipsPerMm - CurrentX;
     m_pages.last().append(item);
 }
 
@@ -195,7 +197,8 @@ void VSPrinter::renderPage(int page, QPainter &painter, QPointF origin, double p
         const QRectF inner = m_layout.paintRect(QPageLayout::Millimeter);
         painter.setPen(QPen(Qt::gray, 1, Qt::DashLine));
         painter.setBrush(Qt::NoBrush);
-        painter.drawRect(QRectF(origin + inner.topLeft() * pixelsPerMm, inner.size() * pixelsPerMm));
+        painter.drawRect(
+            QRectF(origin + inner.topLeft() * pixelsPerMm, inner.size() * pixelsPerMm));
     }
     painter.restore();
 }

@@ -31,7 +31,7 @@ public:
     double PageHeight() const;
 
     QString DocName;
-    // Left, middle and right parts split by "|".
+    // Up to three texts with a bar between them: flush left, centred, flush right.
     QString Header;
     QString Footer;
 

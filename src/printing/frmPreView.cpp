@@ -1,6 +1,6 @@
 #include "frmPreView.h"
-#include "PrinterDialogService.h"
 #include "PreviewPane.h"
+#include "PrinterDialogService.h"
 #include "VSPrinter.h"
 #include "app/clsNetUserName.h"
 #include "base/App.h"
@@ -67,16 +67,18 @@ void frmPreView::buildControls() {
                           QStringLiteral("BROWSEFOLDER"));
     SmartToolbar->addSeparator();
     SmartToolbar->addToggle(QStringLiteral("VISAMARGINAL"), QStringLiteral("Show Margins"),
-                            QStringLiteral("PAGESETUP"));
+                            QStringLiteral("LABEL"));
     SmartToolbar->addTextBox(QStringLiteral("ZOOM"), QStringLiteral("Zoom (%)"), 50);
     SmartToolbar->addList(QStringLiteral("VIEW"), QStringLiteral("View"), viewNames());
     SmartToolbar->addSeparator();
     SmartToolbar->addLabel(QStringLiteral("LH"), QString());
     // Arrows read better than folder pictures for paging.
-    SmartToolbar->Item(QStringLiteral("PREVIOUS"))->action()->setIcon(
-        style()->standardIcon(QStyle::SP_ArrowLeft));
-    SmartToolbar->Item(QStringLiteral("NEXT"))->action()->setIcon(
-        style()->standardIcon(QStyle::SP_ArrowRight));
+    SmartToolbar->Item(QStringLiteral("PREVIOUS"))
+        ->action()
+        ->setIcon(style()->standardIcon(QStyle::SP_ArrowLeft));
+    SmartToolbar->Item(QStringLiteral("NEXT"))
+        ->action()
+        ->setIcon(style()->standardIcon(QStyle::SP_ArrowRight));
     bar->setToolButtonStyle(Qt::ToolButtonIconOnly);
 
     auto *area = new QScrollArea(this);
@@ -101,6 +103,7 @@ void frmPreView::buildControls() {
     TRAPPED_CONNECT(scrlPage, &QScrollBar::valueChanged, frmPreView, scrlPage_Change);
     TRAPPED_CONNECT(vspBurner, &VSPrinter::EndPage, frmPreView, vspBurner_EndPage);
     TRAPPED_CONNECT(vspBurner, &VSPrinter::EndDocument, frmPreView, vspBurner_EndDoc);
+    TRAPPED_CONNECT(preview, &PreviewPane::AfterUserZoom, frmPreView, vspBurner_AfterUserZoom);
 }
 
 QString frmPreView::footerText() const {
@@ -121,15 +124,14 @@ void frmPreView::Form_Load() {
     // The first run finds the number of pages the foot names; the second is the one shown.
     DoDocument();
     DoDocument();
-    SmartToolbar->Item(QStringLiteral("ZOOM"))->setText(QString::number(qRound(preview->Zoom())));
 }
 
 void frmPreView::drawPageLayout() {
     mdblLeft = vspBurner->MarginLeft() / VSPrinter::TwipsPerMm;
     mdblTop = vspBurner->MarginTop() / VSPrinter::TwipsPerMm;
     mdblRight = vspBurner->MarginRight() / VSPrinter::TwipsPerMm;
-    vspBurner->DrawPicture(PictureList::pixmap(QStringLiteral("CD"), 64).toImage(), mdblLeft,
-                           mdblTop, 18, 18);
+    vspBurner->DrawPicture(PictureList::pixmap(QStringLiteral("MEDIA"), 128).toImage(), mdblLeft,
+                           mdblTop, 16, 16);
     vspBurner->PenWidth = 0.1;
     const double right = vspBurner->PageWidth() / VSPrinter::TwipsPerMm - mdblRight;
     vspBurner->DrawLine(mdblLeft, mdblTop + 29.6, right, mdblTop + 29.6);
@@ -243,8 +245,8 @@ void frmPreView::smartToolbar_Click(KeyedItem *Item) {
     } else if (key == u"PRINT") {
         PrintDocument();
     } else if (key == u"PRINTERSETTINGS" || key == u"PAGESETUP") {
-        const auto kind = key == u"PAGESETUP" ? PrinterDialogService::PageBox
-                                               : PrinterDialogService::PrinterBox;
+        const auto kind =
+            key == u"PAGESETUP" ? PrinterDialogService::PageBox : PrinterDialogService::PrinterBox;
         PrinterDialogService::PrinterDialog(kind, this);
         DoDocument();
     } else if (key == u"PREVIOUS") {
@@ -272,14 +274,14 @@ void frmPreView::SmartToolbar_Change(KeyedItem *Item, const QString &PropertyNam
     Q_UNUSED(PropertyName);
     KeyedItem *zoom = SmartToolbar->Item(QStringLiteral("ZOOM"));
     if (Item->Key() == u"ZOOM") {
+        // Outside the Percentage view the box shows the fitted zoom again.
         if (preview->ZoomMode() == PreviewPane::Percentage)
             preview->setZoom(Val(Item->Text()));
-        zoom->setText(QString::number(qRound(preview->Zoom())));
+        vspBurner_AfterUserZoom();
     } else if (Item->Key() == u"VIEW") {
         const int mode = int(viewNames().indexOf(Item->Text()));
         preview->setZoomMode(mode);
         zoom->setEnabled(mode == PreviewPane::Percentage);
-        zoom->setText(QString::number(qRound(preview->Zoom())));
         scrlPage_Change();
     }
 }
@@ -306,6 +308,10 @@ void frmPreView::vspBurner_EndPage() {
     UpdateScroller();
     // The preview fills while the rest is composed; the guard keeps clicks out meanwhile.
     QCoreApplication::processEvents();
+}
+
+void frmPreView::vspBurner_AfterUserZoom() {
+    SmartToolbar->Item(QStringLiteral("ZOOM"))->setText(QString::number(qRound(preview->Zoom())));
 }
 
 void frmPreView::vspBurner_EndDoc() {

@@ -42,6 +42,7 @@ public:
     void vspBurner_EndPage();
     void vspBurner_EndDoc();
     void UpdateScroller();
+    void vspBurner_AfterUserZoom();
 
 protected:
     void closeEvent(QCloseEvent *event) override;

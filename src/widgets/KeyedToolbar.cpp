@@ -36,8 +36,7 @@ KeyedItem *KeyedToolbar::addControl(const QString &key, QWidget *control) {
     return item;
 }
 
-KeyedItem *KeyedToolbar::addTextBox(const QString &key, const QString &toolTip,
-                                    int widthPixels) {
+KeyedItem *KeyedToolbar::addTextBox(const QString &key, const QString &toolTip, int widthPixels) {
     auto *edit = new QLineEdit(m_bar);
     edit->setToolTip(toolTip);
     edit->setFixedWidth(widthPixels);

@@ -2,6 +2,7 @@
 // preview's paging and zoom around it.
 #include "DataWindowRig.h"
 #include "PdfReadBack.h"
+#include "ReadBack.h"
 #include "ScriptedAnswers.h"
 
 #include "app/CompilationWindow.h"
@@ -149,9 +150,9 @@ void tst_Printing::dataList_data() {
                                "7. f2.txt 1 KB", "VOL\\docs\\old Directory", "9. f2.txt 1 KB",
                                "Page 1 of 1"}}
         << QList<QStringList>{{"4. f1.txt 1 KB", "10. f1.txt 1 KB"}};
-    QTest::newRow("empty compilation") << QStringList{"VOL:0"} << 1
-                                       << QList<QStringList>{{"VOL Root", "Page 1 of 1"}}
-                                       << QList<QStringList>{{"0."}};
+    QTest::newRow("empty compilation")
+        << QStringList{"VOL:0"} << 1 << QList<QStringList>{{"VOL Root", "Page 1 of 1"}}
+        << QList<QStringList>{{"0."}};
     // Forty files: the folder line and 33 files fill the first page.
     QTest::newRow("forty files in the root")
         << QStringList{"VOL:40"} << 2
@@ -183,20 +184,24 @@ void tst_Printing::dataList() {
                      qPrintable(line + QStringLiteral(" missing from:\n") + all));
         for (const QString &word : absent.at(page - 1))
             QVERIFY2(!QRegularExpression(QStringLiteral("(^|\\s)") +
-                                         QRegularExpression::escape(word) +
-                                         QStringLiteral("(\\s|$)"),
+                                             QRegularExpression::escape(word) +
+                                             QStringLiteral("(\\s|$)"),
                                          QRegularExpression::MultilineOption)
                           .match(all)
                           .hasMatch(),
                      qPrintable(word + QStringLiteral(" found in:\n") + all));
-        QVERIFY(all.contains(QStringLiteral("Printed by:")) && all.contains(QStringLiteral("Version ")));
+        QVERIFY(all.contains(QStringLiteral("Printed by:")) &&
+                all.contains(QStringLiteral("Version ")));
     }
 }
 
 void tst_Printing::audioNumbersFromOne() {
     compilation->list = audioList(3);
     openPreview();
-    const QStringList shown = lines(PdfReadBack::text(printToPdf()));
+    const QString pdf = printToPdf();
+    // The face asked for is the one embedded (Wine's Tahoma, installed by scripts/setup).
+    QVERIFY(ReadBack::run("pdffonts", {pdf}).contains("Tahoma"));
+    const QStringList shown = lines(PdfReadBack::text(pdf));
     QVERIFY2(shown.contains("No: File Name: Track: Time:"), qPrintable(shown.join(u'\n')));
     for (int i = 1; i <= 3; ++i)
         QVERIFY2(shown.contains(QStringLiteral("%1. /music/tone%1.wav Track %1 00:0%1").arg(i)),

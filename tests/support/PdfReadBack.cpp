@@ -23,9 +23,9 @@ QString info(const QString &pdf, const QString &field) {
 
 double wordLeft(const QString &pdf, const QString &word, int page) {
     const QString html = QString::fromUtf8(
-        ReadBack::run(QStringLiteral("pdftotext"), {QStringLiteral("-bbox"), QStringLiteral("-f"),
-                                                    QString::number(page), QStringLiteral("-l"),
-                                                    QString::number(page), pdf, "-"}));
+        ReadBack::run(QStringLiteral("pdftotext"),
+                      {QStringLiteral("-bbox"), QStringLiteral("-f"), QString::number(page),
+                       QStringLiteral("-l"), QString::number(page), pdf, "-"}));
     const QRegularExpression at(QStringLiteral("<word xMin=\"([0-9.]+)\"[^>]*>%1</word>")
                                     .arg(QRegularExpression::escape(word)));
     const QRegularExpressionMatch found = at.match(html);
