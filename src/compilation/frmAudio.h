@@ -85,7 +85,7 @@ protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
-    bool dropEvent(QEvent *event);
+    bool dropOnList(QEvent *event);
     void buildPopup();
     void disablePlayer();
 

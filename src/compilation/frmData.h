@@ -107,7 +107,7 @@ private:
     void forgetNodes(QTreeWidgetItem *item);
     int innerWidth() const;
     int innerHeight() const;
-    bool dropEvent(QObject *watched, QEvent *event);
+    bool dropOnView(QObject *watched, QEvent *event);
 
     // A node's place in the order the image's folders were added, whatever the tree's sorting.
     static constexpr int AddedRole = Qt::UserRole + 2;
