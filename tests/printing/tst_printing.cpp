@@ -8,7 +8,6 @@
 #include "compilation/frmData.h"
 #include "printing/PreviewPane.h"
 #include "printing/PrinterDialogService.h"
-#include "printing/VSPrinter.h"
 #include "printing/frmPreView.h"
 #include "widgets/DefaultInstance.h"
 #include "widgets/KeyedItem.h"
@@ -50,15 +49,6 @@ CompilationListing listOf(const QStringList &folders, int tracks = 0) {
                             QStringLiteral("/music/tone%1.wav").arg(i),
                             QStringLiteral("00:0%1").arg(i)});
     return list;
-}
-
-// A page's lines that hold something, squeezed to single spaces.
-QString squeezed(const QString &text) {
-    QStringList out;
-    for (const QString &line : text.split(u'\n'))
-        if (!line.simplified().isEmpty())
-            out.append(line.simplified());
-    return out.join(u'\n');
 }
 
 } // namespace
@@ -167,7 +157,7 @@ void tst_Printing::printedList() {
     // The face asked for is the one embedded (Wine's Tahoma, installed by scripts/setup).
     QVERIFY(ReadBack::run("pdffonts", {pdf}).contains("Tahoma"));
     for (int page = 1; page <= present.size(); ++page) {
-        const QString text = squeezed(PdfReadBack::text(pdf, page));
+        const QString text = PdfReadBack::text(pdf, page);
         for (const QString &line : present[page - 1] + QStringList{"Printed by:", "Version "})
             QVERIFY2(text.contains(line), qPrintable(line + " missing from:\n" + text));
         const QRegularExpression unwanted(absent.value(page - 1, "^$"),
@@ -250,7 +240,7 @@ void tst_Printing::printCommandKeepsTheOrderFoldersWereAdded() {
     rig.answers().answerFile(pdf);
     rig.frame()->runCommand(QStringLiteral("PRINT"));
     const QString root = rig.data()->node("\\")->text(0);
-    const QString text = squeezed(PdfReadBack::text(pdf));
+    const QString text = PdfReadBack::text(pdf);
     QRegularExpression folder(QStringLiteral("^(.*) (Root|Directory)$"),
                               QRegularExpression::MultilineOption);
     QStringList folders;

@@ -11,7 +11,13 @@ QString text(const QString &pdf, int page) {
     if (page > 0)
         args << QStringLiteral("-f") << QString::number(page) << QStringLiteral("-l")
              << QString::number(page);
-    return QString::fromUtf8(ReadBack::run(QStringLiteral("pdftotext"), args << pdf << "-"));
+    QStringList lines;
+    for (const QString &line :
+         QString::fromUtf8(ReadBack::run(QStringLiteral("pdftotext"), args << pdf << "-"))
+             .split(u'\n'))
+        if (!line.simplified().isEmpty())
+            lines.append(line.simplified());
+    return lines.join(u'\n');
 }
 
 QString info(const QString &pdf, const QString &field) {

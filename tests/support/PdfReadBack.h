@@ -5,7 +5,8 @@
 // Printed lists read back out of PDF files by poppler's tools (run through ReadBack::run).
 namespace PdfReadBack {
 
-// `pdftotext -layout` of one page (from 1), or of all pages for 0.
+// `pdftotext -layout` of one page (from 1), or of all pages for 0, with the blank lines left
+// out and the runs of spaces between columns squeezed to one.
 QString text(const QString &pdf, int page = 0);
 // One field of `pdfinfo` ("Pages", "Title"), trimmed.
 QString info(const QString &pdf, const QString &field);
