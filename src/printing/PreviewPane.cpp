@@ -4,6 +4,7 @@
 #include <QEvent>
 #include <QPainter>
 #include <QScrollArea>
+#include <QWheelEvent>
 
 namespace {
 constexpr int Gap = 12; // pixels around and between pages
@@ -134,4 +135,17 @@ void PreviewPane::paintEvent(QPaintEvent *) {
         m_document->renderPage(page, painter, QPointF(0, 0), at.pixelsPerMm, m_margins);
         painter.restore();
     }
+}
+
+void PreviewPane::wheelEvent(QWheelEvent *event) {
+    // Where the pages are larger than the window the wheel scrolls them instead.
+    if (m_mode == Percentage || m_mode == PageWidth || event->angleDelta().y() == 0) {
+        event->ignore();
+        return;
+    }
+    const int step = event->angleDelta().y() < 0 ? PagesShown() : -PagesShown();
+    const int page = std::clamp(m_page + step, 1, std::max(1, m_document->PageCount()));
+    if (page != m_page)
+        emit AfterUserPage(page);
+    event->accept();
 }

@@ -42,9 +42,12 @@ public:
 signals:
     // The zoom changed with the window's size or the mode.
     void AfterUserZoom();
+    // The wheel turned the pages of a view that shows them whole; the first page to show.
+    void AfterUserPage(int NewPage);
 
 protected:
     void paintEvent(QPaintEvent *event) override;
+    void wheelEvent(QWheelEvent *event) override;
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:

@@ -40,30 +40,6 @@ QString VSPrinter::resolvedFamily(const QString &family) {
     return family;
 }
 
-double VSPrinter::MarginLeft() const {
-    return m_layout.margins(QPageLayout::Millimeter).left() * TwipsPerMm;
-}
-
-double VSPrinter::MarginTop() const {
-    return m_layout.margins(QPageLayout::Millimeter).top() * TwipsPerMm;
-}
-
-double VSPrinter::MarginRight() const {
-    return m_layout.margins(QPageLayout::Millimeter).right() * TwipsPerMm;
-}
-
-double VSPrinter::MarginBottom() const {
-    return m_layout.margins(QPageLayout::Millimeter).bottom() * TwipsPerMm;
-}
-
-double VSPrinter::PageWidth() const {
-    return m_layout.fullRect(QPageLayout::Millimeter).width() * TwipsPerMm;
-}
-
-double VSPrinter::PageHeight() const {
-    return m_layout.fullRect(QPageLayout::Millimeter).height() * TwipsPerMm;
-}
-
 void VSPrinter::StartDoc() {
     m_pages = {Page()};
     m_composing = true;

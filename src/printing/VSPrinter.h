@@ -23,12 +23,11 @@ public:
     // The paper and its margins; read when the next document is composed.
     QPageLayout pageLayout() const { return m_layout; }
     void setPageLayout(const QPageLayout &layout) { m_layout = layout; }
-    double MarginLeft() const;
-    double MarginTop() const;
-    double MarginRight() const;
-    double MarginBottom() const;
-    double PageWidth() const;
-    double PageHeight() const;
+    double MarginLeft() const { return marginsTwips().left(); }
+    double MarginTop() const { return marginsTwips().top(); }
+    double MarginRight() const { return marginsTwips().right(); }
+    double PageWidth() const { return paperTwips().width(); }
+    double PageHeight() const { return paperTwips().height(); }
 
     QString DocName;
     // Up to three texts with a bar between them: flush left, centred, flush right.
@@ -84,6 +83,12 @@ private:
     };
     using Page = QList<Item>;
 
+    QMarginsF marginsTwips() const {
+        return m_layout.margins(QPageLayout::Millimeter) * TwipsPerMm;
+    }
+    QSizeF paperTwips() const {
+        return m_layout.fullRect(QPageLayout::Millimeter).size() * TwipsPerMm;
+    }
     void drawText(QPainter &painter, QPointF origin, double scale, const Item &item) const;
     QList<Item> frameItems(int page) const;
 

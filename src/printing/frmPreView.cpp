@@ -104,6 +104,7 @@ void frmPreView::buildControls() {
     TRAPPED_CONNECT(vspBurner, &VSPrinter::EndPage, frmPreView, vspBurner_EndPage);
     TRAPPED_CONNECT(vspBurner, &VSPrinter::EndDocument, frmPreView, vspBurner_EndDoc);
     TRAPPED_CONNECT(preview, &PreviewPane::AfterUserZoom, frmPreView, vspBurner_AfterUserZoom);
+    TRAPPED_CONNECT(preview, &PreviewPane::AfterUserPage, frmPreView, vspBurner_AfterUserPage);
 }
 
 QString frmPreView::footerText() const {
@@ -312,6 +313,15 @@ void frmPreView::vspBurner_EndPage() {
 
 void frmPreView::vspBurner_AfterUserZoom() {
     SmartToolbar->Item(QStringLiteral("ZOOM"))->setText(QString::number(qRound(preview->Zoom())));
+}
+
+void frmPreView::vspBurner_AfterUserPage(int NewPage) {
+    vp_MousePage(NewPage);
+}
+
+void frmPreView::vp_MousePage(int NewPage) {
+    if (NewPage > 0)
+        scrlPage->setValue(NewPage);
 }
 
 void frmPreView::vspBurner_EndDoc() {

@@ -43,6 +43,8 @@ public:
     void vspBurner_EndDoc();
     void UpdateScroller();
     void vspBurner_AfterUserZoom();
+    void vspBurner_AfterUserPage(int NewPage);
+    void vp_MousePage(int NewPage);
 
 protected:
     void closeEvent(QCloseEvent *event) override;

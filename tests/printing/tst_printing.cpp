@@ -20,6 +20,7 @@
 #include <QScrollBar>
 #include <QTest>
 #include <QTreeWidgetItem>
+#include <QWheelEvent>
 
 namespace {
 
@@ -215,6 +216,9 @@ void tst_Printing::pagingAndZoom() {
     QCOMPARE(state(), "1 -N bar 1/3 step 2");
     preview->scrlPage->setValue(2); // pages 2 and 3 shown: nothing comes after
     QCOMPARE(state(), "2 P- bar 2/3 step 2");
+    QWheelEvent up({10, 10}, {10, 10}, {}, {0, 120}, Qt::NoButton, {}, Qt::NoScrollPhase, false);
+    QCoreApplication::sendEvent(preview->preview, &up); // the wheel turns a view back
+    QCOMPARE(state(), "1 -N bar 1/3 step 2");
     QCOMPARE(zoom->text(), QString::number(qRound(preview->preview->Zoom())));
     // A percentage is typed in the Percentage view only.
     choose("Percentage");
