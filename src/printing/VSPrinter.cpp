@@ -75,26 +75,16 @@ void VSPrinter::setText(const QString &text) {
 }
 
 void VSPrinter::DrawLine(double x1, double y1, double x2, double y2) {
-    if (!m_composing)
-        return;
-    Item item;
-    item.kind = Item::Kind::Line;
-    item.at = {x1, y1};
-    item.to = {x2, y2};
-    item.width = PenWidth;
-    m_pages.last().append(item);
+    if (m_composing)
+        m_pages.last().append(
+            {.kind = Item::Kind::Line, .at = {x1, y1}, .to = {x2, y2}, .width = PenWidth});
 }
 
 void VSPrinter::DrawPicture(const QImage &picture, double x, double y, double width,
                             double height) {
-    if (!m_composing || picture.isNull())
-        return;
-    Item item;
-    item.kind = Item::Kind::Picture;
-    item.at = {x, y};
-    item.to = {width, height};
-    item.picture = picture;
-    m_pages.last().append(item);
+    if (m_composing && !picture.isNull())
+        m_pages.last().append(
+            {.kind = Item::Kind::Picture, .at = {x, y}, .to = {width, height}, .picture = picture});
 }
 
 QList<VSPrinter::Item> VSPrinter::frameItems(int page) const {

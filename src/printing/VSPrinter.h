@@ -73,13 +73,13 @@ private:
         enum class Kind { Text, Line, Picture } kind = Kind::Text;
         QPointF at;
         QPointF to; // a line's end, a picture's size
-        QString text;
-        QString family;
+        QString text{};
+        QString family{};
         double size = 8;
         bool bold = false;
         bool italic = false;
         double width = 0; // the text's room, or the line's pen
-        QImage picture;
+        QImage picture{};
     };
     using Page = QList<Item>;
 
