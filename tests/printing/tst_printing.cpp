@@ -8,6 +8,7 @@
 #include "compilation/frmData.h"
 #include "printing/PreviewPane.h"
 #include "printing/PrinterDialogService.h"
+#include "printing/VSPrinter.h"
 #include "printing/frmPreView.h"
 #include "widgets/DefaultInstance.h"
 #include "widgets/KeyedItem.h"
@@ -63,6 +64,7 @@ private slots:
     void printedList();
     void leftMarginMovesTheText();
     void pagingAndZoom();
+    void composingKeepsClicksOut();
     void printCommandKeepsTheOrderFoldersWereAdded();
 
 private:
@@ -228,6 +230,19 @@ void tst_Printing::pagingAndZoom() {
     QCOMPARE(preview->preview->Zoom(), 150.0);
     choose("WholePage");
     QVERIFY(!zoom->isEnabled() && preview->preview->Zoom() != 150.0);
+}
+
+// The preview lets events in between pages; a print or a close meanwhile must not pull the
+// document from under the composition.
+void tst_Printing::composingKeepsClicksOut() {
+    frmPreView *preview = open(listOf({}, 80));
+    connect(preview->vspBurner, &VSPrinter::EndPage, preview, [preview] {
+        preview->SmartToolbar->click("PRINT");
+        preview->close();
+    });
+    QVERIFY(preview->DoDocument());
+    QVERIFY(answers->boxes.isEmpty() && answers->fileBoxes.isEmpty());
+    QVERIFY(!DefaultInstance<frmPreView>::exists()); // closed once the pages were done
 }
 
 // The frame's print command on a real data window: folders in the order they were dropped,
