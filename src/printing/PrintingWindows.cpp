@@ -4,6 +4,9 @@
 #include "frmPreView.h"
 #include "widgets/DefaultInstance.h"
 
+#include <QCoreApplication>
+#include <cstdio>
+
 namespace {
 
 // The open preview, or one made and composed out of sight for a print without it.
@@ -26,6 +29,12 @@ void printerBox(const WindowContext &context, PrinterDialogService::Kind kind) {
 } // namespace
 
 void registerPrintingWindows() {
+    // Nobody at the screen: the printer and page boxes are cancelled, as the file boxes are.
+    if (QCoreApplication::arguments().contains(QStringLiteral("--unattended"), Qt::CaseInsensitive))
+        PrinterDialogService::setAnswerer([](PrinterDialogService::Kind kind, QPrinter &) {
+            std::fprintf(stderr, "PrinterDialog %d cancelled\n", int(kind));
+            return false;
+        });
     FormRegistry::addWindow<frmPreView>(QStringLiteral("frmPreView"),
                                         FormRegistry::Placement::Dialog);
     FormRegistry::add(QStringLiteral("ToolMenuPrint"), [](const WindowContext &context) {
