@@ -1,6 +1,7 @@
 #include "app/TessalyApplication.h"
 #include "compilation/CompilationWindows.h"
 #include "dialogs/DialogWindows.h"
+#include "disctools/DiscToolWindows.h"
 #include "printing/PrintingWindows.h"
 #include "ripping/RippingWindows.h"
 #include "ripping/ToolWindows.h"
@@ -12,6 +13,7 @@ int main(int argc, char **argv) {
     registerWritingWindows();
     registerRippingWindows();
     registerToolWindows();
+    registerDiscToolWindows();
     registerDialogWindows();
     registerPrintingWindows();
     return app.run();
