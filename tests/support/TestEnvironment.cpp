@@ -6,6 +6,7 @@
 #include "app/modMain.h"
 #include "base/App.h"
 #include "compilation/CompilationWindows.h"
+#include "copying/CopyingWindows.h"
 #include "disctools/DiscToolWindows.h"
 #include "printing/PrintingWindows.h"
 #include "ripping/ToolWindows.h"
@@ -43,6 +44,7 @@ bool TestEnvironment::startProgram() {
     registerCompilationWindows();
     registerWritingWindows();
     registerToolWindows();
+    registerCopyingWindows();
     registerDiscToolWindows();
     registerPrintingWindows();
     modMain::Main();
