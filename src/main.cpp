@@ -3,6 +3,7 @@
 #include "copying/CopyingWindows.h"
 #include "dialogs/DialogWindows.h"
 #include "disctools/DiscToolWindows.h"
+#include "printing/PrintingWindows.h"
 #include "ripping/RippingWindows.h"
 #include "ripping/ToolWindows.h"
 #include "writing/WritingWindows.h"
@@ -16,5 +17,6 @@ int main(int argc, char **argv) {
     registerCopyingWindows();
     registerDiscToolWindows();
     registerDialogWindows();
+    registerPrintingWindows();
     return app.run();
 }
