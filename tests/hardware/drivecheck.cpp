@@ -34,80 +34,7 @@ void usage() {
     out.flush();
 }
 
-// The samples of a wave file's "data" chunk, as an audio track.
-class WaveTrack : public TrackSource {
-public:
-    explicit WaveTrack(const QString &path)
-        : m_file(path) {
-        if (!m_file.open(QIODevice::ReadOnly) || !m_file.seek(12))
-            return;
-        // Walks the chunks after "RIFF....WAVE" to the samples.
-        while (m_file.bytesAvailable() >= 8) {
-            const QByteArray head = m_file.read(8);
-            const auto *u = reinterpret_cast<const unsigned char *>(head.constData() + 4);
-            const qint64 size =
-                qint64(u[0]) | qint64(u[1]) << 8 | qint64(u[2]) << 16 | qint64(u[3]) << 24;
-            if (head.startsWith("data")) {
-                m_bytes = std::min(size, m_file.bytesAvailable());
-                return;
-            }
-            if (!m_file.seek(m_file.pos() + size + (size & 1)))
-                return;
-        }
-    }
-    qint32 mode() const override { return 0; }
-    qint64 blockCount() const override { return (m_bytes + 2351) / 2352; }
-    bool read(char *buffer, qint64 bytes) override {
-        const qint64 want = std::min(bytes, m_bytes - m_done);
-        const qint64 got = want > 0 ? m_file.read(buffer, want) : 0;
-        if (got != want)
-            return false;
-        m_done += got;
-        std::fill(buffer + got, buffer + bytes, 0);
-        return true;
-    }
-
-private:
-    QFile m_file;
-    qint64 m_bytes = 0;
-    qint64 m_done = 0;
-};
-
-class PrintingMonitor : public JobMonitor {
-public:
-    void trackStarted(qint32 n) override { out << "track " << n << " starts\n"; }
-    void trackProgress(qint32 n, qint64 done, qint64 total) override {
-        if (total > 0 && done * 10 / total != m_last) {
-            m_last = done * 10 / total;
-            out << "track " << n << ": " << done << " of " << total << "\n";
-            out.flush();
-        }
-    }
-    void closingTrack(qint32 n) override { out << "closing track " << n << "\n"; }
-    void closingSession() override { out << "closing session\n"; }
-    void closingDisc() override { out << "closing disc\n"; }
-    bool cancelRequested() const override { return false; }
-    void log(const QString &line) override { out << "log: " << line << "\n"; }
-
-private:
-    qint64 m_last = -1;
-};
-
-int ending(const JobOutcome &o) {
-    if (o.kind == JobOutcome::Completed) {
-        out << "RESULT complete\n";
-        return 0;
-    }
-    if (o.kind == JobOutcome::Cancelled) {
-        out << "RESULT cancelled\n";
-        return 3;
-    }
-    out << "RESULT error " << o.writeError << " " << o.driveError << " " << o.errorInfo << " | "
-        << o.senseInfo << "\n";
-    return 2;
-}
-
-// Runs the engine's write and waits for its one ending event.
+// Runs one of the engine's jobs and waits for its one ending event.
 int engineWrite(CDWriterPro &engine, bool cancelAtOne, const std::function<bool()> &start) {
     int result = 1;
     QEventLoop loop;
@@ -121,11 +48,12 @@ int engineWrite(CDWriterPro &engine, bool cancelAtOne, const std::function<bool(
                      });
     for (auto signal : {&CDWriterPro::ClosingSession, &CDWriterPro::ClosingDisc})
         QObject::connect(&engine, signal, &loop, [] { out << "closing\n"; });
-    QObject::connect(&engine, &CDWriterPro::WriteComplete, &loop, [&] {
-        out << "RESULT complete\n";
-        result = 0;
-        loop.quit();
-    });
+    for (auto signal : {&CDWriterPro::WriteComplete, &CDWriterPro::EraseDiscComplete})
+        QObject::connect(&engine, signal, &loop, [&] {
+            out << "RESULT complete\n";
+            result = 0;
+            loop.quit();
+        });
     QObject::connect(&engine, &CDWriterPro::WriteCancelled, &loop, [&] {
         out << "RESULT cancelled\n";
         result = 3;
@@ -180,7 +108,6 @@ int main(int argc, char **argv) {
         return 1;
     }
     BurnRecorder direct({device, {}, {}, true});
-    PrintingMonitor monitor;
 
     if (command == u"info") {
         out << "MediaType " << engine.MediaType() << "\nDiscStatus " << engine.DiscStatus()
@@ -202,19 +129,20 @@ int main(int argc, char **argv) {
         return 0;
     }
     if (command == u"erase")
-        return ending(direct.erase(rest.value(0) == u"quick", monitor));
+        return engineWrite(engine, false,
+                           [&] { return engine.EraseDisc(rest.value(0) == u"quick"); });
     if (command == u"finish")
-        return ending(direct.finish(rest.value(0) == u"disc", monitor));
+        return engineWrite(engine, false,
+                           [&] { return engine.FinishDisc(rest.value(0) == u"disc"); });
     if (command == u"audio") {
-        std::vector<std::unique_ptr<WaveTrack>> tracks;
-        WritePlan plan;
-        for (const QString &wav : rest) {
-            tracks.push_back(std::make_unique<WaveTrack>(wav));
-            plan.tracks.push_back(tracks.back().get());
-        }
-        plan.finalize = true;
-        plan.startAddress = direct.medium().nextWritableAddress;
-        return ending(direct.write(plan, monitor));
+        engine.setTrackMode(0);
+        engine.setFinalizeDisc(true);
+        for (const QString &wav : rest)
+            if (!engine.AddAudioTrack(wav, engine.AudioTrackCount() + 1)) {
+                out << "RESULT refused " << wav << "\n";
+                return 4;
+            }
+        return engineWrite(engine, false, [&] { return engine.WriteDisc(); });
     }
     engine.setUseFileModifiedDate(true);
     engine.ClearISOImage();
