@@ -315,40 +315,6 @@ private slots:
         }
     }
 
-    void cancelAtOnePercent() {
-        WriteRig rig({"EmulateSpeed=1"});
-        QVERIFY(rig.started());
-        mdiMain *f = rig.frame();
-        QTemporaryDir src;
-        fillImage(f->Tessaly, src, 3 * 1024 * 1024);
-        const qint32 blocks = f->Tessaly->ISOImageBlocks();
-        f->Tessaly->SetWriteSpeed(4 * 176);
-        frmBurn *burn = rig.openDialog();
-        burn->optWrite->click();
-        rig.cancelWhenOffered = true;
-        QVERIFY(rig.writeAndWait(burn));
-        QCOMPARE(rig.ending, QStringLiteral("WriteCancelled"));
-        QCOMPARE(rig.cancelEnabledAt.value(0), 1);
-        QCOMPARE(rig.boxes.size(), 1);
-        QCOMPARE(rig.boxes[0].prompt, QStringLiteral("Writing Cancelled!"));
-        QCOMPARE(rig.boxes[0].title, QStringLiteral("Tessaly - Information"));
-        QCOMPARE(rig.boxes[0].dataPanel, QStringLiteral(" Writing Cancelled......"));
-        QVERIFY(rig.panelTexts.contains(" Aborting Write...Please Wait!"));
-        // At rest: the dialog gone, the frame free, the image as it was, the disc still in.
-        QVERIFY(!frmBurn::instance());
-        QVERIFY(f->SmartMenu->Enabled());
-        QVERIFY(f->cboDevices->isEnabled());
-        QVERIFY(gblnUnloadOk);
-        QCOMPARE(f->Tessaly->ISOFileCount(), 2);
-        QCOMPARE(f->Tessaly->ISOImageBlocks(), blocks);
-        QCOMPARE(rig.trayDiscs().size(), 1);
-        QVERIFY(rig.ejectedDiscs().isEmpty());
-        QVERIFY(f->Tessaly->MediaType() != CDWriterPro::MediaNone);
-        QCOMPARE(f->smartStatusBar->Item("STATUSIMG")->ImageKey(), QStringLiteral("MEDIA"));
-        QVERIFY(f->mblnCacheFirst);
-        QVERIFY(f->mblnTrackWriteFirst);
-    }
-
     void driveFailureThenSecondWrite() {
         WriteRig rig({"FailAtBlock=20", "FailDriveCode=1008", "FailSense=3/0C/09 LOSS"});
         QVERIFY(rig.started());

@@ -8,6 +8,7 @@
 #include "app/FormRegistry.h"
 #include "app/mdiMain.h"
 #include "app/modDeclarations.h"
+#include "app/modGlobals.h"
 #include "compilation/frmData.h"
 #include "engine/system/SystemCalls.h"
 #include "engine/writer/CDWriterPro.h"
@@ -19,6 +20,7 @@
 #include "writing/frmBurn.h"
 
 #include <QCheckBox>
+#include <QComboBox>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
@@ -121,6 +123,7 @@ private slots:
         Fixtures::writeFile(src.filePath("big.bin"), Fixtures::pseudoRandom(3 << 20, 2));
         f->Tessaly->AddISOFile("\\big.bin", src.filePath("big.bin"));
         f->Tessaly->SetWriteSpeed(4 * 176);
+        const qint32 blocks = f->Tessaly->ISOImageBlocks();
         rig.boxes.clear();
         frmBurn *burn = rig.openDialog();
         burn->optWrite->click();
@@ -131,19 +134,35 @@ private slots:
         MessageBoxService::setAnswerer([&](const MessageBoxService::Request &r) {
             frmBurn *open = frmBurn::instance();
             atBox << r.prompt << f->smartStatusBar->Item("FILES")->Text()
+                  << f->smartStatusBar->Item("DATA")->Text()
                   << QString::number(open && open->tmrBurn->isActive())
                   << QString::number(open && open->cmdCancel->isEnabled());
             return MessageBoxService::defaultButton(r.buttons);
         });
         QVERIFY(rig.writeAndWait(burn));
         QCOMPARE(rig.ending, ending);
-        QCOMPARE(atBox.size(), 4);
+        QCOMPARE(atBox.size(), 5);
         QCOMPARE(atBox[0].contains("Ejecting disc..."), saysEjecting);
-        QCOMPARE(atBox.mid(1), (QStringList{" Files: 2", "0", "0"}));
+        QCOMPARE(atBox[1], QStringLiteral(" Files: 2"));
+        QCOMPARE(atBox.mid(3), (QStringList{"0", "0"}));
         QVERIFY(!frmBurn::instance());
         QCOMPARE(f->smartStatusBar->Item("CACHING")->Value(), 0);
-        QVERIFY(f->SmartMenu->Enabled());
+        QVERIFY(f->SmartMenu->Enabled() && f->cboDevices->isEnabled() && gblnUnloadOk);
         QVERIFY(DefaultInstance<frmData>::peek()->lvwImageFiles->isEnabled());
+        // The image survives every ending for a second try.
+        QCOMPARE(f->Tessaly->ISOFileCount(), 2);
+        QCOMPARE(f->Tessaly->ISOImageBlocks(), blocks);
+        if (cancel) {
+            // Offered at one per cent; the disc stays in, ready for the next try.
+            QCOMPARE(atBox[0], QStringLiteral("Writing Cancelled!"));
+            QCOMPARE(atBox[2], QStringLiteral(" Writing Cancelled......"));
+            QCOMPARE(rig.cancelEnabledAt.value(0), 1);
+            QVERIFY(rig.panelTexts.contains(" Aborting Write...Please Wait!"));
+            QCOMPARE(rig.trayDiscs().size(), 1);
+            QVERIFY(rig.ejectedDiscs().isEmpty());
+            QCOMPARE(f->smartStatusBar->Item("STATUSIMG")->ImageKey(), QStringLiteral("MEDIA"));
+            QVERIFY(f->mblnCacheFirst && f->mblnTrackWriteFirst);
+        }
     }
 
     void closeWindowsWhenFinished_data() {
