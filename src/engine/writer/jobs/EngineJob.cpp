@@ -11,12 +11,14 @@
 #include <QThread>
 
 #include <cerrno>
+#include <chrono>
 #include <csignal>
+#include <thread>
 #include <vector>
 
 namespace {
 constexpr qint64 Block = 2048;
-constexpr qint64 CopyBlocks = 256;
+constexpr qint64 CopyBlocks = 1024;
 
 // The image stream of libisofs as a track. A read of many blocks at once is whole unless the
 // stream ends or fails before it; callers never ask past the stream's size, so anything short
@@ -30,6 +32,7 @@ public:
     qint32 mode() const override { return m_mode; }
     qint64 blockCount() const override { return m_blocks; }
     bool read(char *buffer, qint64 bytes) override {
+        awaitFill(bytes);
         auto *out = reinterpret_cast<unsigned char *>(buffer);
         const int n = m_src->read_xt ? m_src->read_xt(m_src, out, int(bytes))
                                      : m_src->read(m_src, out, int(bytes));
@@ -37,6 +40,24 @@ public:
     }
 
 private:
+    // A reader waiting inside libisofs is woken for every block its writer thread adds, and the
+    // two threads then take turns block by block. Reading only once the ring holds the whole
+    // piece (or the writer has stopped) lets both run at full speed side by side.
+    void awaitFill(qint64 bytes) const {
+        auto *ring = reinterpret_cast<::burn_source *>(m_src);
+        std::chrono::microseconds pause(50);
+        for (;;) {
+            size_t capacity = 0;
+            size_t free = 0;
+            if (iso_ring_buffer_get_status(ring, &capacity, &free) != 1)
+                return; // ended, failed or not libisofs's ring: the read itself tells
+            if (qint64(capacity - free) >= std::min<qint64>(bytes, qint64(capacity) / 2))
+                return;
+            std::this_thread::sleep_for(pause);
+            pause = std::min(pause * 2, std::chrono::microseconds(4000));
+        }
+    }
+
     BurnSource *m_src;
     qint32 m_mode;
     qint64 m_blocks;
@@ -117,6 +138,14 @@ EngineJob::~EngineJob() {
     SourceFileStream::setObserver(nullptr);
 }
 
+// Ends libisofs's writer thread but keeps the stream: freeing it drops references on the
+// image's nodes, which the user-interface thread may be taking at the same moment (listing a
+// folder while the job runs), so the stream is freed with the job, on that thread.
+void EngineJob::stopImageWriter() {
+    if (BurnSource *src = m_setup.image.get(); src && src->version >= 1 && src->cancel)
+        src->cancel(src);
+}
+
 void EngineJob::start() {
     m_thread.reset(QThread::create([this] { run(); }));
     m_thread->setObjectName(QStringLiteral("Tessaly write job"));
@@ -192,7 +221,7 @@ void EngineJob::run() {
         if (m_failureClass >= 0 && outcome.kind == JobOutcome::Failed)
             outcome = sourceFailure(m_failurePath);
     }
-    m_setup.image.reset(); // stops libisofs's writer thread before the job ends
+    stopImageWriter();
     switch (outcome.kind) {
     case JobOutcome::Completed:
         log(QStringLiteral("Finished well."));
@@ -303,7 +332,7 @@ JobOutcome EngineJob::runWrite() {
             return cached;
         if (!cache.open(QIODevice::ReadOnly))
             return JobOutcome::failed(2, QStringLiteral("The cache can't be read back"));
-        m_setup.image.reset();
+        stopImageWriter();
         track = std::make_unique<FileTrack>(cache, m_setup.trackMode, this, this);
         plan.tracks = {track.get()};
     }
