@@ -154,6 +154,9 @@ private slots:
         QTest::newRow("libburn's refusal in words")
             << QStringList{"SORRY: audio track prohibited by non-CD"} << false << 1040
             << "5/64/00 ILLEGAL MODE FOR THIS TRACK (SORRY: audio track prohibited by non-CD)";
+        QTest::newRow("a closed medium in words")
+            << QStringList{"SORRY: The medium is closed"} << false << 1032
+            << "5/30/05 CANNOT WRITE MEDIUM - INCOMPATIBLE FORMAT (SORRY: The medium is closed)";
         QTest::newRow("the step's meaning when nothing is said")
             << QStringList{} << true << 1009 << "3/11/00 UNRECOVERED READ ERROR";
         QTest::newRow("nothing known: libburn's last word")
