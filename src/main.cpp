@@ -1,6 +1,8 @@
 #include "app/TessalyApplication.h"
 #include "compilation/CompilationWindows.h"
+#include "copying/CopyingWindows.h"
 #include "dialogs/DialogWindows.h"
+#include "disctools/DiscToolWindows.h"
 #include "ripping/RippingWindows.h"
 #include "ripping/ToolWindows.h"
 #include "writing/WritingWindows.h"
@@ -11,6 +13,8 @@ int main(int argc, char **argv) {
     registerWritingWindows();
     registerRippingWindows();
     registerToolWindows();
+    registerCopyingWindows();
+    registerDiscToolWindows();
     registerDialogWindows();
     return app.run();
 }

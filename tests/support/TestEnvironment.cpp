@@ -6,6 +6,8 @@
 #include "app/modMain.h"
 #include "base/App.h"
 #include "compilation/CompilationWindows.h"
+#include "copying/CopyingWindows.h"
+#include "disctools/DiscToolWindows.h"
 #include "ripping/ToolWindows.h"
 #include "widgets/DefaultInstance.h"
 #include "writing/WritingWindows.h"
@@ -41,6 +43,8 @@ bool TestEnvironment::startProgram() {
     registerCompilationWindows();
     registerWritingWindows();
     registerToolWindows();
+    registerCopyingWindows();
+    registerDiscToolWindows();
     modMain::Main();
     if (!modMain::Started())
         return false;
