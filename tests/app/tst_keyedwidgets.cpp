@@ -24,139 +24,132 @@
 class tst_KeyedWidgets : public QObject {
     Q_OBJECT
 private slots:
-    void unknownKeysRaiseInvalidCall();
-    void menuAndItemMayShareAKey();
-    void clicksReachOnlyFromUsableItems();
-    void checkMarkIsTheProgramsToSet();
-    void itemsComeAndGo();
-    void picturesHaveGreyedAndHotForms();
-    void animationKeepsItsClipWhenAFileIsNoAnimation();
-};
-
-void tst_KeyedWidgets::unknownKeysRaiseInvalidCall() {
-    QMenuBar bar;
-    QToolBar tools;
-    QStatusBar status;
-    KeyedMenu menu(&bar);
-    KeyedToolbar toolbar(&tools);
-    KeyedStatusBar panels(&status);
-    menu.addMenu("FILE", "&File");
-    menu.addItem("FILE", "NEW", "&New");
-    toolbar.addItem("NEW", "New");
-    panels.addPanel("DATA");
-    const std::function<void()> lookups[] = {[&] { menu.Item("OPEN"); }, [&] { menu.Menu("NEW"); },
-                                             [&] { toolbar.Item("OPEN"); },
-                                             [&] { panels.Item("FILES"); }};
-    int raised = 0;
-    for (const auto &lookup : lookups) {
-        try {
-            lookup();
-        } catch (const RuntimeError &e) {
-            QCOMPARE(e.number(), 5);
-            ++raised;
+    void unknownKeysRaiseInvalidCall() {
+        QMenuBar bar;
+        QToolBar tools;
+        QStatusBar status;
+        KeyedMenu menu(&bar);
+        KeyedToolbar toolbar(&tools);
+        KeyedStatusBar panels(&status);
+        menu.addMenu("FILE", "&File");
+        menu.addItem("FILE", "NEW", "&New");
+        toolbar.addItem("NEW", "New");
+        panels.addPanel("DATA");
+        const std::function<void()> lookups[] = {
+            [&] { menu.Item("OPEN"); }, [&] { menu.Menu("NEW"); }, [&] { toolbar.Item("OPEN"); },
+            [&] { panels.Item("FILES"); }};
+        int raised = 0;
+        for (const auto &lookup : lookups) {
+            try {
+                lookup();
+            } catch (const RuntimeError &e) {
+                QCOMPARE(e.number(), 5);
+                ++raised;
+            }
         }
+        QCOMPARE(raised, 4);
     }
-    QCOMPARE(raised, 4);
-}
 
-void tst_KeyedWidgets::menuAndItemMayShareAKey() {
-    QMenuBar bar;
-    KeyedMenu menu(&bar);
-    menu.addMenu("HELP", "&Help");
-    KeyedItem *help = menu.addItem("HELP", "HELP", "&Help...");
-    menu.addItem("HELP", "ABOUT", "&About");
-    QCOMPARE(menu.Item("HELP"), help);
-    QVERIFY(menu.Menu("HELP")->menu());
-    QCOMPARE(menu.itemKeys("HELP"), QStringList({"HELP", "ABOUT"}));
-}
-
-void tst_KeyedWidgets::clicksReachOnlyFromUsableItems() {
-    QMenuBar bar;
-    QToolBar tools;
-    KeyedMenu menu(&bar);
-    KeyedToolbar toolbar(&tools);
-    menu.addMenu("FILE", "&File");
-    menu.addItem("FILE", "NEW", "&New");
-    toolbar.addItem("NEW", "New");
-    QStringList clicks;
-    connect(&menu, &KeyedMenu::Click, this, [&](KeyedItem *i) { clicks << "menu " + i->Key(); });
-    connect(&toolbar, &KeyedToolbar::Click, this,
-            [&](KeyedItem *i) { clicks << "bar " + i->Key(); });
-    menu.click("NEW");
-    toolbar.click("NEW");
-    menu.Item("NEW")->setEnabled(false);
-    toolbar.Item("NEW")->setEnabled(false);
-    menu.click("NEW");
-    toolbar.click("NEW");
-    menu.Item("NEW")->setEnabled(true);
-    toolbar.Item("NEW")->setEnabled(true);
-    menu.Item("NEW")->setShown(0);
-    menu.setEnabled(true);
-    toolbar.setEnabled(false);
-    menu.click("NEW");
-    toolbar.click("NEW");
-    QCOMPARE(clicks, QStringList({"menu NEW", "bar NEW"}));
-}
-
-void tst_KeyedWidgets::checkMarkIsTheProgramsToSet() {
-    QMenuBar bar;
-    KeyedMenu menu(&bar);
-    menu.addMenu("VIEW", "&View");
-    KeyedItem *item = menu.addItem("VIEW", "VIEWTOOLBAR", "View &Toolbar");
-    item->setChecked(true);
-    bool seen = false;
-    connect(&menu, &KeyedMenu::Click, this, [&](KeyedItem *i) { seen = i->Checked(); });
-    menu.click("VIEWTOOLBAR");
-    // The handler sees the state as it was, not the toolkit's own toggle.
-    QVERIFY(seen);
-    QVERIFY(item->Checked());
-    QVERIFY(item->action()->isChecked());
-}
-
-void tst_KeyedWidgets::itemsComeAndGo() {
-    QMenuBar bar;
-    KeyedMenu menu(&bar);
-    menu.addMenu("WINDOWS", "&Windows");
-    menu.addItem("WINDOWS", "TILEV", "Tile");
-    menu.addSeparator("WINDOWS");
-    KeyedItem *child = menu.addItem("WINDOWS", "MDICHILD_1", "File Browser [1]");
-    child->Tag = QVariant::fromValue(quintptr(42));
-    QCOMPARE(menu.itemKeys("WINDOWS"), QStringList({"TILEV", "MDICHILD_1"}));
-    QCOMPARE(menu.Menu("WINDOWS")->menu()->actions().size(), 3);
-    menu.removeItem("MDICHILD_1");
-    QVERIFY(!menu.contains("MDICHILD_1"));
-    QCOMPARE(menu.Menu("WINDOWS")->menu()->actions().size(), 2);
-    menu.removeItem("MDICHILD_1"); // gone already: nothing happens
-}
-
-void tst_KeyedWidgets::picturesHaveGreyedAndHotForms() {
-    for (const char *key : {"NEW", "BURN", "MEDIA", "NOMEDIA", "WORKING", "NOTE", "ERASE"}) {
-        QVERIFY2(PictureList::contains(key), key);
-        const QIcon icon = PictureList::icon(key);
-        QVERIFY2(!icon.isNull(), key);
-        const QImage normal = icon.pixmap(16, QIcon::Normal).toImage();
-        const QImage greyed = icon.pixmap(16, QIcon::Disabled).toImage();
-        QVERIFY2(normal != greyed, key);
+    void menuAndItemMayShareAKey() {
+        QMenuBar bar;
+        KeyedMenu menu(&bar);
+        menu.addMenu("HELP", "&Help");
+        KeyedItem *help = menu.addItem("HELP", "HELP", "&Help...");
+        menu.addItem("HELP", "ABOUT", "&About");
+        QCOMPARE(menu.Item("HELP"), help);
+        QVERIFY(menu.Menu("HELP")->menu());
+        QCOMPARE(menu.itemKeys("HELP"), QStringList({"HELP", "ABOUT"}));
     }
-    QVERIFY(PictureList::pixmap("NO SUCH PICTURE").isNull());
-    // The states of the disc differ at a glance.
-    QVERIFY(PictureList::pixmap("MEDIA").toImage() != PictureList::pixmap("NOMEDIA").toImage());
-}
 
-void tst_KeyedWidgets::animationKeepsItsClipWhenAFileIsNoAnimation() {
-    TestEnvironment env;
-    const QString spin = App::resourcePath("Dat/cdspin.gif");
-    QVERIFY(!spin.isEmpty());
-    AnimationControl ani;
-    ani.setAutoPlay(true);
-    QVERIFY(ani.Open(spin));
-    QVERIFY(ani.isPlaying());
-    env.writeFile("Dat/broken.gif", "not a picture at all");
-    QVERIFY(!ani.Open(env.appFolder() + "/Dat/broken.gif"));
-    QVERIFY(!ani.Open(env.appFolder() + "/Dat/missing.gif"));
-    QCOMPARE(ani.FileName(), spin);
-    QVERIFY(ani.isPlaying());
-}
+    void clicksReachOnlyFromUsableItems() {
+        QMenuBar bar;
+        QToolBar tools;
+        KeyedMenu menu(&bar);
+        KeyedToolbar toolbar(&tools);
+        menu.addMenu("FILE", "&File");
+        menu.addItem("FILE", "NEW", "&New");
+        toolbar.addItem("NEW", "New");
+        QStringList clicks;
+        connect(&menu, &KeyedMenu::Click, this,
+                [&](KeyedItem *i) { clicks << "menu " + i->Key(); });
+        connect(&toolbar, &KeyedToolbar::Click, this,
+                [&](KeyedItem *i) { clicks << "bar " + i->Key(); });
+        menu.click("NEW");
+        toolbar.click("NEW");
+        menu.Item("NEW")->setEnabled(false);
+        toolbar.Item("NEW")->setEnabled(false);
+        menu.click("NEW");
+        toolbar.click("NEW");
+        menu.Item("NEW")->setEnabled(true);
+        toolbar.Item("NEW")->setEnabled(true);
+        menu.Item("NEW")->setShown(0);
+        menu.setEnabled(true);
+        toolbar.setEnabled(false);
+        menu.click("NEW");
+        toolbar.click("NEW");
+        QCOMPARE(clicks, QStringList({"menu NEW", "bar NEW"}));
+    }
+
+    void checkMarkIsTheProgramsToSet() {
+        QMenuBar bar;
+        KeyedMenu menu(&bar);
+        menu.addMenu("VIEW", "&View");
+        KeyedItem *item = menu.addItem("VIEW", "VIEWTOOLBAR", "View &Toolbar");
+        item->setChecked(true);
+        bool seen = false;
+        connect(&menu, &KeyedMenu::Click, this, [&](KeyedItem *i) { seen = i->Checked(); });
+        menu.click("VIEWTOOLBAR");
+        // The handler sees the state as it was, not the toolkit's own toggle.
+        QVERIFY(seen);
+        QVERIFY(item->Checked());
+        QVERIFY(item->action()->isChecked());
+    }
+
+    void itemsComeAndGo() {
+        QMenuBar bar;
+        KeyedMenu menu(&bar);
+        menu.addMenu("WINDOWS", "&Windows");
+        menu.addItem("WINDOWS", "TILEV", "Tile");
+        menu.addSeparator("WINDOWS");
+        KeyedItem *child = menu.addItem("WINDOWS", "MDICHILD_1", "File Browser [1]");
+        child->Tag = QVariant::fromValue(quintptr(42));
+        QCOMPARE(menu.itemKeys("WINDOWS"), QStringList({"TILEV", "MDICHILD_1"}));
+        QCOMPARE(menu.Menu("WINDOWS")->menu()->actions().size(), 3);
+        menu.removeItem("MDICHILD_1");
+        QVERIFY(!menu.contains("MDICHILD_1"));
+        QCOMPARE(menu.Menu("WINDOWS")->menu()->actions().size(), 2);
+        menu.removeItem("MDICHILD_1"); // gone already: nothing happens
+    }
+
+    void picturesHaveGreyedAndHotForms() {
+        for (const char *key : {"NEW", "BURN", "MEDIA", "NOMEDIA", "WORKING", "NOTE", "ERASE"}) {
+            QVERIFY2(PictureList::contains(key), key);
+            const QIcon icon = PictureList::icon(key);
+            QVERIFY2(!icon.isNull(), key);
+            const QImage normal = icon.pixmap(16, QIcon::Normal).toImage();
+            const QImage greyed = icon.pixmap(16, QIcon::Disabled).toImage();
+            QVERIFY2(normal != greyed, key);
+        }
+        QVERIFY(PictureList::pixmap("NO SUCH PICTURE").isNull());
+        // The states of the disc differ at a glance.
+        QVERIFY(PictureList::pixmap("MEDIA").toImage() != PictureList::pixmap("NOMEDIA").toImage());
+    }
+
+    void animationKeepsItsClipWhenAFileIsNoAnimation() {
+        TestEnvironment env;
+        const QString spin = App::resourcePath("Dat/cdspin.gif");
+        QVERIFY(!spin.isEmpty());
+        AnimationControl ani;
+        ani.setAutoPlay(true);
+        QVERIFY(ani.Open(spin));
+        QVERIFY(ani.isPlaying());
+        env.writeFile("Dat/broken.gif", "not a picture at all");
+        QVERIFY(!ani.Open(env.appFolder() + "/Dat/broken.gif"));
+        QVERIFY(!ani.Open(env.appFolder() + "/Dat/missing.gif"));
+        QCOMPARE(ani.FileName(), spin);
+        QVERIFY(ani.isPlaying());
+    }
+};
 
 QTEST_MAIN(tst_KeyedWidgets)
 #include "tst_keyedwidgets.moc"

@@ -43,171 +43,6 @@ QStringList rowKeys(const QTreeWidget *view) {
         keys.append(view->topLevelItem(i)->data(0, Qt::UserRole).toString());
     return keys;
 }
-} // namespace
-
-class tst_MainFrame : public QObject {
-    Q_OBJECT
-private slots:
-    void startSizeAt1024x768WithNoOptions();
-    void frameWithoutRecorders();
-    void programOptionLeavesTheImageRecorderOut();
-    void browsersReuseTheLowestFreeNumber();
-    void hundredAndFirstBrowserEndsInTheTrap();
-    void windowListFollowsTheFormsOrder();
-    void commandsReachTheirWindows_data();
-    void commandsReachTheirWindows();
-    void preferencesOpensTheOptionsBoxOverTheFrame();
-    void closingOneOfTwoBrowsersRestoresByActivation();
-    void viewToggles_data();
-    void viewToggles();
-    void datePairSetsTheEngine();
-    void imageCommandsWorkOnTheSelection_data();
-    void imageCommandsWorkOnTheSelection();
-    void enableFormLocksTheFrame();
-    void tileSideBySideAndAboveEachOther();
-    void helpOpensAtContentsIndexAndContext_data();
-    void helpOpensAtContentsIndexAndContext();
-};
-
-void tst_MainFrame::startSizeAt1024x768WithNoOptions() {
-    TestEnvironment env;
-    QVERIFY(env.startProgram());
-    QCOMPARE(ScreenResolution(), QStringLiteral("1024 X 768"));
-    mdiMain *f = frame();
-    QCOMPARE(f->pos(), QPoint(0, 0));
-    QCOMPARE(f->windowState() & (Qt::WindowMaximized | Qt::WindowMinimized), Qt::WindowNoState);
-    QCOMPARE(f->size(), QSize(1027, 740));
-    // One browser from the start, at its default place.
-    QCOMPARE(childWindows().size(), 1);
-    QCOMPARE(childWindows().first()->geometry(),
-             QRect(Twips::toPixels(7650), 0, Twips::toPixels(7650), Twips::toPixels(8500)));
-}
-
-void tst_MainFrame::frameWithoutRecorders() {
-    TestEnvironment env;
-    ScriptedAnswers answers;
-    env.writeFile("Dat/tessaly.ini", "[Recorders]\r\nImage Recorder=False\r\n");
-    QVERIFY(env.startProgram());
-    mdiMain *f = frame();
-    QCOMPARE(f->Tessaly->DriveCount(), 0);
-    QCOMPARE(qint32(glngDriveIndex), -1);
-    QCOMPARE(answers.boxes.size(), 2);
-    QCOMPARE(answers.boxes[0].prompt,
-             QStringLiteral("Drives Cannot be initialized...Contact support!"));
-    QCOMPARE(answers.boxes[1].prompt,
-             QStringLiteral("There are no compatible CDR drives reported.\nSome older CDR drives "
-                            "are not currently supported."));
-    QCOMPARE(answers.boxes[1].buttons, int(vbInformation));
-    QCOMPARE(answers.boxes[1].title, QStringLiteral("Tessaly - Information"));
-    QCOMPARE(shownMenus(f->SmartMenu), QStringList({"FILE", "HELP"}));
-    QVERIFY(f->SmartMenu->Item("NEW")->Enabled());
-    for (const char *key : {"ADDFILES", "WRITEISO", "SAVEASISO", "PRINT", "PAGESETTINGS"})
-        QVERIFY2(!f->SmartMenu->Item(key)->Enabled(), key);
-    QVERIFY(!f->SmartToolbar->Enabled());
-    QVERIFY(!f->cboDevices->isEnabled());
-    QVERIFY(!f->cboWriteSpeed->isEnabled());
-    QVERIFY(!f->linCDSize->isVisible());
-    QCOMPARE(childWindows().size(), 1);
-    QCOMPARE(browserNumber(captions().first()), 1);
-}
-
-void tst_MainFrame::programOptionLeavesTheImageRecorderOut() {
-    TestEnvironment env;
-    QProcess program;
-    program.start(TestEnvironment::programPath(),
-                  {"--app-folder", env.appFolder(), "--unattended", "--no-image-recorder"});
-    QVERIFY(program.waitForStarted());
-    QString said;
-    QTRY_VERIFY_WITH_TIMEOUT((said += QString::fromLocal8Bit(program.readAllStandardError()))
-                                 .contains("There are no compatible CDR drives reported."),
-                             20000);
-    QVERIFY2(said.contains("Drives Cannot be initialized...Contact support!"), qPrintable(said));
-    program.kill();
-    program.waitForFinished();
-}
-
-void tst_MainFrame::browsersReuseTheLowestFreeNumber() {
-    TestEnvironment env;
-    QVERIFY(env.startProgram());
-    mdiMain *f = frame();
-    f->runCommand("ADDFILES");
-    f->runCommand("ADDFILES");
-    QCOMPARE(captions().size(), 3);
-    QCOMPARE(browserNumber(captions()[1]), 2);
-    QCOMPARE(browserNumber(captions()[2]), 3);
-    childWindows()[1]->close();
-    settle();
-    QCOMPARE(captions().size(), 2);
-    QVERIFY(!gblnFormExist(1));
-    f->runCommand("ADDFILES");
-    settle();
-    QVERIFY2(captions().last().startsWith("File Browser [2]  "), qPrintable(captions().last()));
-    f->runCommand("ADDFILES");
-    QCOMPARE(browserNumber(captions().last()), 4);
-    f->runCommand("CLOSEALL");
-    settle();
-    QVERIFY(childWindows().isEmpty());
-    QCOMPARE(qint16(f->NumberForms), qint16(0));
-    f->runCommand("ADDFILES");
-    QCOMPARE(browserNumber(captions().last()), 1);
-}
-
-void tst_MainFrame::hundredAndFirstBrowserEndsInTheTrap() {
-    TestEnvironment env;
-    ScriptedAnswers answers;
-    QVERIFY(env.startProgram());
-    mdiMain *f = frame();
-    for (int i = 2; i <= 100; ++i)
-        f->SmartMenu->click("ADDFILES");
-    QCOMPARE(childWindows().size(), 100);
-    QCOMPARE(browserNumber(captions().last()), 100);
-    QVERIFY(answers.errors.isEmpty());
-    f->SmartMenu->click("ADDFILES");
-    QCOMPARE(answers.errors.size(), 1);
-    QCOMPARE(vbwState().lastNumber, 9);
-    QCOMPARE(vbwState().lastProcedure, QStringLiteral("smartMenu_Click"));
-    QVERIFY(answers.errors.first().contains("Subscript out of range"));
-    QCOMPARE(childWindows().size(), 100);
-}
-
-void tst_MainFrame::windowListFollowsTheFormsOrder() {
-    TestEnvironment env;
-    QVERIFY(env.startProgram());
-    mdiMain *f = frame();
-    f->runCommand("ADDFILES");
-    f->runCommand("ADDFILES");
-    childWindows()[1]->close(); // browser 2
-    settle();
-    f->runCommand("ADDFILES"); // gets number 2 again, but is loaded last
-    settle();
-    f->mdiArea()->setActiveSubWindow(childWindows()[1]);
-    emit f->SmartMenu->Menu("WINDOWS")->menu()->aboutToShow();
-    QStringList keys, titles;
-    for (const QString &key : f->SmartMenu->itemKeys("WINDOWS")) {
-        if (key.startsWith("MDICHILD_")) {
-            keys.append(key);
-            titles.append(f->SmartMenu->Item(key)->Caption());
-        }
-    }
-    QCOMPARE(keys, QStringList({"MDICHILD_1", "MDICHILD_2", "MDICHILD_3"}));
-    QCOMPARE(browserNumber(titles[0]), 1);
-    QCOMPARE(browserNumber(titles[1]), 3);
-    QCOMPARE(browserNumber(titles[2]), 2);
-    QVERIFY(!f->SmartMenu->Item("MDICHILD_1")->Checked());
-    QVERIFY(f->SmartMenu->Item("MDICHILD_2")->Checked());
-    QCOMPARE(f->SmartMenu->Item("MDICHILD_3")->ItemType, 202);
-    // Dropping down again lists anew rather than adding to the old entries.
-    childWindows()[0]->close();
-    settle();
-    emit f->SmartMenu->Menu("WINDOWS")->menu()->aboutToShow();
-    QVERIFY(!f->SmartMenu->contains("MDICHILD_3"));
-    // An entry brings its window to the front.
-    f->SmartMenu->click("MDICHILD_2");
-    QCOMPARE(f->mdiArea()->activeSubWindow(), childWindows()[1]);
-    QCOMPARE(qint16(gintActiveFileBrowser), qint16(2));
-}
-
-namespace {
 // Command, whether it is clicked on the toolbar, and the window it opens; empty when the command
 // starts greyed and its click must reach nothing.
 const QList<std::tuple<const char *, bool, const char *>> commandRows = {
@@ -238,6 +73,7 @@ const QList<std::tuple<const char *, bool, const char *>> commandRows = {
     {"LICENSE", false, "frmLicense"},
     {"WEB", false, "frmWeb"},
     {"ABOUT", false, "frmAbout"},
+    {"INTERNETUPDATE", false, "Update.exe"},
     {"CUESHEET", false, ""},
     {"CDCOPY", false, ""},
     {"RIPDATA", false, ""},
@@ -245,282 +81,444 @@ const QList<std::tuple<const char *, bool, const char *>> commandRows = {
 };
 } // namespace
 
-void tst_MainFrame::commandsReachTheirWindows_data() {
-    QTest::addColumn<QString>("key");
-    QTest::addColumn<bool>("fromToolbar");
-    QTest::addColumn<QString>("opened");
-    for (const auto &[key, toolbar, opened] : commandRows)
-        QTest::addRow("%s%s%s", key, toolbar ? " (toolbar)" : "", *opened ? "" : " (greyed)")
-            << QString(key) << toolbar << QString(opened);
-}
-
-void tst_MainFrame::commandsReachTheirWindows() {
-    QFETCH(QString, key);
-    QFETCH(bool, fromToolbar);
-    QFETCH(QString, opened);
-    TestEnvironment env;
-    QVERIFY(env.startProgram());
-    mdiMain *f = frame();
-    QStringList names, reached;
-    for (const auto &row : commandRows)
-        if (*std::get<2>(row) && !names.contains(std::get<2>(row)))
-            names.append(std::get<2>(row));
-    for (const QString &name : names)
-        FormRegistry::add(name, [&reached, name, f](QWidget *owner) {
-            QCOMPARE(owner, f);
-            reached.append(name);
-        });
-    if (opened.isEmpty()) {
-        QVERIFY(!f->SmartMenu->Item(key)->Enabled());
-        f->SmartMenu->click(key);
-    } else if (fromToolbar) { // reached through the item itself, so it is made clickable first
-        f->SmartToolbar->Item(key)->setEnabled(true);
-        f->SmartToolbar->click(key);
-    } else {
-        KeyedItem *item = f->SmartMenu->Item(key);
-        item->setEnabled(true);
-        item->action()->setVisible(true);
-        item->action()->trigger();
+class tst_MainFrame : public QObject {
+    Q_OBJECT
+private slots:
+    void startSizeAt1024x768WithNoOptions() {
+        TestEnvironment env;
+        QVERIFY(env.startProgram());
+        QCOMPARE(ScreenResolution(), QStringLiteral("1024 X 768"));
+        mdiMain *f = frame();
+        QCOMPARE(f->pos(), QPoint(0, 0));
+        QCOMPARE(f->windowState() & (Qt::WindowMaximized | Qt::WindowMinimized), Qt::WindowNoState);
+        QCOMPARE(f->size(), QSize(1027, 740));
+        // One browser from the start, at its default place.
+        QCOMPARE(childWindows().size(), 1);
+        QCOMPARE(childWindows().first()->geometry(),
+                 QRect(Twips::toPixels(7650), 0, Twips::toPixels(7650), Twips::toPixels(8500)));
     }
-    for (const QString &name : names)
-        FormRegistry::remove(name);
-    QCOMPARE(reached, opened.isEmpty() ? QStringList() : QStringList({opened}));
-}
 
-void tst_MainFrame::preferencesOpensTheOptionsBoxOverTheFrame() {
-    TestEnvironment env;
-    QVERIFY(env.startProgram());
-    mdiMain *f = frame();
-    QWidget *seenOwner = nullptr;
-    bool seenModal = false;
-    // The box runs its own modal loop; a timer looks at it from inside and closes it.
-    QTimer::singleShot(0, [&] {
-        if (auto *box = qobject_cast<frmOptions *>(QApplication::activeModalWidget())) {
-            seenOwner = box->parentWidget();
-            seenModal = box->isModal() && box->isVisible();
-            box->cmdCancel->click();
-        }
-    });
-    f->SmartMenu->click("PREFERENCES");
-    QCOMPARE(seenOwner, static_cast<QWidget *>(f));
-    QVERIFY(seenModal);
-    QVERIFY(!DefaultInstance<frmOptions>::exists());
-}
-
-void tst_MainFrame::closingOneOfTwoBrowsersRestoresByActivation() {
-    TestEnvironment env;
-    QVERIFY(env.startProgram());
-    mdiMain *f = frame();
-    f->runCommand("ADDFILES");
-    settle();
-    QCOMPARE(qint16(gintActiveFileBrowser), qint16(2));
-    f->runCommand("CLOSE");
-    settle();
-    // The unload turned the items off; the activation of browser 1 turned them on again.
-    QCOMPARE(childWindows().size(), 1);
-    QCOMPARE(qint16(gintActiveFileBrowser), qint16(1));
-    QVERIFY(f->SmartMenu->Item("CLOSE")->Enabled());
-    QCOMPARE(f->SmartMenu->Item("EDIT")->Shown(), 1);
-    f->runCommand("CLOSE");
-    settle();
-    QVERIFY(childWindows().isEmpty());
-    QVERIFY(!f->SmartMenu->Item("CLOSE")->Enabled());
-    QVERIFY(!f->SmartToolbar->Item("CLOSEALL")->Enabled());
-    QCOMPARE(f->SmartMenu->Item("EDIT")->Shown(), 0);
-    QVERIFY(!f->SmartMenu->Item("EDIT")->Enabled());
-}
-
-void tst_MainFrame::viewToggles_data() {
-    QTest::addColumn<QString>("key");
-    QTest::addColumn<QString>("control");
-    QTest::newRow("toolbar") << "VIEWTOOLBAR"
-                             << "SmartToolbar";
-    QTest::newRow("status bar") << "VIEWSTATUSBAR"
-                                << "statusbar";
-    QTest::newRow("size ruler") << "VIEWMETER"
-                                << "asxBottom";
-}
-
-void tst_MainFrame::viewToggles() {
-    QFETCH(QString, key);
-    QFETCH(QString, control);
-    TestEnvironment env;
-    QVERIFY(env.startProgram());
-    mdiMain *f = frame();
-    f->show();
-    QWidget *w = control == "statusbar" ? f->statusBar() : f->findChild<QWidget *>(control);
-    QVERIFY(w);
-    QVERIFY(w->isVisible());
-    QVERIFY(f->SmartMenu->Item(key)->Checked());
-    f->SmartMenu->click(key);
-    QVERIFY(!w->isVisible());
-    QVERIFY(!f->SmartMenu->Item(key)->Checked());
-    f->SmartMenu->click(key);
-    QVERIFY(w->isVisible());
-    QVERIFY(f->SmartMenu->Item(key)->Checked());
-}
-
-void tst_MainFrame::datePairSetsTheEngine() {
-    TestEnvironment env;
-    QVERIFY(env.startProgram());
-    mdiMain *f = frame();
-    f->runCommand("DATEADDED");
-    QVERIFY(!f->Tessaly->UseFileModifiedDate());
-    QVERIFY(f->SmartMenu->Item("DATEADDED")->Checked());
-    QVERIFY(!f->SmartMenu->Item("DATEMODIFIED")->Checked());
-    f->runCommand("DATEMODIFIED");
-    QVERIFY(f->Tessaly->UseFileModifiedDate());
-    QVERIFY(!f->SmartMenu->Item("DATEADDED")->Checked());
-    QVERIFY(f->SmartMenu->Item("DATEMODIFIED")->Checked());
-}
-
-void tst_MainFrame::imageCommandsWorkOnTheSelection_data() {
-    QTest::addColumn<QString>("key");
-    QTest::addColumn<QString>("selectKey"); // empty: nothing selected
-    QTest::addColumn<QString>("prompt");    // empty: no box
-    QTest::addColumn<int>("updates");
-    QTest::addColumn<int>("filesLeft");
-    QTest::newRow("remove file, none selected") << "REMOVEFILE"
-                                                << ""
-                                                << "No Item Selected." << 0 << 1;
-    QTest::newRow("remove directory, none selected") << "REMOVEDIRECTORY"
-                                                     << ""
-                                                     << "No Item Selected." << 0 << 1;
-    QTest::newRow("rename file, none selected") << "RENAMEFILE"
-                                                << ""
-                                                << "No Item Selected." << 0 << 1;
-    QTest::newRow("remove file") << "REMOVEFILE"
-                                 << "\\song.wav"
-                                 << "" << 1 << 0;
-    QTest::newRow("remove a file the image lacks") << "REMOVEFILE"
-                                                   << "\\other.wav"
-                                                   << "Item could not be removed." << 1 << 1;
-    QTest::newRow("rename file") << "RENAMEFILE"
-                                 << "\\song.wav"
-                                 << "" << 0 << 1;
-}
-
-void tst_MainFrame::imageCommandsWorkOnTheSelection() {
-    QFETCH(QString, key);
-    QFETCH(QString, selectKey);
-    QFETCH(QString, prompt);
-    QFETCH(int, updates);
-    QFETCH(int, filesLeft);
-    TestEnvironment env;
-    ScriptedAnswers answers;
-    QVERIFY(env.startProgram());
-    mdiMain *f = frame();
-    env.writeFile("song.wav", "RIFF");
-    QVERIFY(FormRegistry::open("frmData"));
-    frmData *data = DefaultInstance<frmData>::peek();
-    QVERIFY(data);
-    // Opening the window empties the image; the file goes in after it.
-    f->Tessaly->AddISOFile("\\song.wav", env.appFolder() + "/song.wav");
-    QTreeWidget *view = key.contains("DIRECTORY") ? data->tvwDirectories : data->lvwImageFiles;
-    view->clearSelection();
-    view->setCurrentItem(nullptr);
-    if (!selectKey.isEmpty()) {
-        auto *item = new QTreeWidgetItem(view, {selectKey.mid(1)});
-        item->setData(0, Qt::UserRole, selectKey);
-        item->setFlags(item->flags() | Qt::ItemIsEditable);
-        view->setCurrentItem(item);
-    }
-    const QStringList before = rowKeys(data->lvwImageFiles);
-    f->runCommand(key);
-    if (prompt.isEmpty()) {
-        QVERIFY(answers.boxes.isEmpty());
-    } else {
-        QCOMPARE(answers.boxes.size(), 1);
-        QCOMPARE(answers.boxes[0].prompt, prompt);
-        QCOMPARE(answers.boxes[0].buttons, int(vbInformation));
-        QCOMPARE(answers.boxes[0].title, QStringLiteral("Tessaly - Information"));
-    }
-    // A removal reloads the list from the image; anything else leaves it as it was.
-    const QStringList reloaded = filesLeft ? QStringList{"\\song.wav"} : QStringList{};
-    QCOMPARE(rowKeys(data->lvwImageFiles), updates ? reloaded : before);
-    QCOMPARE(f->Tessaly->ISOFileCount(), filesLeft);
-    // A rename opens the item's editor; the rename itself belongs to the data window.
-    QCOMPARE(view->findChild<QLineEdit *>() != nullptr,
-             key.startsWith("RENAME") && !selectKey.isEmpty());
-}
-
-void tst_MainFrame::enableFormLocksTheFrame() {
-    TestEnvironment env;
-    QVERIFY(env.startProgram());
-    mdiMain *f = frame();
-    for (const int kind : {0, 1}) {
-        gblnDisctypeIsData = Integer(qint16(kind));
-        f->txtVolIdentifier->setEnabled(true);
-        f->EnableForm(false);
-        QVERIFY(!f->SmartMenu->Enabled());
+    void frameWithoutRecorders() {
+        TestEnvironment env;
+        ScriptedAnswers answers;
+        env.writeFile("Dat/tessaly.ini", "[Recorders]\r\nImage Recorder=False\r\n");
+        QVERIFY(env.startProgram());
+        mdiMain *f = frame();
+        QCOMPARE(f->Tessaly->DriveCount(), 0);
+        QCOMPARE(qint32(glngDriveIndex), -1);
+        QCOMPARE(answers.boxes.size(), 2);
+        QCOMPARE(answers.boxes[0].prompt,
+                 QStringLiteral("Drives Cannot be initialized...Contact support!"));
+        QCOMPARE(
+            answers.boxes[1].prompt,
+            QStringLiteral("There are no compatible CDR drives reported.\nSome older CDR drives "
+                           "are not currently supported."));
+        QCOMPARE(answers.boxes[1].buttons, int(vbInformation));
+        QCOMPARE(answers.boxes[1].title, QStringLiteral("Tessaly - Information"));
+        QCOMPARE(shownMenus(f->SmartMenu), QStringList({"FILE", "HELP"}));
+        QVERIFY(f->SmartMenu->Item("NEW")->Enabled());
+        for (const char *key : {"ADDFILES", "WRITEISO", "SAVEASISO", "PRINT", "PAGESETTINGS"})
+            QVERIFY2(!f->SmartMenu->Item(key)->Enabled(), key);
         QVERIFY(!f->SmartToolbar->Enabled());
         QVERIFY(!f->cboDevices->isEnabled());
         QVERIFY(!f->cboWriteSpeed->isEnabled());
-        QVERIFY(!gblnUnloadOk);
-        QCOMPARE(f->cursor().shape(), Qt::WaitCursor);
-        // The volume identifier follows only for a data compilation.
-        QCOMPARE(f->txtVolIdentifier->isEnabled(), kind != 0);
-        f->EnableForm(true);
-        QVERIFY(f->SmartMenu->Enabled());
-        QVERIFY(f->SmartToolbar->Enabled());
-        QVERIFY(f->cboDevices->isEnabled());
-        QVERIFY(gblnUnloadOk);
-        QCOMPARE(f->cursor().shape(), Qt::ArrowCursor);
+        QVERIFY(!f->linCDSize->isVisible());
+        QCOMPARE(childWindows().size(), 1);
+        QCOMPARE(browserNumber(captions().first()), 1);
     }
-}
 
-void tst_MainFrame::tileSideBySideAndAboveEachOther() {
-    TestEnvironment env;
-    QVERIFY(env.startProgram());
-    mdiMain *f = frame();
-    f->show();
-    f->runCommand("ADDFILES");
-    settle();
-    const QRect area = f->mdiArea()->viewport()->rect();
-    f->runCommand("TILEV");
-    QCOMPARE(childWindows()[0]->geometry(), QRect(0, 0, area.width() / 2, area.height()));
-    QCOMPARE(childWindows()[1]->geometry(),
-             QRect(area.width() / 2, 0, area.width() / 2, area.height()));
-    f->runCommand("TILEH");
-    QCOMPARE(childWindows()[0]->geometry(), QRect(0, 0, area.width(), area.height() / 2));
-    QCOMPARE(childWindows()[1]->geometry(),
-             QRect(0, area.height() / 2, area.width(), area.height() / 2));
-    f->runCommand("CASCADE");
-    QVERIFY(childWindows()[1]->x() > childWindows()[0]->x());
-    QVERIFY(childWindows()[1]->y() > childWindows()[0]->y());
-}
+    void programOptionLeavesTheImageRecorderOut() {
+        TestEnvironment env;
+        QProcess program;
+        program.start(TestEnvironment::programPath(),
+                      {"--app-folder", env.appFolder(), "--unattended", "--no-image-recorder"});
+        QVERIFY(program.waitForStarted());
+        QString said;
+        QTRY_VERIFY_WITH_TIMEOUT((said += QString::fromLocal8Bit(program.readAllStandardError()))
+                                     .contains("There are no compatible CDR drives reported."),
+                                 20000);
+        QVERIFY2(said.contains("Drives Cannot be initialized...Contact support!"),
+                 qPrintable(said));
+        program.kill();
+        program.waitForFinished();
+    }
 
-void tst_MainFrame::helpOpensAtContentsIndexAndContext_data() {
-    QTest::addColumn<QString>("key");
-    QTest::addColumn<int>("tab");
-    QTest::addColumn<QString>("anchor");
-    QTest::newRow("help") << "HELP" << 0 << "context-1";
-    QTest::newRow("contents") << "CONTENTS" << 0 << "";
-    QTest::newRow("index") << "INDEX" << 1 << "";
-}
+    void browsersReuseTheLowestFreeNumber() {
+        TestEnvironment env;
+        QVERIFY(env.startProgram());
+        mdiMain *f = frame();
+        f->runCommand("ADDFILES");
+        f->runCommand("ADDFILES");
+        QCOMPARE(captions().size(), 3);
+        QCOMPARE(browserNumber(captions()[1]), 2);
+        QCOMPARE(browserNumber(captions()[2]), 3);
+        childWindows()[1]->close();
+        settle();
+        QCOMPARE(captions().size(), 2);
+        QVERIFY(!gblnFormExist(1));
+        f->runCommand("ADDFILES");
+        settle();
+        QVERIFY2(captions().last().startsWith("File Browser [2]  "), qPrintable(captions().last()));
+        f->runCommand("ADDFILES");
+        QCOMPARE(browserNumber(captions().last()), 4);
+        f->runCommand("CLOSEALL");
+        settle();
+        QVERIFY(childWindows().isEmpty());
+        QCOMPARE(qint16(f->NumberForms), qint16(0));
+        f->runCommand("ADDFILES");
+        QCOMPARE(browserNumber(captions().last()), 1);
+    }
 
-void tst_MainFrame::helpOpensAtContentsIndexAndContext() {
-    QFETCH(QString, key);
-    QFETCH(int, tab);
-    QFETCH(QString, anchor);
-    TestEnvironment env;
-    QVERIFY(env.startProgram());
-    frame()->SmartMenu->click(key);
-    frmHelp *help = frmHelp::instance();
-    QVERIFY(help);
-    QVERIFY(help->isVisible());
-    QVERIFY(help->loadedFile().endsWith("help/tessaly.html"));
-    QCOMPARE(help->tabNavigation->currentIndex(), tab);
-    QCOMPARE(help->currentAnchor(), anchor);
-    // A real text: the contents lead to the main tasks and the index to their topics.
-    QStringList chapters;
-    for (int i = 0; i < help->tvwContents->topLevelItemCount(); ++i)
-        chapters.append(help->tvwContents->topLevelItem(i)->text(0));
-    for (const char *chapter : {"Getting started", "File browsers", "Writing a disc"})
-        QVERIFY2(chapters.contains(chapter), chapter);
-    QCOMPARE(help->indexEntries().value("File browser"), QStringLiteral("file-browser"));
-    delete help;
-}
+    void hundredAndFirstBrowserEndsInTheTrap() {
+        TestEnvironment env;
+        ScriptedAnswers answers;
+        QVERIFY(env.startProgram());
+        mdiMain *f = frame();
+        for (int i = 2; i <= 100; ++i)
+            f->SmartMenu->click("ADDFILES");
+        QCOMPARE(childWindows().size(), 100);
+        QCOMPARE(browserNumber(captions().last()), 100);
+        QVERIFY(answers.errors.isEmpty());
+        f->SmartMenu->click("ADDFILES");
+        QCOMPARE(answers.errors.size(), 1);
+        QCOMPARE(vbwState().lastNumber, 9);
+        QCOMPARE(vbwState().lastProcedure, QStringLiteral("smartMenu_Click"));
+        QVERIFY(answers.errors.first().contains("Subscript out of range"));
+        QCOMPARE(childWindows().size(), 100);
+    }
+
+    void windowListFollowsTheFormsOrder() {
+        TestEnvironment env;
+        QVERIFY(env.startProgram());
+        mdiMain *f = frame();
+        f->runCommand("ADDFILES");
+        f->runCommand("ADDFILES");
+        childWindows()[1]->close(); // browser 2
+        settle();
+        f->runCommand("ADDFILES"); // gets number 2 again, but is loaded last
+        settle();
+        f->mdiArea()->setActiveSubWindow(childWindows()[1]);
+        emit f->SmartMenu->Menu("WINDOWS")->menu()->aboutToShow();
+        QStringList keys, titles;
+        for (const QString &key : f->SmartMenu->itemKeys("WINDOWS")) {
+            if (key.startsWith("MDICHILD_")) {
+                keys.append(key);
+                titles.append(f->SmartMenu->Item(key)->Caption());
+            }
+        }
+        QCOMPARE(keys, QStringList({"MDICHILD_1", "MDICHILD_2", "MDICHILD_3"}));
+        QCOMPARE(browserNumber(titles[0]), 1);
+        QCOMPARE(browserNumber(titles[1]), 3);
+        QCOMPARE(browserNumber(titles[2]), 2);
+        QVERIFY(!f->SmartMenu->Item("MDICHILD_1")->Checked());
+        QVERIFY(f->SmartMenu->Item("MDICHILD_2")->Checked());
+        QCOMPARE(f->SmartMenu->Item("MDICHILD_3")->ItemType, 202);
+        // Dropping down again lists anew rather than adding to the old entries.
+        childWindows()[0]->close();
+        settle();
+        emit f->SmartMenu->Menu("WINDOWS")->menu()->aboutToShow();
+        QVERIFY(!f->SmartMenu->contains("MDICHILD_3"));
+        // An entry brings its window to the front.
+        f->SmartMenu->click("MDICHILD_2");
+        QCOMPARE(f->mdiArea()->activeSubWindow(), childWindows()[1]);
+        QCOMPARE(qint16(gintActiveFileBrowser), qint16(2));
+    }
+
+    void commandsReachTheirWindows_data() {
+        QTest::addColumn<QString>("key");
+        QTest::addColumn<bool>("fromToolbar");
+        QTest::addColumn<QString>("opened");
+        for (const auto &[key, toolbar, opened] : commandRows)
+            QTest::addRow("%s%s%s", key, toolbar ? " (toolbar)" : "", *opened ? "" : " (greyed)")
+                << QString(key) << toolbar << QString(opened);
+    }
+
+    void commandsReachTheirWindows() {
+        QFETCH(QString, key);
+        QFETCH(bool, fromToolbar);
+        QFETCH(QString, opened);
+        TestEnvironment env;
+        ScriptedAnswers answers;
+        QVERIFY(env.startProgram());
+        mdiMain *f = frame();
+        const auto trigger = [&] {
+            KeyedItem *item = f->SmartMenu->Item(key);
+            item->setEnabled(true);
+            item->action()->setVisible(true);
+            item->action()->trigger();
+        };
+        if (!opened.isEmpty() && !FormRegistry::contains(opened) && !fromToolbar) {
+            // A window not built yet: the command says so, in words without an accelerator.
+            trigger();
+            QCOMPARE(answers.boxes.size(), 1);
+            QVERIFY2(
+                answers.boxes[0].prompt.endsWith(" is not available in this version of Tessaly "
+                                                 "yet.") &&
+                    !answers.boxes[0].prompt.contains(u'&'),
+                qPrintable(answers.boxes[0].prompt));
+            answers.boxes.clear();
+        }
+        if (key == "INTERNETUPDATE")
+            return;
+        QStringList names, reached;
+        for (const auto &row : commandRows)
+            if (*std::get<2>(row) && !names.contains(std::get<2>(row)))
+                names.append(std::get<2>(row));
+        for (const QString &name : names)
+            FormRegistry::add(name, [&reached, name, f](QWidget *owner) {
+                QCOMPARE(owner, f);
+                reached.append(name);
+            });
+        if (opened.isEmpty()) {
+            QVERIFY(!f->SmartMenu->Item(key)->Enabled());
+            f->SmartMenu->click(key);
+        } else if (fromToolbar) { // reached through the item itself, so it is made clickable first
+            f->SmartToolbar->Item(key)->setEnabled(true);
+            f->SmartToolbar->click(key);
+        } else {
+            trigger();
+        }
+        for (const QString &name : names)
+            FormRegistry::remove(name);
+        QCOMPARE(reached, opened.isEmpty() ? QStringList() : QStringList({opened}));
+        QVERIFY(answers.boxes.isEmpty());
+    }
+
+    void preferencesOpensTheOptionsBoxOverTheFrame() {
+        TestEnvironment env;
+        QVERIFY(env.startProgram());
+        mdiMain *f = frame();
+        QWidget *seenOwner = nullptr;
+        bool seenModal = false;
+        // The box runs its own modal loop; a timer looks at it from inside and closes it.
+        QTimer::singleShot(0, [&] {
+            if (auto *box = qobject_cast<frmOptions *>(QApplication::activeModalWidget())) {
+                seenOwner = box->parentWidget();
+                seenModal = box->isModal() && box->isVisible();
+                box->cmdCancel->click();
+            }
+        });
+        f->SmartMenu->click("PREFERENCES");
+        QCOMPARE(seenOwner, static_cast<QWidget *>(f));
+        QVERIFY(seenModal);
+        QVERIFY(!DefaultInstance<frmOptions>::exists());
+    }
+
+    void closingOneOfTwoBrowsersRestoresByActivation() {
+        TestEnvironment env;
+        QVERIFY(env.startProgram());
+        mdiMain *f = frame();
+        f->runCommand("ADDFILES");
+        settle();
+        QCOMPARE(qint16(gintActiveFileBrowser), qint16(2));
+        f->runCommand("CLOSE");
+        settle();
+        // The unload turned the items off; the activation of browser 1 turned them on again.
+        QCOMPARE(childWindows().size(), 1);
+        QCOMPARE(qint16(gintActiveFileBrowser), qint16(1));
+        QVERIFY(f->SmartMenu->Item("CLOSE")->Enabled());
+        QCOMPARE(f->SmartMenu->Item("EDIT")->Shown(), 1);
+        f->runCommand("CLOSE");
+        settle();
+        QVERIFY(childWindows().isEmpty());
+        QVERIFY(!f->SmartMenu->Item("CLOSE")->Enabled());
+        QVERIFY(!f->SmartToolbar->Item("CLOSEALL")->Enabled());
+        QCOMPARE(f->SmartMenu->Item("EDIT")->Shown(), 0);
+        QVERIFY(!f->SmartMenu->Item("EDIT")->Enabled());
+    }
+
+    void viewToggles_data() {
+        QTest::addColumn<QString>("key");
+        QTest::addColumn<QString>("control");
+        QTest::newRow("toolbar") << "VIEWTOOLBAR"
+                                 << "SmartToolbar";
+        QTest::newRow("status bar") << "VIEWSTATUSBAR"
+                                    << "statusbar";
+        QTest::newRow("size ruler") << "VIEWMETER"
+                                    << "asxBottom";
+    }
+
+    void viewToggles() {
+        QFETCH(QString, key);
+        QFETCH(QString, control);
+        TestEnvironment env;
+        QVERIFY(env.startProgram());
+        mdiMain *f = frame();
+        f->show();
+        QWidget *w = control == "statusbar" ? f->statusBar() : f->findChild<QWidget *>(control);
+        QVERIFY(w);
+        QVERIFY(w->isVisible());
+        QVERIFY(f->SmartMenu->Item(key)->Checked());
+        f->SmartMenu->click(key);
+        QVERIFY(!w->isVisible());
+        QVERIFY(!f->SmartMenu->Item(key)->Checked());
+        f->SmartMenu->click(key);
+        QVERIFY(w->isVisible());
+        QVERIFY(f->SmartMenu->Item(key)->Checked());
+    }
+
+    void datePairSetsTheEngine() {
+        TestEnvironment env;
+        QVERIFY(env.startProgram());
+        mdiMain *f = frame();
+        f->runCommand("DATEADDED");
+        QVERIFY(!f->Tessaly->UseFileModifiedDate());
+        QVERIFY(f->SmartMenu->Item("DATEADDED")->Checked());
+        QVERIFY(!f->SmartMenu->Item("DATEMODIFIED")->Checked());
+        f->runCommand("DATEMODIFIED");
+        QVERIFY(f->Tessaly->UseFileModifiedDate());
+        QVERIFY(!f->SmartMenu->Item("DATEADDED")->Checked());
+        QVERIFY(f->SmartMenu->Item("DATEMODIFIED")->Checked());
+    }
+
+    void imageCommandsWorkOnTheSelection_data() {
+        QTest::addColumn<QString>("key");
+        QTest::addColumn<QString>("selectKey"); // empty: nothing selected
+        QTest::addColumn<QString>("prompt");    // empty: no box
+        QTest::addColumn<int>("updates");
+        QTest::addColumn<int>("filesLeft");
+        QTest::newRow("remove file, none selected") << "REMOVEFILE"
+                                                    << ""
+                                                    << "No Item Selected." << 0 << 1;
+        QTest::newRow("remove directory, none selected") << "REMOVEDIRECTORY"
+                                                         << ""
+                                                         << "No Item Selected." << 0 << 1;
+        QTest::newRow("rename file, none selected") << "RENAMEFILE"
+                                                    << ""
+                                                    << "No Item Selected." << 0 << 1;
+        QTest::newRow("remove file") << "REMOVEFILE"
+                                     << "\\song.wav"
+                                     << "" << 1 << 0;
+        QTest::newRow("remove a file the image lacks") << "REMOVEFILE"
+                                                       << "\\other.wav"
+                                                       << "Item could not be removed." << 1 << 1;
+        QTest::newRow("rename file") << "RENAMEFILE"
+                                     << "\\song.wav"
+                                     << "" << 0 << 1;
+    }
+
+    void imageCommandsWorkOnTheSelection() {
+        QFETCH(QString, key);
+        QFETCH(QString, selectKey);
+        QFETCH(QString, prompt);
+        QFETCH(int, updates);
+        QFETCH(int, filesLeft);
+        TestEnvironment env;
+        ScriptedAnswers answers;
+        QVERIFY(env.startProgram());
+        mdiMain *f = frame();
+        env.writeFile("song.wav", "RIFF");
+        QVERIFY(FormRegistry::open("frmData"));
+        frmData *data = DefaultInstance<frmData>::peek();
+        QVERIFY(data);
+        // Opening the window empties the image; the file goes in after it.
+        f->Tessaly->AddISOFile("\\song.wav", env.appFolder() + "/song.wav");
+        QTreeWidget *view = key.contains("DIRECTORY") ? data->tvwDirectories : data->lvwImageFiles;
+        view->clearSelection();
+        view->setCurrentItem(nullptr);
+        if (!selectKey.isEmpty()) {
+            auto *item = new QTreeWidgetItem(view, {selectKey.mid(1)});
+            item->setData(0, Qt::UserRole, selectKey);
+            item->setFlags(item->flags() | Qt::ItemIsEditable);
+            view->setCurrentItem(item);
+        }
+        const QStringList before = rowKeys(data->lvwImageFiles);
+        f->runCommand(key);
+        if (prompt.isEmpty()) {
+            QVERIFY(answers.boxes.isEmpty());
+        } else {
+            QCOMPARE(answers.boxes.size(), 1);
+            QCOMPARE(answers.boxes[0].prompt, prompt);
+            QCOMPARE(answers.boxes[0].buttons, int(vbInformation));
+            QCOMPARE(answers.boxes[0].title, QStringLiteral("Tessaly - Information"));
+        }
+        // A removal reloads the list from the image; anything else leaves it as it was.
+        const QStringList reloaded = filesLeft ? QStringList{"\\song.wav"} : QStringList{};
+        QCOMPARE(rowKeys(data->lvwImageFiles), updates ? reloaded : before);
+        QCOMPARE(f->Tessaly->ISOFileCount(), filesLeft);
+        // A rename opens the item's editor; the rename itself belongs to the data window.
+        QCOMPARE(view->findChild<QLineEdit *>() != nullptr,
+                 key.startsWith("RENAME") && !selectKey.isEmpty());
+    }
+
+    void enableFormLocksTheFrame() {
+        TestEnvironment env;
+        QVERIFY(env.startProgram());
+        mdiMain *f = frame();
+        for (const int kind : {0, 1}) {
+            gblnDisctypeIsData = Integer(qint16(kind));
+            f->txtVolIdentifier->setEnabled(true);
+            f->EnableForm(false);
+            QVERIFY(!f->SmartMenu->Enabled());
+            QVERIFY(!f->SmartToolbar->Enabled());
+            QVERIFY(!f->cboDevices->isEnabled());
+            QVERIFY(!f->cboWriteSpeed->isEnabled());
+            QVERIFY(!gblnUnloadOk);
+            QCOMPARE(f->cursor().shape(), Qt::WaitCursor);
+            // The volume identifier follows only for a data compilation.
+            QCOMPARE(f->txtVolIdentifier->isEnabled(), kind != 0);
+            f->EnableForm(true);
+            QVERIFY(f->SmartMenu->Enabled());
+            QVERIFY(f->SmartToolbar->Enabled());
+            QVERIFY(f->cboDevices->isEnabled());
+            QVERIFY(gblnUnloadOk);
+            QCOMPARE(f->cursor().shape(), Qt::ArrowCursor);
+        }
+    }
+
+    void tileSideBySideAndAboveEachOther() {
+        TestEnvironment env;
+        QVERIFY(env.startProgram());
+        mdiMain *f = frame();
+        f->show();
+        f->runCommand("ADDFILES");
+        settle();
+        const QRect area = f->mdiArea()->viewport()->rect();
+        f->runCommand("TILEV");
+        QCOMPARE(childWindows()[0]->geometry(), QRect(0, 0, area.width() / 2, area.height()));
+        QCOMPARE(childWindows()[1]->geometry(),
+                 QRect(area.width() / 2, 0, area.width() / 2, area.height()));
+        f->runCommand("TILEH");
+        QCOMPARE(childWindows()[0]->geometry(), QRect(0, 0, area.width(), area.height() / 2));
+        QCOMPARE(childWindows()[1]->geometry(),
+                 QRect(0, area.height() / 2, area.width(), area.height() / 2));
+        f->runCommand("CASCADE");
+        QVERIFY(childWindows()[1]->x() > childWindows()[0]->x());
+        QVERIFY(childWindows()[1]->y() > childWindows()[0]->y());
+    }
+
+    void helpOpensAtContentsIndexAndContext_data() {
+        QTest::addColumn<QString>("key");
+        QTest::addColumn<int>("tab");
+        QTest::addColumn<QString>("anchor");
+        QTest::newRow("help") << "HELP" << 0 << "context-1";
+        QTest::newRow("contents") << "CONTENTS" << 0 << "";
+        QTest::newRow("index") << "INDEX" << 1 << "";
+    }
+
+    void helpOpensAtContentsIndexAndContext() {
+        QFETCH(QString, key);
+        QFETCH(int, tab);
+        QFETCH(QString, anchor);
+        TestEnvironment env;
+        QVERIFY(env.startProgram());
+        frame()->SmartMenu->click(key);
+        frmHelp *help = frmHelp::instance();
+        QVERIFY(help);
+        QVERIFY(help->isVisible());
+        QVERIFY(help->loadedFile().endsWith("help/tessaly.html"));
+        QCOMPARE(help->tabNavigation->currentIndex(), tab);
+        QCOMPARE(help->currentAnchor(), anchor);
+        // A real text: the contents lead to the main tasks and the index to their topics.
+        QStringList chapters;
+        for (int i = 0; i < help->tvwContents->topLevelItemCount(); ++i)
+            chapters.append(help->tvwContents->topLevelItem(i)->text(0));
+        for (const char *chapter : {"Getting started", "File browsers", "Writing a disc"})
+            QVERIFY2(chapters.contains(chapter), chapter);
+        QCOMPARE(help->indexEntries().value("File browser"), QStringLiteral("file-browser"));
+        delete help;
+    }
+};
 
 int main(int argc, char **argv) {
     FrameFixture::useScreen1024x768();

@@ -63,195 +63,186 @@ const QByteArray appendableDisc = "[Tessaly Disc]\nVersion=1\nMedium=CD-R 80\nDa
 class tst_RecorderSelection : public QObject {
     Q_OBJECT
 private slots:
-    void speedList_data();
-    void speedList();
-    void closingTheTrayShowsAWritableDisc();
-    void noWritableDisc_data();
-    void noWritableDisc();
-    void sessionCheckOnlyWhenShown_data();
-    void sessionCheckOnlyWhenShown();
-    void sizePanelsFollowTheImage_data();
-    void sizePanelsFollowTheImage();
-};
-
-void tst_RecorderSelection::speedList_data() {
-    QTest::addColumn<int>("mediaType");
-    QTest::addColumn<int>("maxSpeed");
-    QTest::addColumn<QStringList>("texts");
-    QTest::addColumn<QList<QVariant>>("data");
-    QTest::newRow("unknown speed")
-        << 255 << 0 << QStringList{"Default"} << QList<QVariant>{QVariant()};
-    QTest::newRow("negative speed, DVD")
-        << 2 << -5 << QStringList{"Default"} << QList<QVariant>{QVariant()};
-    QTest::newRow("352 on a CD-R") << 255 << 352 << QStringList{"2x 300 kB/s"} << kbs({352});
-    QTest::newRow("200 counts as 1x") << 255 << 200 << QStringList{"1x 150 kB/s"} << kbs({200});
-    // 704 taken off while at 1200 or more, 352 below.
-    QTest::newRow("1232 on a CD-RW")
-        << 253 << 1232 << QStringList{"7x 1050 kB/s", "3x 450 kB/s", "1x 150 kB/s"}
-        << kbs({1232, 528, 176});
-    // 2.5 shows as 3x while the kB/s round to even; half a speed below 2 counts as 1x.
-    QTest::newRow("halves") << 254 << 440 << QStringList{"3x 300 kB/s", "1x 150 kB/s"}
-                            << kbs({440, 88});
-    const QStringList dvd = {"4.0x", "3.5x", "3.0x", "2.5x", "2.0x", "1.5x", "1.0x"};
-    const QList<QVariant> dvdData = kbs({5540, 4850, 4160, 3470, 2780, 2090, 1400});
-    QTest::newRow("DVD-R 5540") << 2 << 5540 << dvd << dvdData;
-    for (int type : {0, 1, 9, 10, 252, 256, -1})
-        QTest::addRow("media type %d takes DVD speeds", type) << type << 5540 << dvd << dvdData;
-    QTest::newRow("DVD below one speed") << 3 << 690 << QStringList{".5x"} << kbs({690});
-}
-
-void tst_RecorderSelection::speedList() {
-    QFETCH(int, mediaType);
-    QFETCH(int, maxSpeed);
-    QFETCH(QStringList, texts);
-    QFETCH(QList<QVariant>, data);
-    const Entries entries = WriteSpeedList::entries(mediaType, maxSpeed);
-    QStringList gotTexts;
-    QList<QVariant> gotData;
-    for (const auto &e : entries) {
-        gotTexts.append(e.text);
-        gotData.append(e.itemData);
+    void speedList_data() {
+        QTest::addColumn<int>("mediaType");
+        QTest::addColumn<int>("maxSpeed");
+        QTest::addColumn<QStringList>("texts");
+        QTest::addColumn<QList<QVariant>>("data");
+        QTest::newRow("unknown speed")
+            << 255 << 0 << QStringList{"Default"} << QList<QVariant>{QVariant()};
+        QTest::newRow("negative speed, DVD")
+            << 2 << -5 << QStringList{"Default"} << QList<QVariant>{QVariant()};
+        QTest::newRow("352 on a CD-R") << 255 << 352 << QStringList{"2x 300 kB/s"} << kbs({352});
+        QTest::newRow("200 counts as 1x") << 255 << 200 << QStringList{"1x 150 kB/s"} << kbs({200});
+        // 704 taken off while at 1200 or more, 352 below.
+        QTest::newRow("1232 on a CD-RW")
+            << 253 << 1232 << QStringList{"7x 1050 kB/s", "3x 450 kB/s", "1x 150 kB/s"}
+            << kbs({1232, 528, 176});
+        // 2.5 shows as 3x while the kB/s round to even; half a speed below 2 counts as 1x.
+        QTest::newRow("halves") << 254 << 440 << QStringList{"3x 300 kB/s", "1x 150 kB/s"}
+                                << kbs({440, 88});
+        const QStringList dvd = {"4.0x", "3.5x", "3.0x", "2.5x", "2.0x", "1.5x", "1.0x"};
+        const QList<QVariant> dvdData = kbs({5540, 4850, 4160, 3470, 2780, 2090, 1400});
+        QTest::newRow("DVD-R 5540") << 2 << 5540 << dvd << dvdData;
+        for (int type : {0, 1, 9, 10, 252, 256, -1})
+            QTest::addRow("media type %d takes DVD speeds", type) << type << 5540 << dvd << dvdData;
+        QTest::newRow("DVD below one speed") << 3 << 690 << QStringList{".5x"} << kbs({690});
     }
-    QCOMPARE(gotTexts, texts);
-    QCOMPARE(gotData, data);
-}
 
-void tst_RecorderSelection::closingTheTrayShowsAWritableDisc() {
-    TestEnvironment env;
-    ScriptedAnswers answers;
-    QVERIFY(env.startProgram());
-    mdiMain *f = frameOnImageRecorder();
-    f->runCommand("CLOSETRAY");
-    // A blank CD-R of 80 minutes: 360,000 blocks, 703 MB, at most 52 times 176 kB/s.
-    QTRY_COMPARE(f->smartStatusBar->Item("STATUSIMG")->ImageKey(), QStringLiteral("MEDIA"));
-    QVERIFY(f->aniRuler->FileName().endsWith("Dat/cdspin.gif"));
-    QVERIFY(!f->linCDSize->isHidden());
-    QCOMPARE(f->linCDSize->X1(), (703 - 5) * 10 + 100);
-    QCOMPARE(f->linCDSize->X2(), f->linCDSize->X1());
-    // 704 kB/s apart down to 1408, then 352 apart until nothing is left.
-    QCOMPARE(texts(f->cboWriteSpeed),
-             QStringList({"52x 7800 kB/s", "48x 7200 kB/s", "44x 6600 kB/s", "40x 6000 kB/s",
-                          "36x 5400 kB/s", "32x 4800 kB/s", "28x 4200 kB/s", "24x 3600 kB/s",
-                          "20x 3000 kB/s", "16x 2400 kB/s", "12x 1800 kB/s", "8x 1200 kB/s",
-                          "4x 600 kB/s", "2x 300 kB/s"}));
-    QCOMPARE(f->cboWriteSpeed->itemData(11).toInt(), 1408);
-    QCOMPARE(f->cboWriteSpeed->currentIndex(), 0);
-    QCOMPARE(f->mstrSpeed, QStringLiteral("52x 7800 kB/s"));
-    // A blank disc never asks about sessions.
-    QVERIFY(answers.boxes.isEmpty());
-    QVERIFY(!f->SmartMenu->Item("SESSION")->Enabled());
-}
+    void speedList() {
+        QFETCH(int, mediaType);
+        QFETCH(int, maxSpeed);
+        QFETCH(QStringList, texts);
+        QFETCH(QList<QVariant>, data);
+        const Entries entries = WriteSpeedList::entries(mediaType, maxSpeed);
+        QStringList gotTexts;
+        QList<QVariant> gotData;
+        for (const auto &e : entries) {
+            gotTexts.append(e.text);
+            gotData.append(e.itemData);
+        }
+        QCOMPARE(gotTexts, texts);
+        QCOMPARE(gotData, data);
+    }
 
-void tst_RecorderSelection::noWritableDisc_data() {
-    QTest::addColumn<QString>("how");
-    QTest::addColumn<QString>("animation");
-    QTest::newRow("at the start") << "start"
-                                  << "Dat/insertcd.gif";
-    QTest::newRow("ejected") << "eject"
-                             << "Dat/insertcd.gif";
-    QTest::newRow("a pressed disc laid in") << "closed"
-                                            << "Dat/removecd.gif";
-}
-
-void tst_RecorderSelection::noWritableDisc() {
-    QFETCH(QString, how);
-    QFETCH(QString, animation);
-    TestEnvironment env;
-    QVERIFY(env.startProgram());
-    mdiMain *f = frameOnImageRecorder();
-    QCOMPARE(f->cboDevices->currentText(), QStringLiteral("IMG: Tessaly Image Recorder"));
-    QCOMPARE(qint32(glngCurrentDrive), f->Tessaly->DriveCount() - 1);
-    if (how == "eject") {
+    void closingTheTrayShowsAWritableDisc() {
+        TestEnvironment env;
+        ScriptedAnswers answers;
+        QVERIFY(env.startProgram());
+        mdiMain *f = frameOnImageRecorder();
         f->runCommand("CLOSETRAY");
+        // A blank CD-R of 80 minutes: 360,000 blocks, 703 MB, at most 52 times 176 kB/s.
         QTRY_COMPARE(f->smartStatusBar->Item("STATUSIMG")->ImageKey(), QStringLiteral("MEDIA"));
-        f->SmartMenu->Item("SESSION")->setEnabled(true);
-        f->runCommand("EJECTCD");
-    } else if (how == "closed") {
-        layDisc(env, {}); // one closed session
+        QVERIFY(f->aniRuler->FileName().endsWith("Dat/cdspin.gif"));
+        QVERIFY(!f->linCDSize->isHidden());
+        QCOMPARE(f->linCDSize->X1(), (703 - 5) * 10 + 100);
+        QCOMPARE(f->linCDSize->X2(), f->linCDSize->X1());
+        // 704 kB/s apart down to 1408, then 352 apart until nothing is left.
+        QCOMPARE(texts(f->cboWriteSpeed),
+                 QStringList({"52x 7800 kB/s", "48x 7200 kB/s", "44x 6600 kB/s", "40x 6000 kB/s",
+                              "36x 5400 kB/s", "32x 4800 kB/s", "28x 4200 kB/s", "24x 3600 kB/s",
+                              "20x 3000 kB/s", "16x 2400 kB/s", "12x 1800 kB/s", "8x 1200 kB/s",
+                              "4x 600 kB/s", "2x 300 kB/s"}));
+        QCOMPARE(f->cboWriteSpeed->itemData(11).toInt(), 1408);
+        QCOMPARE(f->cboWriteSpeed->currentIndex(), 0);
+        QCOMPARE(f->mstrSpeed, QStringLiteral("52x 7800 kB/s"));
+        // A blank disc never asks about sessions.
+        QVERIFY(answers.boxes.isEmpty());
+        QVERIFY(!f->SmartMenu->Item("SESSION")->Enabled());
+    }
+
+    void noWritableDisc_data() {
+        QTest::addColumn<QString>("how");
+        QTest::addColumn<QString>("animation");
+        QTest::newRow("at the start") << "start"
+                                      << "Dat/insertcd.gif";
+        QTest::newRow("ejected") << "eject"
+                                 << "Dat/insertcd.gif";
+        QTest::newRow("a pressed disc laid in") << "closed"
+                                                << "Dat/removecd.gif";
+    }
+
+    void noWritableDisc() {
+        QFETCH(QString, how);
+        QFETCH(QString, animation);
+        TestEnvironment env;
+        QVERIFY(env.startProgram());
+        mdiMain *f = frameOnImageRecorder();
+        QCOMPARE(f->cboDevices->currentText(), QStringLiteral("IMG: Tessaly Image Recorder"));
+        QCOMPARE(qint32(glngCurrentDrive), f->Tessaly->DriveCount() - 1);
+        if (how == "eject") {
+            f->runCommand("CLOSETRAY");
+            QTRY_COMPARE(f->smartStatusBar->Item("STATUSIMG")->ImageKey(), QStringLiteral("MEDIA"));
+            f->SmartMenu->Item("SESSION")->setEnabled(true);
+            f->runCommand("EJECTCD");
+        } else if (how == "closed") {
+            layDisc(env, {}); // one closed session
+            f->CDNotify1->checkDrives();
+            QCOMPARE(f->Tessaly->LastSessionStatus(), 3);
+        }
+        QTRY_COMPARE(f->smartStatusBar->Item("STATUSIMG")->ImageKey(), QStringLiteral("NOMEDIA"));
+        QVERIFY(f->aniRuler->FileName().endsWith(animation));
+        QVERIFY(f->aniRuler->isPlaying());
+        QVERIFY(f->linCDSize->isHidden());
+        QVERIFY(!f->SmartMenu->Item("SESSION")->Enabled());
+        QCOMPARE(texts(f->cboWriteSpeed), QStringList{"Default"});
+    }
+
+    void sessionCheckOnlyWhenShown_data() {
+        QTest::addColumn<bool>("minimised");
+        QTest::addColumn<bool>("testWrite");
+        QTest::addColumn<bool>("opens");
+        QTest::newRow("frame shown") << false << false << true;
+        QTest::newRow("frame minimised") << true << false << false;
+        QTest::newRow("after a test write") << false << true << false;
+    }
+
+    void sessionCheckOnlyWhenShown() {
+        QFETCH(bool, minimised);
+        QFETCH(bool, testWrite);
+        QFETCH(bool, opens);
+        TestEnvironment env;
+        ScriptedAnswers answers;
+        QVERIFY(env.startProgram());
+        mdiMain *f = frameOnImageRecorder();
+        f->show();
+        if (minimised)
+            f->showMinimized();
+        gblnIsTestWrite = testWrite;
+        int checks = 0;
+        FormRegistry::add("frmSessionCheck", [&checks](QWidget *) { ++checks; });
+        layDisc(env, appendableDisc);
         f->CDNotify1->checkDrives();
-        QCOMPARE(f->Tessaly->LastSessionStatus(), 3);
+        FormRegistry::remove("frmSessionCheck");
+        // An open disc with one closed session and room for the next.
+        QCOMPARE(f->Tessaly->DiscStatus(), 1);
+        QCOMPARE(f->Tessaly->LastSessionStatus(), 0);
+        QCOMPARE(f->Tessaly->SessionCount(), 2);
+        QCOMPARE(checks, opens ? 1 : 0);
+        QCOMPARE(f->SmartMenu->Item("SESSION")->Enabled(), opens);
+        QVERIFY(answers.boxes.isEmpty());
+        QCOMPARE(f->smartStatusBar->Item("STATUSIMG")->ImageKey(), QStringLiteral("MEDIA"));
     }
-    QTRY_COMPARE(f->smartStatusBar->Item("STATUSIMG")->ImageKey(), QStringLiteral("NOMEDIA"));
-    QVERIFY(f->aniRuler->FileName().endsWith(animation));
-    QVERIFY(f->aniRuler->isPlaying());
-    QVERIFY(f->linCDSize->isHidden());
-    QVERIFY(!f->SmartMenu->Item("SESSION")->Enabled());
-    QCOMPARE(texts(f->cboWriteSpeed), QStringList{"Default"});
-}
 
-void tst_RecorderSelection::sessionCheckOnlyWhenShown_data() {
-    QTest::addColumn<bool>("minimised");
-    QTest::addColumn<bool>("testWrite");
-    QTest::addColumn<bool>("opens");
-    QTest::newRow("frame shown") << false << false << true;
-    QTest::newRow("frame minimised") << true << false << false;
-    QTest::newRow("after a test write") << false << true << false;
-}
-
-void tst_RecorderSelection::sessionCheckOnlyWhenShown() {
-    QFETCH(bool, minimised);
-    QFETCH(bool, testWrite);
-    QFETCH(bool, opens);
-    TestEnvironment env;
-    ScriptedAnswers answers;
-    QVERIFY(env.startProgram());
-    mdiMain *f = frameOnImageRecorder();
-    f->show();
-    if (minimised)
-        f->showMinimized();
-    gblnIsTestWrite = testWrite;
-    int checks = 0;
-    FormRegistry::add("frmSessionCheck", [&checks](QWidget *) { ++checks; });
-    layDisc(env, appendableDisc);
-    f->CDNotify1->checkDrives();
-    FormRegistry::remove("frmSessionCheck");
-    // An open disc with one closed session and room for the next.
-    QCOMPARE(f->Tessaly->DiscStatus(), 1);
-    QCOMPARE(f->Tessaly->LastSessionStatus(), 0);
-    QCOMPARE(f->Tessaly->SessionCount(), 2);
-    QCOMPARE(checks, opens ? 1 : 0);
-    QCOMPARE(f->SmartMenu->Item("SESSION")->Enabled(), opens);
-    QVERIFY(answers.boxes.isEmpty());
-    QCOMPARE(f->smartStatusBar->Item("STATUSIMG")->ImageKey(), QStringLiteral("MEDIA"));
-}
-
-void tst_RecorderSelection::sizePanelsFollowTheImage_data() {
-    QTest::addColumn<bool>("disc");
-    QTest::addColumn<bool>("withFile");
-    QTest::newRow("empty image, no disc") << false << false;
-    QTest::newRow("empty image, blank disc") << true << false;
-    QTest::newRow("one file, blank disc") << true << true;
-}
-
-void tst_RecorderSelection::sizePanelsFollowTheImage() {
-    QFETCH(bool, disc);
-    QFETCH(bool, withFile);
-    TestEnvironment env;
-    ScriptedAnswers answers;
-    QVERIFY(env.startProgram());
-    mdiMain *f = frameOnImageRecorder();
-    if (disc)
-        f->runCommand("CLOSETRAY");
-    if (withFile) {
-        env.writeFile("big.bin", QByteArray(3 * 1024 * 1024, 'x'));
-        f->Tessaly->AddISOFile("\\big.bin", env.appFolder() + "/big.bin");
+    void sizePanelsFollowTheImage_data() {
+        QTest::addColumn<bool>("disc");
+        QTest::addColumn<bool>("withFile");
+        QTest::newRow("empty image, no disc") << false << false;
+        QTest::newRow("empty image, blank disc") << true << false;
+        QTest::newRow("one file, blank disc") << true << true;
     }
-    f->RecalcImageSize();
-    const QString shown = f->smartStatusBar->Item("DATA")->Text();
-    // The image's blocks as the engine counts them, in megabytes of 1024 * 1024.
-    const double mb = f->Tessaly->BlocksToBytes(f->Tessaly->ISOImageBlocks(), 1) / 1048576;
-    QVERIFY(withFile ? (mb > 3 && mb < 4) : mb < 1);
-    QCOMPARE(shown, QString(" Data Image Size: %1 MB  ").arg(mb, 0, 'f', 2));
-    QCOMPARE(f->prbSize->maximum(), qMax(1, qRound(mb)));
-    if (!withFile) { // under a megabyte: no bar at all
-        QCOMPARE(f->prbSize->width(), 0);
-        QCOMPARE(f->prbSize->value(), 0);
+
+    void sizePanelsFollowTheImage() {
+        QFETCH(bool, disc);
+        QFETCH(bool, withFile);
+        TestEnvironment env;
+        ScriptedAnswers answers;
+        QVERIFY(env.startProgram());
+        mdiMain *f = frameOnImageRecorder();
+        if (disc)
+            f->runCommand("CLOSETRAY");
+        if (withFile) {
+            env.writeFile("big.bin", QByteArray(3 * 1024 * 1024, 'x'));
+            f->Tessaly->AddISOFile("\\big.bin", env.appFolder() + "/big.bin");
+        }
+        f->RecalcImageSize();
+        const QString shown = f->smartStatusBar->Item("DATA")->Text();
+        // The image's blocks as the engine counts them, in megabytes of 1024 * 1024.
+        const double mb = f->Tessaly->BlocksToBytes(f->Tessaly->ISOImageBlocks(), 1) / 1048576;
+        QVERIFY(withFile ? (mb > 3 && mb < 4) : mb < 1);
+        QCOMPARE(shown, QString(" Data Image Size: %1 MB  ").arg(mb, 0, 'f', 2));
+        QCOMPARE(f->prbSize->maximum(), qMax(1, qRound(mb)));
+        if (!withFile) { // under a megabyte: no bar at all
+            QCOMPARE(f->prbSize->width(), 0);
+            QCOMPARE(f->prbSize->value(), 0);
+        }
+        QCOMPARE(f->smartStatusBar->Item("FILES")->Text(),
+                 QString(" Files: %1").arg(withFile ? 1 : 0));
+        QVERIFY(f->smartStatusBar->Item("DIRECTORIES")->Text().startsWith(" Directories: "));
+        // A blank CD-R has room for this: no warning, with a disc or without.
+        QVERIFY(answers.boxes.isEmpty());
     }
-    QCOMPARE(f->smartStatusBar->Item("FILES")->Text(), QString(" Files: %1").arg(withFile ? 1 : 0));
-    QVERIFY(f->smartStatusBar->Item("DIRECTORIES")->Text().startsWith(" Directories: "));
-    // A blank CD-R has room for this: no warning, with a disc or without.
-    QVERIFY(answers.boxes.isEmpty());
-}
+};
 
 QTEST_MAIN(tst_RecorderSelection)
 #include "tst_recorderselection.moc"

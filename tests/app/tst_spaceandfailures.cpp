@@ -14,54 +14,49 @@
 class tst_SpaceAndFailures : public QObject {
     Q_OBJECT
 private slots:
-    void space_data();
-    void space();
-    void noRecorderMeansNoSpace();
-    void mountedFolderCounts();
+    void space_data() {
+        QTest::addColumn<int>("sizeFormat");
+        QTest::addColumn<double>("free");
+        // A blank CD-R 80: 360,000 blocks of 2048 bytes, not mounted, so nothing used.
+        QTest::newRow("bytes") << 1 << 737280000.0;
+        QTest::newRow("kilobytes") << 2 << 720000.0;
+        QTest::newRow("megabytes, rounded") << 3 << 703.0; // 703.125
+        QTest::newRow("unknown format") << 4 << 0.0;
+        QTest::newRow("zero format") << 0 << 0.0;
+    }
+
+    void space() {
+        QFETCH(int, sizeFormat);
+        QFETCH(double, free);
+        TestEnvironment env;
+        CDWriterPro engine;
+        engine.InitializeDrives(false);
+        glngDriveIndex = engine.DriveCount() - 1;
+        engine.SelectDrive(glngDriveIndex);
+        engine.MoveTray(true);
+        QCOMPARE(GetFreeSpace(&engine, sizeFormat), free);
+        QCOMPARE(GetUsedSpace(&engine, sizeFormat), 0.0);
+        QCOMPARE(GetTotalSpace(&engine, sizeFormat), free);
+    }
+
+    void noRecorderMeansNoSpace() {
+        TestEnvironment env;
+        CDWriterPro engine;
+        engine.InitializeDrives(false);
+        engine.SelectDrive(engine.DriveCount() - 1);
+        engine.MoveTray(true);
+        glngDriveIndex = -1;
+        QCOMPARE(GetFreeSpace(&engine, 1), 0.0);
+        QCOMPARE(GetUsedSpace(&engine, 2), 0.0);
+        QCOMPARE(GetTotalSpace(&engine, 3), 0.0);
+    }
+
+    void mountedFolderCounts() {
+        QVERIFY(SystemCalls::DiskSizeKB(QDir::tempPath()) > 0);
+        QCOMPARE(SystemCalls::DiskSizeKB(QStringLiteral("IMG:\\")), 0.0);
+        QCOMPARE(SystemCalls::DiskSizeKB(QStringLiteral("nosuchdrive:\\")), 0.0);
+    }
 };
-
-void tst_SpaceAndFailures::space_data() {
-    QTest::addColumn<int>("sizeFormat");
-    QTest::addColumn<double>("free");
-    // A blank CD-R 80: 360,000 blocks of 2048 bytes, not mounted, so nothing used.
-    QTest::newRow("bytes") << 1 << 737280000.0;
-    QTest::newRow("kilobytes") << 2 << 720000.0;
-    QTest::newRow("megabytes, rounded") << 3 << 703.0; // 703.125
-    QTest::newRow("unknown format") << 4 << 0.0;
-    QTest::newRow("zero format") << 0 << 0.0;
-}
-
-void tst_SpaceAndFailures::space() {
-    QFETCH(int, sizeFormat);
-    QFETCH(double, free);
-    TestEnvironment env;
-    CDWriterPro engine;
-    engine.InitializeDrives(false);
-    glngDriveIndex = engine.DriveCount() - 1;
-    engine.SelectDrive(glngDriveIndex);
-    engine.MoveTray(true);
-    QCOMPARE(GetFreeSpace(&engine, sizeFormat), free);
-    QCOMPARE(GetUsedSpace(&engine, sizeFormat), 0.0);
-    QCOMPARE(GetTotalSpace(&engine, sizeFormat), free);
-}
-
-void tst_SpaceAndFailures::noRecorderMeansNoSpace() {
-    TestEnvironment env;
-    CDWriterPro engine;
-    engine.InitializeDrives(false);
-    engine.SelectDrive(engine.DriveCount() - 1);
-    engine.MoveTray(true);
-    glngDriveIndex = -1;
-    QCOMPARE(GetFreeSpace(&engine, 1), 0.0);
-    QCOMPARE(GetUsedSpace(&engine, 2), 0.0);
-    QCOMPARE(GetTotalSpace(&engine, 3), 0.0);
-}
-
-void tst_SpaceAndFailures::mountedFolderCounts() {
-    QVERIFY(SystemCalls::DiskSizeKB(QDir::tempPath()) > 0);
-    QCOMPARE(SystemCalls::DiskSizeKB(QStringLiteral("IMG:\\")), 0.0);
-    QCOMPARE(SystemCalls::DiskSizeKB(QStringLiteral("nosuchdrive:\\")), 0.0);
-}
 
 QTEST_GUILESS_MAIN(tst_SpaceAndFailures)
 #include "tst_spaceandfailures.moc"

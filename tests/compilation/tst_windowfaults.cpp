@@ -1,17 +1,14 @@
 // What a new user runs into in the data window and the frame: cells, clicks, drags and keys,
-// the paths in the status bar, the ruler with a DVD and the commands whose window is not built.
+// the paths in the status bar and the ruler with a DVD.
 #include "DataWindowRig.h"
 #include "ViewGestures.h"
 #include "Waits.h"
 
-#include "app/FormRegistry.h"
 #include "app/frmFiles.h"
 #include "app/mdiMain.h"
 #include "compilation/frmData.h"
 #include "engine/writer/CDWriterPro.h"
 #include "widgets/FileView.h"
-#include "widgets/KeyedItem.h"
-#include "widgets/KeyedMenu.h"
 #include "widgets/KeyedPanel.h"
 #include "widgets/KeyedStatusBar.h"
 #include "widgets/LineControl.h"
@@ -47,231 +44,172 @@ void twoFolders(DataWindowRig &rig) {
 class tst_WindowFaults : public QObject {
     Q_OBJECT
 private slots:
-    void onlyTheNameCellEdits_data();
-    void onlyTheNameCellEdits();
-    void rightClickShowsTheNodesFiles();
-    void dragOverTheTreeSelectsTheTarget();
-    void deleteKeyRemovesTheSelection();
-    void dropSurvivesItsSourceClosing();
-    void keysSwitchWindowsAndWalkTheBrowser();
-    void cascadeAndMinimumKeepWindowsReadable();
-    void rulerFollowsADvd();
-    void commandsWithoutWindowSaySo_data();
-    void commandsWithoutWindowSaySo();
-};
+    void onlyTheNameCellEdits_data() {
+        QTest::addColumn<int>("column");
+        QTest::addColumn<bool>("editor");
+        QTest::newRow("name") << 0 << true;
+        QTest::newRow("size") << 1 << false;
+        QTest::newRow("date") << 2 << false;
+    }
 
-void tst_WindowFaults::onlyTheNameCellEdits_data() {
-    QTest::addColumn<int>("column");
-    QTest::addColumn<bool>("editor");
-    QTest::newRow("name") << 0 << true;
-    QTest::newRow("size") << 1 << false;
-    QTest::newRow("date") << 2 << false;
-}
+    void onlyTheNameCellEdits() {
+        QFETCH(int, column);
+        QFETCH(bool, editor);
+        DataWindowRig rig;
+        QVERIFY(rig.started());
+        rig.drop(rig.data()->lvwImageFiles, {rig.source("song.txt")});
+        QTreeWidgetItem *row = rig.data()->lvwImageFiles->topLevelItem(0);
+        QVERIFY(row);
+        rig.data()->lvwImageFiles->editItem(row, column);
+        QCOMPARE(rig.data()->lvwImageFiles->viewport()->findChild<QLineEdit *>() != nullptr,
+                 editor);
+    }
 
-void tst_WindowFaults::onlyTheNameCellEdits() {
-    QFETCH(int, column);
-    QFETCH(bool, editor);
-    DataWindowRig rig;
-    QVERIFY(rig.started());
-    rig.drop(rig.data()->lvwImageFiles, {rig.source("song.txt")});
-    QTreeWidgetItem *row = rig.data()->lvwImageFiles->topLevelItem(0);
-    QVERIFY(row);
-    rig.data()->lvwImageFiles->editItem(row, column);
-    QCOMPARE(rig.data()->lvwImageFiles->viewport()->findChild<QLineEdit *>() != nullptr, editor);
-}
+    void rightClickShowsTheNodesFiles() {
+        DataWindowRig rig;
+        QVERIFY(rig.started());
+        twoFolders(rig);
+        QTreeWidget *tree = rig.data()->tvwDirectories;
+        tree->setCurrentItem(rig.data()->node("\\A"));
+        rig.data()->UpdateImage();
+        QCOMPARE(rig.rowKeys(), QStringList{"\\A\\a.txt"});
+        QTest::mouseClick(tree->viewport(), Qt::RightButton, {}, centreOf(rig.data()->node("\\B")));
+        Waits::settle();
+        QCOMPARE(rig.data()->selectedNode(), rig.data()->node("\\B"));
+        QCOMPARE(rig.rowKeys(), QStringList{"\\B\\b.txt"});
+    }
 
-void tst_WindowFaults::rightClickShowsTheNodesFiles() {
-    DataWindowRig rig;
-    QVERIFY(rig.started());
-    twoFolders(rig);
-    QTreeWidget *tree = rig.data()->tvwDirectories;
-    tree->setCurrentItem(rig.data()->node("\\A"));
-    rig.data()->UpdateImage();
-    QCOMPARE(rig.rowKeys(), QStringList{"\\A\\a.txt"});
-    QTest::mouseClick(tree->viewport(), Qt::RightButton, {}, centreOf(rig.data()->node("\\B")));
-    Waits::settle();
-    QCOMPARE(rig.data()->selectedNode(), rig.data()->node("\\B"));
-    QCOMPARE(rig.rowKeys(), QStringList{"\\B\\b.txt"});
-}
+    void dragOverTheTreeSelectsTheTarget() {
+        DataWindowRig rig;
+        QVERIFY(rig.started());
+        twoFolders(rig);
+        rig.frame()->show();
+        QTreeWidget *tree = rig.data()->tvwDirectories;
+        tree->setCurrentItem(rig.data()->node("\\A"));
+        QMimeData mime;
+        mime.setUrls({QUrl::fromLocalFile(rig.source("new.txt"))});
+        const QPoint overB = centreOf(rig.data()->node("\\B"));
+        QDragEnterEvent enter(QPoint(1, 1), Qt::CopyAction, &mime, Qt::LeftButton, Qt::NoModifier);
+        QCoreApplication::sendEvent(tree->viewport(), &enter);
+        QDragMoveEvent move(overB, Qt::CopyAction, &mime, Qt::LeftButton, Qt::NoModifier);
+        QCoreApplication::sendEvent(tree->viewport(), &move);
+        // What the user sees is where it will land.
+        QCOMPARE(rig.data()->selectedNode(), rig.data()->node("\\B"));
+        QCOMPARE(rig.rowKeys(), QStringList{"\\B\\b.txt"});
+        QDropEvent drop(overB, Qt::CopyAction, &mime, Qt::LeftButton, Qt::NoModifier);
+        QCoreApplication::sendEvent(tree->viewport(), &drop);
+        Waits::settle();
+        QCOMPARE(rig.rowKeys(), (QStringList{"\\B\\b.txt", "\\B\\new.txt"}));
+    }
 
-void tst_WindowFaults::dragOverTheTreeSelectsTheTarget() {
-    DataWindowRig rig;
-    QVERIFY(rig.started());
-    twoFolders(rig);
-    rig.frame()->show();
-    QTreeWidget *tree = rig.data()->tvwDirectories;
-    tree->setCurrentItem(rig.data()->node("\\A"));
-    QMimeData mime;
-    mime.setUrls({QUrl::fromLocalFile(rig.source("new.txt"))});
-    const QPoint overB = centreOf(rig.data()->node("\\B"));
-    QDragEnterEvent enter(QPoint(1, 1), Qt::CopyAction, &mime, Qt::LeftButton, Qt::NoModifier);
-    QCoreApplication::sendEvent(tree->viewport(), &enter);
-    QDragMoveEvent move(overB, Qt::CopyAction, &mime, Qt::LeftButton, Qt::NoModifier);
-    QCoreApplication::sendEvent(tree->viewport(), &move);
-    // What the user sees is where it will land.
-    QCOMPARE(rig.data()->selectedNode(), rig.data()->node("\\B"));
-    QCOMPARE(rig.rowKeys(), QStringList{"\\B\\b.txt"});
-    QDropEvent drop(overB, Qt::CopyAction, &mime, Qt::LeftButton, Qt::NoModifier);
-    QCoreApplication::sendEvent(tree->viewport(), &drop);
-    Waits::settle();
-    QCOMPARE(rig.rowKeys(), (QStringList{"\\B\\b.txt", "\\B\\new.txt"}));
-}
+    void deleteKeyRemovesTheSelection() {
+        DataWindowRig rig;
+        QVERIFY(rig.started());
+        twoFolders(rig);
+        frmData *data = rig.data();
+        data->tvwDirectories->setCurrentItem(data->node("\\A"));
+        data->UpdateImage();
+        data->lvwImageFiles->setCurrentItem(data->lvwImageFiles->topLevelItem(0));
+        QTest::keyClick(data->lvwImageFiles, Qt::Key_Delete);
+        QVERIFY(rig.rowKeys().isEmpty());
+        QTest::keyClick(data->tvwDirectories, Qt::Key_Delete);
+        Waits::settle();
+        QCOMPARE(rig.nodeKeys(), (QStringList{"\\", "\\B"}));
+        QCOMPARE(rig.frame()->Tessaly->ISOFileCount(), 1);
+    }
 
-void tst_WindowFaults::deleteKeyRemovesTheSelection() {
-    DataWindowRig rig;
-    QVERIFY(rig.started());
-    twoFolders(rig);
-    frmData *data = rig.data();
-    data->tvwDirectories->setCurrentItem(data->node("\\A"));
-    data->UpdateImage();
-    data->lvwImageFiles->setCurrentItem(data->lvwImageFiles->topLevelItem(0));
-    QTest::keyClick(data->lvwImageFiles, Qt::Key_Delete);
-    QVERIFY(rig.rowKeys().isEmpty());
-    QTest::keyClick(data->tvwDirectories, Qt::Key_Delete);
-    Waits::settle();
-    QCOMPARE(rig.nodeKeys(), (QStringList{"\\", "\\B"}));
-    QCOMPARE(rig.frame()->Tessaly->ISOFileCount(), 1);
-}
+    void dropSurvivesItsSourceClosing() {
+        DataWindowRig rig;
+        QVERIFY(rig.started());
+        for (int i = 0; i < 20; ++i)
+            rig.source(QString("tree/d%1/f.txt").arg(i));
+        const QString tree = QFileInfo(rig.source("tree/top.txt")).path();
+        mdiMain *f = rig.frame();
+        QMimeData mime;
+        mime.setUrls({QUrl::fromLocalFile(tree)});
+        QWidget *list = rig.data()->lvwImageFiles->viewport();
+        QDragEnterEvent enter(QPoint(5, 5), Qt::CopyAction, &mime, Qt::LeftButton, Qt::NoModifier);
+        QCoreApplication::sendEvent(list, &enter);
+        QDropEvent drop(QPointF(5, 5), Qt::CopyAction, &mime, Qt::LeftButton, Qt::NoModifier);
+        QCoreApplication::sendEvent(list, &drop);
+        QVERIFY(drop.isAccepted());
+        // The drop hands back to its source at once; the add comes after the drag has ended.
+        QCOMPARE(f->Tessaly->ISOFileCount(), 0);
+        // The browser the drag came from goes while the tree is being added.
+        QStringList panels;
+        QObject::connect(f->Tessaly, &CDWriterPro::ISOItemAdded, f, [&] {
+            panels << rig.panel("DATA");
+            for (QMdiSubWindow *child : f->openForms())
+                if (qobject_cast<frmFiles *>(child->widget()))
+                    child->close();
+        });
+        Waits::settle();
+        QCOMPARE(f->Tessaly->ISOFileCount(), 21);
+        QVERIFY(!f->openForms().isEmpty());
+        // The folder being added is named as this machine writes it.
+        QVERIFY2(panels.contains(" Adding...." + tree), qPrintable(panels.join('|')));
+    }
 
-void tst_WindowFaults::dropSurvivesItsSourceClosing() {
-    DataWindowRig rig;
-    QVERIFY(rig.started());
-    for (int i = 0; i < 20; ++i)
-        rig.source(QString("tree/d%1/f.txt").arg(i));
-    const QString tree = QFileInfo(rig.source("tree/top.txt")).path();
-    mdiMain *f = rig.frame();
-    QMimeData mime;
-    mime.setUrls({QUrl::fromLocalFile(tree)});
-    QWidget *list = rig.data()->lvwImageFiles->viewport();
-    QDragEnterEvent enter(QPoint(5, 5), Qt::CopyAction, &mime, Qt::LeftButton, Qt::NoModifier);
-    QCoreApplication::sendEvent(list, &enter);
-    QDropEvent drop(QPointF(5, 5), Qt::CopyAction, &mime, Qt::LeftButton, Qt::NoModifier);
-    QCoreApplication::sendEvent(list, &drop);
-    QVERIFY(drop.isAccepted());
-    // The drop hands back to its source at once; the add comes after the drag has ended.
-    QCOMPARE(f->Tessaly->ISOFileCount(), 0);
-    // The browser the drag came from goes while the tree is being added.
-    QStringList panels;
-    QObject::connect(f->Tessaly, &CDWriterPro::ISOItemAdded, f, [&] {
-        panels << rig.panel("DATA");
+    void keysSwitchWindowsAndWalkTheBrowser() {
+        DataWindowRig rig;
+        QVERIFY(rig.started());
+        mdiMain *f = rig.frame();
+        f->show();
+        QMdiSubWindow *before = f->mdiArea()->activeSubWindow();
+        QVERIFY(before);
+        QTest::keyClick(f, Qt::Key_Tab, Qt::ControlModifier);
+        QVERIFY(f->mdiArea()->activeSubWindow() != before);
+        QTest::keyClick(f, Qt::Key_F6, Qt::ControlModifier);
+        QCOMPARE(f->mdiArea()->activeSubWindow(), before);
+        // The browser: Enter opens the folder, Backspace goes back up.
+        frmFiles *browser = nullptr;
         for (QMdiSubWindow *child : f->openForms())
-            if (qobject_cast<frmFiles *>(child->widget()))
-                child->close();
-    });
-    Waits::settle();
-    QCOMPARE(f->Tessaly->ISOFileCount(), 21);
-    QVERIFY(!f->openForms().isEmpty());
-    // The folder being added is named as this machine writes it.
-    QVERIFY2(panels.contains(" Adding...." + tree), qPrintable(panels.join('|')));
-}
+            browser = browser ? browser : qobject_cast<frmFiles *>(child->widget());
+        QVERIFY(browser);
+        const QString top = QFileInfo(rig.source("walk/inner/x.txt")).dir().path() + "/..";
+        FileView *view = browser->FileViewAdd;
+        view->setPath(QDir::cleanPath(top));
+        QTRY_VERIFY(view->model()->rowCount(view->rootIndex()) > 0);
+        view->setCurrentIndex(view->model()->index(0, 0, view->rootIndex()));
+        QTest::keyClick(view, Qt::Key_Return);
+        QCOMPARE(view->Path(), QDir::cleanPath(top + "/inner"));
+        QTest::keyClick(view, Qt::Key_Backspace);
+        QCOMPARE(view->Path(), QDir::cleanPath(top));
+    }
 
-void tst_WindowFaults::keysSwitchWindowsAndWalkTheBrowser() {
-    DataWindowRig rig;
-    QVERIFY(rig.started());
-    mdiMain *f = rig.frame();
-    f->show();
-    QMdiSubWindow *before = f->mdiArea()->activeSubWindow();
-    QVERIFY(before);
-    QTest::keyClick(f, Qt::Key_Tab, Qt::ControlModifier);
-    QVERIFY(f->mdiArea()->activeSubWindow() != before);
-    QTest::keyClick(f, Qt::Key_F6, Qt::ControlModifier);
-    QCOMPARE(f->mdiArea()->activeSubWindow(), before);
-    // The browser: Enter opens the folder, Backspace goes back up.
-    frmFiles *browser = nullptr;
-    for (QMdiSubWindow *child : f->openForms())
-        browser = browser ? browser : qobject_cast<frmFiles *>(child->widget());
-    QVERIFY(browser);
-    const QString top = QFileInfo(rig.source("walk/inner/x.txt")).dir().path() + "/..";
-    FileView *view = browser->FileViewAdd;
-    view->setPath(QDir::cleanPath(top));
-    QTRY_VERIFY(view->model()->rowCount(view->rootIndex()) > 0);
-    view->setCurrentIndex(view->model()->index(0, 0, view->rootIndex()));
-    QTest::keyClick(view, Qt::Key_Return);
-    QCOMPARE(view->Path(), QDir::cleanPath(top + "/inner"));
-    QTest::keyClick(view, Qt::Key_Backspace);
-    QCOMPARE(view->Path(), QDir::cleanPath(top));
-}
+    void cascadeAndMinimumKeepWindowsReadable() {
+        DataWindowRig rig;
+        QVERIFY(rig.started());
+        mdiMain *f = rig.frame();
+        f->show();
+        f->runCommand("CASCADE");
+        for (QMdiSubWindow *child : f->openForms())
+            QVERIFY(child->height() > f->mdiArea()->viewport()->height() / 2);
+        f->resize(100, 100);
+        QCoreApplication::processEvents();
+        const QList<QWidget *> strip = {f->lblRecorder, f->cboDevices, f->lblWriteSpeed,
+                                        f->cboWriteSpeed, f->lblVolIdentifier};
+        for (int i = 1; i < strip.size(); ++i)
+            QVERIFY(strip[i - 1]->geometry().right() < strip[i]->geometry().left());
+    }
 
-void tst_WindowFaults::cascadeAndMinimumKeepWindowsReadable() {
-    DataWindowRig rig;
-    QVERIFY(rig.started());
-    mdiMain *f = rig.frame();
-    f->show();
-    f->runCommand("CASCADE");
-    for (QMdiSubWindow *child : f->openForms())
-        QVERIFY(child->height() > f->mdiArea()->viewport()->height() / 2);
-    f->resize(100, 100);
-    QCoreApplication::processEvents();
-    const QList<QWidget *> strip = {f->lblRecorder, f->cboDevices, f->lblWriteSpeed,
-                                    f->cboWriteSpeed, f->lblVolIdentifier};
-    for (int i = 1; i < strip.size(); ++i)
-        QVERIFY(strip[i - 1]->geometry().right() < strip[i]->geometry().left());
-}
-
-void tst_WindowFaults::rulerFollowsADvd() {
-    DataWindowRig rig("[Tessaly Disc]\nVersion=1\nMedium=DVD-R\nData=blank.iso\nFinalized=0\n"
-                      "Sessions=0\n");
-    QVERIFY(rig.started());
-    mdiMain *f = rig.frame();
-    f->show();
-    f->cboDevices->setCurrentIndex(f->cboDevices->findData(f->Tessaly->DriveCount() - 1));
-    f->setCDSizeLine();
-    rig.drop(rig.data()->lvwImageFiles, {rig.sparseSource("big.bin", 4000)});
-    const auto [left, right] = f->rulerInView();
-    const int line = f->linCDSize->X1();
-    const int barEnd = 100 + 4000 * 10;
-    QVERIFY2(left <= barEnd && barEnd <= right, qPrintable(QString("%1-%2").arg(left).arg(right)));
-    QVERIFY2(left <= line && line <= right, qPrintable(QString("%1 %2").arg(line).arg(right)));
-}
-
-void tst_WindowFaults::commandsWithoutWindowSaySo_data() {
-    QTest::addColumn<QString>("key");
-    QTest::addColumn<QString>("window"); // the registered name that would answer
-    const QList<std::pair<const char *, const char *>> rows = {
-        {"CUESHEET", "frmBurnBin"},
-        {"CDCOPY", "frmCD2CD"},
-        {"SAVEASISO", "ToolMenuSaveAsIso"},
-        {"WRITEISO", "ToolMenuWriteIso"},
-        {"PRINT", "ToolMenuPrint"},
-        {"PRINTPREVIEW", "frmPreView"},
-        {"CLEARAUDIOTRACKS", "ToolMenuClearAudio"},
-        {"RIPCD", "frmRipper"},
-        {"NORMALIZE", "frmNormalize"},
-        {"DECODEMP3", "frmDecode"},
-        {"RIPDATA", "frmIsoripper"},
-        {"CDRECINFO", "frmRecorderInfo"},
-        {"DISCINFORMATION", "frmDiscInfo"},
-        {"SESSION", "frmSessionCheck"},
-        {"ERASEDISC", "frmErase"},
-        {"IMPPRESES", "ToolMenuImportPrevious"},
-        {"SUPPORTEDDRIVES", "frmSupDrives"},
-        {"LICENSE", "frmLicense"},
-        {"WEB", "frmWeb"},
-        {"ABOUT", "frmAbout"},
-        {"INTERNETUPDATE", ""},
-    };
-    for (const auto &[key, window] : rows)
-        QTest::newRow(key) << QString(key) << QString(window);
-}
-
-void tst_WindowFaults::commandsWithoutWindowSaySo() {
-    QFETCH(QString, key);
-    QFETCH(QString, window);
-    if (!window.isEmpty() && FormRegistry::contains(window))
-        QSKIP("built by now; its own tests cover it");
-    DataWindowRig rig;
-    QVERIFY(rig.started());
-    rig.takeBoxes();
-    KeyedItem *item = rig.frame()->SmartMenu->Item(key);
-    item->setEnabled(true);
-    item->action()->setVisible(true);
-    item->action()->trigger();
-    const QStringList boxes = rig.takeBoxes();
-    QCOMPARE(boxes.size(), 1);
-    QVERIFY2(boxes[0].endsWith(" is not available in this version of Tessaly yet."),
-             qPrintable(boxes[0]));
-    QVERIFY2(!boxes[0].contains('&'), qPrintable(boxes[0]));
-}
+    void rulerFollowsADvd() {
+        DataWindowRig rig("[Tessaly Disc]\nVersion=1\nMedium=DVD-R\nData=blank.iso\nFinalized=0\n"
+                          "Sessions=0\n");
+        QVERIFY(rig.started());
+        mdiMain *f = rig.frame();
+        f->show();
+        f->cboDevices->setCurrentIndex(f->cboDevices->findData(f->Tessaly->DriveCount() - 1));
+        f->setCDSizeLine();
+        rig.drop(rig.data()->lvwImageFiles, {rig.sparseSource("big.bin", 4000)});
+        const auto [left, right] = f->rulerInView();
+        const int line = f->linCDSize->X1();
+        const int barEnd = 100 + 4000 * 10;
+        QVERIFY2(left <= barEnd && barEnd <= right,
+                 qPrintable(QString("%1-%2").arg(left).arg(right)));
+        QVERIFY2(left <= line && line <= right, qPrintable(QString("%1 %2").arg(line).arg(right)));
+    }
+};
 
 QTEST_MAIN(tst_WindowFaults)
 #include "tst_windowfaults.moc"

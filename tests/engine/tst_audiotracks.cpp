@@ -33,112 +33,106 @@ QList<Listed> listed(CDWriterPro &engine) {
 class tst_AudioTracks : public QObject {
     Q_OBJECT
 private slots:
-    void positionsAndNumbers();
-    void sizesCountTheGaps_data();
-    void sizesCountTheGaps();
-    void blocksToTime_data();
-    void blocksToTime();
+    void positionsAndNumbers() {
+        TestEnvironment env;
+        CDWriterPro engine;
+        QTemporaryDir dir;
+        QStringList f;
+        for (int i = 0; i < 5; ++i) {
+            f << dir.filePath(QStringLiteral("t%1.wav").arg(i));
+            writeFile(f.last(), cdWave(rampPcm(44100 * 5 + i)));
+        }
+        QVERIFY(!engine.AddAudioTrack(dir.filePath("missing.wav"), 1));
+        QVERIFY(!engine.AddAudioTrack(dir.path(), 1)); // a folder
+        // A position is where the track goes; past the end it goes last, below 1 first.
+        QVERIFY(engine.AddAudioTrack(f[0], 1));
+        QVERIFY(engine.AddAudioTrack(f[1], 1));
+        QVERIFY(engine.AddAudioTrack(f[2], 99));
+        QVERIFY(engine.AddAudioTrack(f[3], 2));
+        QVERIFY(engine.AddAudioTrack(f[4], 0));
+        QList<Listed> rows = listed(engine);
+        QStringList order;
+        for (const Listed &r : rows)
+            order << r.file;
+        QCOMPARE(order, QStringList({f[4], f[1], f[3], f[0], f[2]}));
+        for (int i = 0; i < rows.size(); ++i)
+            QCOMPARE(rows[i].number, i + 1);
+
+        // Indexes count from 1; one that names no track changes nothing.
+        engine.RemoveAudioTrack(0);
+        engine.RemoveAudioTrack(6);
+        QCOMPARE(engine.AudioTrackCount(), 5);
+        engine.RemoveAudioTrack(2);
+        engine.RemoveAudioTrack(4);
+        rows = listed(engine);
+        QCOMPARE(rows.size(), 3);
+        QCOMPARE(rows[0].file, f[4]);
+        QCOMPARE(rows[1].file, f[3]);
+        QCOMPARE(rows[2].file, f[0]);
+        QCOMPARE(rows[2].number, 3);
+
+        engine.ClearAudioTracks();
+        QCOMPARE(engine.AudioTrackCount(), 0);
+        QCOMPARE(engine.AudioImageBlocks(), 0);
+        QSignalSpy none(&engine, &CDWriterPro::EnumAudioTrack);
+        engine.ListAudioTracks();
+        QCOMPARE(none.size(), 0);
+    }
+
+    void sizesCountTheGaps_data() {
+        QTest::addColumn<QList<int>>("frames"); // audio frames of 4 bytes in each wave
+        QTest::addColumn<QList<int>>("blocks"); // the tracks' blocks as listed
+        QTest::addColumn<int>("imageBlocks");
+        // 588 audio frames fill one 2352-byte block; every track has a 150-block gap before it.
+        QTest::newRow("whole blocks") << QList<int>{588 * 400} << QList<int>{400} << 550;
+        QTest::newRow("a frame into the next block")
+            << QList<int>{588 * 400 + 1} << QList<int>{401} << 551;
+        QTest::newRow("three tracks") << QList<int>{588 * 300, 588 * 301, 588 * 1000}
+                                      << QList<int>{300, 301, 1000} << 1601 + 450;
+        // Shorter than 4 seconds: silence makes it up to 300 blocks.
+        QTest::newRow("one second") << QList<int>{44100} << QList<int>{300} << 450;
+    }
+
+    void sizesCountTheGaps() {
+        QFETCH(QList<int>, frames);
+        QFETCH(QList<int>, blocks);
+        QFETCH(int, imageBlocks);
+        TestEnvironment env;
+        CDWriterPro engine;
+        QTemporaryDir dir;
+        for (int i = 0; i < frames.size(); ++i) {
+            const QString path = dir.filePath(QStringLiteral("%1.wav").arg(i));
+            writeFile(path, cdWave(QByteArray(frames[i] * 4, 'a')));
+            QVERIFY(engine.AddAudioTrack(path, i + 1));
+        }
+        const QList<Listed> rows = listed(engine);
+        for (int i = 0; i < rows.size(); ++i) {
+            QCOMPARE(rows[i].blocks, blocks[i]);
+            QCOMPARE(rows[i].bytes, frames[i] * 4);
+        }
+        QCOMPARE(engine.AudioImageBlocks(), imageBlocks);
+        QCOMPARE(engine.AudioTrackCount(), frames.size());
+    }
+
+    void blocksToTime_data() {
+        QTest::addColumn<int>("blocks");
+        QTest::addColumn<QString>("time");
+        QTest::newRow("nothing") << 0 << "00:00:00";
+        QTest::newRow("a frame") << 1 << "00:00:01";
+        QTest::newRow("a second") << 75 << "00:01:00";
+        QTest::newRow("a gap and 4 s") << 450 << "00:06:00";
+        QTest::newRow("74 minutes") << 333000 << "74:00:00";
+        QTest::newRow("80 minutes less a frame") << 359999 << "79:59:74";
+        QTest::newRow("negative") << -5 << "00:00:00";
+    }
+
+    void blocksToTime() {
+        QFETCH(int, blocks);
+        QFETCH(QString, time);
+        CDWriterPro engine;
+        QCOMPARE(engine.BlocksToTime(blocks), time);
+    }
 };
-
-void tst_AudioTracks::positionsAndNumbers() {
-    TestEnvironment env;
-    CDWriterPro engine;
-    QTemporaryDir dir;
-    QStringList f;
-    for (int i = 0; i < 5; ++i) {
-        f << dir.filePath(QStringLiteral("t%1.wav").arg(i));
-        writeFile(f.last(), cdWave(rampPcm(44100 * 5 + i)));
-    }
-    QVERIFY(!engine.AddAudioTrack(dir.filePath("missing.wav"), 1));
-    QVERIFY(!engine.AddAudioTrack(dir.path(), 1)); // a folder
-    // A position is where the track goes; past the end it goes last, below 1 first.
-    QVERIFY(engine.AddAudioTrack(f[0], 1));
-    QVERIFY(engine.AddAudioTrack(f[1], 1));
-    QVERIFY(engine.AddAudioTrack(f[2], 99));
-    QVERIFY(engine.AddAudioTrack(f[3], 2));
-    QVERIFY(engine.AddAudioTrack(f[4], 0));
-    QList<Listed> rows = listed(engine);
-    QStringList order;
-    for (const Listed &r : rows)
-        order << r.file;
-    QCOMPARE(order, QStringList({f[4], f[1], f[3], f[0], f[2]}));
-    for (int i = 0; i < rows.size(); ++i)
-        QCOMPARE(rows[i].number, i + 1);
-
-    // Indexes count from 1; one that names no track changes nothing.
-    engine.RemoveAudioTrack(0);
-    engine.RemoveAudioTrack(6);
-    QCOMPARE(engine.AudioTrackCount(), 5);
-    engine.RemoveAudioTrack(2);
-    engine.RemoveAudioTrack(4);
-    rows = listed(engine);
-    QCOMPARE(rows.size(), 3);
-    QCOMPARE(rows[0].file, f[4]);
-    QCOMPARE(rows[1].file, f[3]);
-    QCOMPARE(rows[2].file, f[0]);
-    QCOMPARE(rows[2].number, 3);
-
-    engine.ClearAudioTracks();
-    QCOMPARE(engine.AudioTrackCount(), 0);
-    QCOMPARE(engine.AudioImageBlocks(), 0);
-    QSignalSpy none(&engine, &CDWriterPro::EnumAudioTrack);
-    engine.ListAudioTracks();
-    QCOMPARE(none.size(), 0);
-}
-
-void tst_AudioTracks::sizesCountTheGaps_data() {
-    QTest::addColumn<QList<int>>("frames"); // audio frames of 4 bytes in each wave
-    QTest::addColumn<QList<int>>("blocks"); // the tracks' blocks as listed
-    QTest::addColumn<int>("imageBlocks");
-    // 588 audio frames fill one 2352-byte block; every track has a 150-block gap before it.
-    QTest::newRow("whole blocks") << QList<int>{588 * 400} << QList<int>{400} << 550;
-    QTest::newRow("a frame into the next block")
-        << QList<int>{588 * 400 + 1} << QList<int>{401} << 551;
-    QTest::newRow("three tracks") << QList<int>{588 * 300, 588 * 301, 588 * 1000}
-                                  << QList<int>{300, 301, 1000} << 1601 + 450;
-    // Shorter than 4 seconds: silence makes it up to 300 blocks.
-    QTest::newRow("one second") << QList<int>{44100} << QList<int>{300} << 450;
-}
-
-void tst_AudioTracks::sizesCountTheGaps() {
-    QFETCH(QList<int>, frames);
-    QFETCH(QList<int>, blocks);
-    QFETCH(int, imageBlocks);
-    TestEnvironment env;
-    CDWriterPro engine;
-    QTemporaryDir dir;
-    for (int i = 0; i < frames.size(); ++i) {
-        const QString path = dir.filePath(QStringLiteral("%1.wav").arg(i));
-        writeFile(path, cdWave(QByteArray(frames[i] * 4, 'a')));
-        QVERIFY(engine.AddAudioTrack(path, i + 1));
-    }
-    const QList<Listed> rows = listed(engine);
-    for (int i = 0; i < rows.size(); ++i) {
-        QCOMPARE(rows[i].blocks, blocks[i]);
-        QCOMPARE(rows[i].bytes, frames[i] * 4);
-    }
-    QCOMPARE(engine.AudioImageBlocks(), imageBlocks);
-    QCOMPARE(engine.AudioTrackCount(), frames.size());
-}
-
-void tst_AudioTracks::blocksToTime_data() {
-    QTest::addColumn<int>("blocks");
-    QTest::addColumn<QString>("time");
-    QTest::newRow("nothing") << 0 << "00:00:00";
-    QTest::newRow("a frame") << 1 << "00:00:01";
-    QTest::newRow("a second") << 75 << "00:01:00";
-    QTest::newRow("a gap and 4 s") << 450 << "00:06:00";
-    QTest::newRow("74 minutes") << 333000 << "74:00:00";
-    QTest::newRow("80 minutes less a frame") << 359999 << "79:59:74";
-    QTest::newRow("negative") << -5 << "00:00:00";
-}
-
-void tst_AudioTracks::blocksToTime() {
-    QFETCH(int, blocks);
-    QFETCH(QString, time);
-    CDWriterPro engine;
-    QCOMPARE(engine.BlocksToTime(blocks), time);
-}
 
 QTEST_GUILESS_MAIN(tst_AudioTracks)
 #include "tst_audiotracks.moc"

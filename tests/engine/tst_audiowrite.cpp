@@ -45,214 +45,205 @@ QList<Track> makeTracks(const QTemporaryDir &dir) {
 class tst_AudioWrite : public QObject {
     Q_OBJECT
 private slots:
-    void writeAndRipBack_data();
-    void writeAndRipBack();
-    void testWriteLeavesDiscBlank();
-    void cancelLeavesAnIncompleteSession();
-    void refusedByTheDrive_data();
-    void refusedByTheDrive();
-    void sourceChangedAfterAdding_data();
-    void sourceChangedAfterAdding();
-};
-
-void tst_AudioWrite::writeAndRipBack_data() {
-    QTest::addColumn<bool>("cache");
-    QTest::newRow("read while writing") << false;
-    QTest::newRow("cached first") << true;
-}
-
-void tst_AudioWrite::writeAndRipBack() {
-    QFETCH(bool, cache);
-    EngineRig rig;
-    QTemporaryDir dir;
-    const QList<Track> tracks = makeTracks(dir);
-    for (int i = 0; i < tracks.size(); ++i)
-        QVERIFY(rig.engine.AddAudioTrack(tracks[i].path, i + 1));
-    rig.engine.setCacheImage(cache);
-    const QString log = rig.env.appFolder() + "/Dat/Burnlog.txt";
-    rig.engine.SetLogging(true, log);
-    QVERIFY(rig.write());
-
-    // The engine's own log tells the write track by track.
-    QFile logFile(log);
-    QVERIFY(logFile.open(QIODevice::ReadOnly));
-    const QByteArray logText = logFile.readAll();
-    for (const char *line : {"Writing an audio disc", "3 track(s)", "Track 3 starts.",
-                             "Closing the disc.", "Finished well."})
-        QVERIFY2(logText.contains(line), line);
-
-    // Events in the order the windows rest on, tracks numbered from 1.
-    const QStringList &ev = rig.probe.events;
-    QCOMPARE(ev.first(), QStringLiteral("PreparingToWrite"));
-    QCOMPARE(ev.last(), QStringLiteral("WriteComplete"));
-    QCOMPARE(rig.probe.count("WriteComplete"), 1);
-    QCOMPARE(rig.readFiles, QStringList({tracks[0].path, tracks[1].path, tracks[2].path}));
-    QCOMPARE(rig.probe.count("CachingStatus") > 0, cache);
-    if (cache) {
-        QCOMPARE(rig.probe.caching.last(), qint16(100));
-        QVERIFY(ev.lastIndexOf("CachingStatus") < ev.indexOf("TrackWriteStatus"));
+    void writeAndRipBack_data() {
+        QTest::addColumn<bool>("cache");
+        QTest::newRow("read while writing") << false;
+        QTest::newRow("cached first") << true;
     }
-    QCOMPARE(rig.probe.count("CreatingDirectories"), 0);
-    QVERIFY(std::is_sorted(rig.statusTracks.begin(), rig.statusTracks.end()));
-    QCOMPARE(rig.statusTracks.first(), 1);
-    QCOMPARE(rig.statusTracks.last(), 3);
-    QCOMPARE(rig.closedTracks, QList<qint32>({1, 2, 3}));
-    QVERIFY(rig.probe.trackPercents.contains(1));
-    QVERIFY(ev.lastIndexOf("TrackWriteStatus") < ev.lastIndexOf("ClosingTrack"));
-    QVERIFY(ev.lastIndexOf("ClosingTrack") < ev.indexOf("ClosingSession"));
-    QVERIFY(ev.indexOf("ClosingSession") < ev.indexOf("ClosingDisc"));
-    QVERIFY(QDir(rig.env.appFolder() + "/Cache").entryList(QDir::Files).isEmpty());
 
-    // A closed CD-DA, as a drive reports it.
-    QCOMPARE(rig.engine.MediaType(), 255);
-    QCOMPARE(rig.engine.DiscStatus(), 2);
-    QCOMPARE(rig.engine.LastSessionStatus(), 3);
-    QCOMPARE(rig.engine.DiscType(), 0);
-    QCOMPARE(rig.engine.FreeBlocks(), 0);
+    void writeAndRipBack() {
+        QFETCH(bool, cache);
+        EngineRig rig;
+        QTemporaryDir dir;
+        const QList<Track> tracks = makeTracks(dir);
+        for (int i = 0; i < tracks.size(); ++i)
+            QVERIFY(rig.engine.AddAudioTrack(tracks[i].path, i + 1));
+        rig.engine.setCacheImage(cache);
+        const QString log = rig.env.appFolder() + "/Dat/Burnlog.txt";
+        rig.engine.SetLogging(true, log);
+        QVERIFY(rig.write());
 
-    const QString cue = rig.eject();
-    QVERIFY2(!cue.isEmpty(), "no cue sheet beside the ejected disc");
-    QVERIFY(QFileInfo::exists(QFileInfo(cue).path() + "/" + QFileInfo(cue).completeBaseName() +
-                              ".bin"));
+        // The engine's own log tells the write track by track.
+        QFile logFile(log);
+        QVERIFY(logFile.open(QIODevice::ReadOnly));
+        const QByteArray logText = logFile.readAll();
+        for (const char *line : {"Writing an audio disc", "3 track(s)", "Track 3 starts.",
+                                 "Closing the disc.", "Finished well."})
+            QVERIFY2(logText.contains(line), line);
 
-    // cd-info lists every track where the gaps put it.
-    const QString info = QString::fromUtf8(ReadBack::run(
-        "cd-info", {"--no-header", "--no-device-info", "--no-cddb", "--cue-file", cue}));
-    QVERIFY2(info.contains("CD-DA"), qPrintable(info));
-    const int second = tracks[0].blocks() + Gap;
-    const int third = second + tracks[1].blocks() + Gap;
-    QCOMPARE(ReadBack::cdInfoTrackStarts(cue),
-             QList<int>({0, second, third, third + tracks[2].blocks()}));
+        // Events in the order the windows rest on, tracks numbered from 1.
+        const QStringList &ev = rig.probe.events;
+        QCOMPARE(ev.first(), QStringLiteral("PreparingToWrite"));
+        QCOMPARE(ev.last(), QStringLiteral("WriteComplete"));
+        QCOMPARE(rig.probe.count("WriteComplete"), 1);
+        QCOMPARE(rig.readFiles, QStringList({tracks[0].path, tracks[1].path, tracks[2].path}));
+        QCOMPARE(rig.probe.count("CachingStatus") > 0, cache);
+        if (cache) {
+            QCOMPARE(rig.probe.caching.last(), qint16(100));
+            QVERIFY(ev.lastIndexOf("CachingStatus") < ev.indexOf("TrackWriteStatus"));
+        }
+        QCOMPARE(rig.probe.count("CreatingDirectories"), 0);
+        QVERIFY(std::is_sorted(rig.statusTracks.begin(), rig.statusTracks.end()));
+        QCOMPARE(rig.statusTracks.first(), 1);
+        QCOMPARE(rig.statusTracks.last(), 3);
+        QCOMPARE(rig.closedTracks, QList<qint32>({1, 2, 3}));
+        QVERIFY(rig.probe.trackPercents.contains(1));
+        QVERIFY(ev.lastIndexOf("TrackWriteStatus") < ev.lastIndexOf("ClosingTrack"));
+        QVERIFY(ev.lastIndexOf("ClosingTrack") < ev.indexOf("ClosingSession"));
+        QVERIFY(ev.indexOf("ClosingSession") < ev.indexOf("ClosingDisc"));
+        QVERIFY(QDir(rig.env.appFolder() + "/Cache").entryList(QDir::Files).isEmpty());
 
-    for (int i = 0; i < tracks.size(); ++i)
-        QVERIFY2(ReadBack::cdParanoiaTrack(cue, i + 1, dir) ==
-                     ReadBack::ripOfTrack(tracks[i].pcm, i + 1 == tracks.size()),
-                 qPrintable(QStringLiteral("cd-paranoia, track %1").arg(i + 1)));
-}
+        // A closed CD-DA, as a drive reports it.
+        QCOMPARE(rig.engine.MediaType(), 255);
+        QCOMPARE(rig.engine.DiscStatus(), 2);
+        QCOMPARE(rig.engine.LastSessionStatus(), 3);
+        QCOMPARE(rig.engine.DiscType(), 0);
+        QCOMPARE(rig.engine.FreeBlocks(), 0);
 
-void tst_AudioWrite::testWriteLeavesDiscBlank() {
-    EngineRig rig;
-    QTemporaryDir dir;
-    const QList<Track> tracks = makeTracks(dir);
-    QVERIFY(rig.engine.AddAudioTrack(tracks[2].path, 1));
-    rig.engine.setTestWrite(true);
-    QVERIFY(rig.write());
-    QCOMPARE(rig.probe.endingEvent(), QStringLiteral("WriteComplete"));
-    QCOMPARE(rig.statusTracks.last(), 1);
-    QCOMPARE(rig.engine.DiscStatus(), 0);
-    QCOMPARE(rig.engine.FreeBlocks(), 360000);
-    QCOMPARE(rig.eject("cue"), QString());
-}
+        const QString cue = rig.eject();
+        QVERIFY2(!cue.isEmpty(), "no cue sheet beside the ejected disc");
+        QVERIFY(QFileInfo::exists(QFileInfo(cue).path() + "/" + QFileInfo(cue).completeBaseName() +
+                                  ".bin"));
 
-void tst_AudioWrite::cancelLeavesAnIncompleteSession() {
-    // Held to 1x, the 16 seconds of audio outlast the cancel sent from the 1 % event.
-    EngineRig rig("CD-R 80", EngineRig::Audio, {"EmulateSpeed=1"});
-    QTemporaryDir dir;
-    const QList<Track> tracks = makeTracks(dir);
-    for (int i = 0; i < tracks.size(); ++i)
-        QVERIFY(rig.engine.AddAudioTrack(tracks[i].path, i + 1));
-    rig.engine.SetWriteSpeed(176);
-    rig.probe.cancelAtOnePercent = true;
-    QVERIFY(rig.write());
-    QCOMPARE(rig.probe.endingEvent(), QStringLiteral("WriteCancelled"));
-    QCOMPARE(rig.probe.count("WriteCancelled"), 1);
-    QCOMPARE(rig.probe.count("ClosingSession"), 0);
-    // The frames burnt before the stop stay, in a session that was never closed.
-    QCOMPARE(rig.engine.DiscStatus(), 1);
-    QCOMPARE(rig.engine.LastSessionStatus(), 1);
-    // The list is still there for a second try on a fresh disc.
-    QCOMPARE(rig.engine.AudioTrackCount(), 3);
-    rig.engine.MoveTray(false);
-    rig.engine.MoveTray(true);
-    rig.probe.cancelAtOnePercent = false;
-    EngineRig::setting("EmulateSpeed", "0");
-    QVERIFY(rig.write());
-    QCOMPARE(rig.probe.endingEvent(), QStringLiteral("WriteComplete"));
-}
+        // cd-info lists every track where the gaps put it.
+        const QString info = QString::fromUtf8(ReadBack::run(
+            "cd-info", {"--no-header", "--no-device-info", "--no-cddb", "--cue-file", cue}));
+        QVERIFY2(info.contains("CD-DA"), qPrintable(info));
+        const int second = tracks[0].blocks() + Gap;
+        const int third = second + tracks[1].blocks() + Gap;
+        QCOMPARE(ReadBack::cdInfoTrackStarts(cue),
+                 QList<int>({0, second, third, third + tracks[2].blocks()}));
 
-void tst_AudioWrite::refusedByTheDrive_data() {
-    QTest::addColumn<QString>("medium");
-    QTest::addColumn<bool>("dataFirst");
-    QTest::addColumn<int>("driveError");
-    QTest::newRow("audio on a DVD") << "DVD-R" << false << 1040;
-    QTest::newRow("audio after a data session") << "CD-R 80" << true << 1040;
-    QTest::newRow("a closed disc") << "CD-R 74" << true << 1032;
-}
+        for (int i = 0; i < tracks.size(); ++i)
+            QVERIFY2(ReadBack::cdParanoiaTrack(cue, i + 1, dir) ==
+                         ReadBack::ripOfTrack(tracks[i].pcm, i + 1 == tracks.size()),
+                     qPrintable(QStringLiteral("cd-paranoia, track %1").arg(i + 1)));
+    }
 
-void tst_AudioWrite::refusedByTheDrive() {
-    QFETCH(QString, medium);
-    QFETCH(bool, dataFirst);
-    QFETCH(int, driveError);
-    EngineRig rig(medium);
-    QTemporaryDir dir;
-    const QList<Track> tracks = makeTracks(dir);
-    if (dataFirst) {
-        rig.engine.setTrackMode(1);
-        rig.engine.setFinalizeDisc(driveError == 1032);
-        rig.engine.ClearISOImage();
-        rig.engine.AddISOFile("\\one.wav", tracks[0].path);
+    void testWriteLeavesDiscBlank() {
+        EngineRig rig;
+        QTemporaryDir dir;
+        const QList<Track> tracks = makeTracks(dir);
+        QVERIFY(rig.engine.AddAudioTrack(tracks[2].path, 1));
+        rig.engine.setTestWrite(true);
         QVERIFY(rig.write());
         QCOMPARE(rig.probe.endingEvent(), QStringLiteral("WriteComplete"));
-        rig.engine.setTrackMode(0);
+        QCOMPARE(rig.statusTracks.last(), 1);
+        QCOMPARE(rig.engine.DiscStatus(), 0);
+        QCOMPARE(rig.engine.FreeBlocks(), 360000);
+        QCOMPARE(rig.eject("cue"), QString());
     }
-    const qint32 sessions = rig.engine.SessionCount();
-    QVERIFY(!rig.write()); // no tracks, no write
-    QVERIFY(rig.engine.AddAudioTrack(tracks[0].path, 1));
-    QVERIFY(rig.write());
-    QCOMPARE(rig.probe.events,
-             QStringList({"PreparingToWrite", "WriteError"})); // refused before anything is read
-    QCOMPARE(rig.probe.writeError, 3);
-    QCOMPARE(rig.probe.driveError, driveError);
-    QVERIFY(!rig.senseInfo.isEmpty());
-    QCOMPARE(rig.engine.SessionCount(), sessions);
-}
 
-void tst_AudioWrite::sourceChangedAfterAdding_data() {
-    QTest::addColumn<QString>("change");
-    QTest::addColumn<bool>("cache");
-    QTest::addColumn<int>("fileError");
-    QTest::newRow("vanished") << "remove" << false << 0;
-    QTest::newRow("vanished, cached") << "remove" << true << 0;
-    QTest::newRow("malformed") << "garbage" << false << 2;
-    QTest::newRow("shorter") << "shorten" << true << 2;
-}
+    void cancelLeavesAnIncompleteSession() {
+        // Held to 1x, the 16 seconds of audio outlast the cancel sent from the 1 % event.
+        EngineRig rig("CD-R 80", EngineRig::Audio, {"EmulateSpeed=1"});
+        QTemporaryDir dir;
+        const QList<Track> tracks = makeTracks(dir);
+        for (int i = 0; i < tracks.size(); ++i)
+            QVERIFY(rig.engine.AddAudioTrack(tracks[i].path, i + 1));
+        rig.engine.SetWriteSpeed(176);
+        rig.probe.cancelAtOnePercent = true;
+        QVERIFY(rig.write());
+        QCOMPARE(rig.probe.endingEvent(), QStringLiteral("WriteCancelled"));
+        QCOMPARE(rig.probe.count("WriteCancelled"), 1);
+        QCOMPARE(rig.probe.count("ClosingSession"), 0);
+        // The frames burnt before the stop stay, in a session that was never closed.
+        QCOMPARE(rig.engine.DiscStatus(), 1);
+        QCOMPARE(rig.engine.LastSessionStatus(), 1);
+        // The list is still there for a second try on a fresh disc.
+        QCOMPARE(rig.engine.AudioTrackCount(), 3);
+        rig.engine.MoveTray(false);
+        rig.engine.MoveTray(true);
+        rig.probe.cancelAtOnePercent = false;
+        EngineRig::setting("EmulateSpeed", "0");
+        QVERIFY(rig.write());
+        QCOMPARE(rig.probe.endingEvent(), QStringLiteral("WriteComplete"));
+    }
 
-void tst_AudioWrite::sourceChangedAfterAdding() {
-    QFETCH(QString, change);
-    QFETCH(bool, cache);
-    QFETCH(int, fileError);
-    EngineRig rig;
-    QTemporaryDir dir;
-    const QList<Track> tracks = makeTracks(dir);
-    for (int i = 0; i < tracks.size(); ++i)
-        QVERIFY(rig.engine.AddAudioTrack(tracks[i].path, i + 1));
-    const QString victim = tracks[1].path;
-    if (change == u"remove")
-        QVERIFY(QFile::remove(victim));
-    else if (change == u"garbage")
-        writeFile(victim, pseudoRandom(5000, 7));
-    else
-        writeFile(victim, cdWave(tracks[1].pcm.left(4000)));
-    rig.engine.setCacheImage(cache);
-    QVERIFY(rig.write());
-    QCOMPARE(rig.probe.endingEvent(), QStringLiteral("WriteError"));
-    QCOMPARE(rig.probe.fileError, fileError);
-    QCOMPARE(rig.probe.failedFile, victim);
-    QCOMPARE(rig.errorTrack, 2);
-    QCOMPARE(rig.probe.writeError, 1);
-    const QStringList &ev = rig.probe.events;
-    QVERIFY(ev.indexOf("ReadingTrackFileError") < ev.indexOf("WriteError"));
-    // Nothing went to the disc: no track of silence stands where the file was.
-    QCOMPARE(rig.probe.count("TrackWriteStatus"), 0);
-    QCOMPARE(rig.engine.DiscStatus(), 0);
-    QVERIFY(QDir(rig.env.appFolder() + "/Cache").entryList(QDir::Files).isEmpty());
+    void refusedByTheDrive_data() {
+        QTest::addColumn<QString>("medium");
+        QTest::addColumn<bool>("dataFirst");
+        QTest::addColumn<int>("driveError");
+        QTest::newRow("audio on a DVD") << "DVD-R" << false << 1040;
+        QTest::newRow("audio after a data session") << "CD-R 80" << true << 1040;
+        QTest::newRow("a closed disc") << "CD-R 74" << true << 1032;
+    }
 
-    // With the file back, the same list writes.
-    writeFile(victim, cdWave(tracks[1].pcm));
-    QVERIFY(rig.write());
-    QCOMPARE(rig.probe.endingEvent(), QStringLiteral("WriteComplete"));
-    QCOMPARE(rig.closedTracks.size(), 3);
-}
+    void refusedByTheDrive() {
+        QFETCH(QString, medium);
+        QFETCH(bool, dataFirst);
+        QFETCH(int, driveError);
+        EngineRig rig(medium);
+        QTemporaryDir dir;
+        const QList<Track> tracks = makeTracks(dir);
+        if (dataFirst) {
+            rig.engine.setTrackMode(1);
+            rig.engine.setFinalizeDisc(driveError == 1032);
+            rig.engine.ClearISOImage();
+            rig.engine.AddISOFile("\\one.wav", tracks[0].path);
+            QVERIFY(rig.write());
+            QCOMPARE(rig.probe.endingEvent(), QStringLiteral("WriteComplete"));
+            rig.engine.setTrackMode(0);
+        }
+        const qint32 sessions = rig.engine.SessionCount();
+        QVERIFY(!rig.write()); // no tracks, no write
+        QVERIFY(rig.engine.AddAudioTrack(tracks[0].path, 1));
+        QVERIFY(rig.write());
+        QCOMPARE(rig.probe.events, QStringList({"PreparingToWrite",
+                                                "WriteError"})); // refused before anything is read
+        QCOMPARE(rig.probe.writeError, 3);
+        QCOMPARE(rig.probe.driveError, driveError);
+        QVERIFY(!rig.senseInfo.isEmpty());
+        QCOMPARE(rig.engine.SessionCount(), sessions);
+    }
+
+    void sourceChangedAfterAdding_data() {
+        QTest::addColumn<QString>("change");
+        QTest::addColumn<bool>("cache");
+        QTest::addColumn<int>("fileError");
+        QTest::newRow("vanished") << "remove" << false << 0;
+        QTest::newRow("vanished, cached") << "remove" << true << 0;
+        QTest::newRow("malformed") << "garbage" << false << 2;
+        QTest::newRow("shorter") << "shorten" << true << 2;
+    }
+
+    void sourceChangedAfterAdding() {
+        QFETCH(QString, change);
+        QFETCH(bool, cache);
+        QFETCH(int, fileError);
+        EngineRig rig;
+        QTemporaryDir dir;
+        const QList<Track> tracks = makeTracks(dir);
+        for (int i = 0; i < tracks.size(); ++i)
+            QVERIFY(rig.engine.AddAudioTrack(tracks[i].path, i + 1));
+        const QString victim = tracks[1].path;
+        if (change == u"remove")
+            QVERIFY(QFile::remove(victim));
+        else if (change == u"garbage")
+            writeFile(victim, pseudoRandom(5000, 7));
+        else
+            writeFile(victim, cdWave(tracks[1].pcm.left(4000)));
+        rig.engine.setCacheImage(cache);
+        QVERIFY(rig.write());
+        QCOMPARE(rig.probe.endingEvent(), QStringLiteral("WriteError"));
+        QCOMPARE(rig.probe.fileError, fileError);
+        QCOMPARE(rig.probe.failedFile, victim);
+        QCOMPARE(rig.errorTrack, 2);
+        QCOMPARE(rig.probe.writeError, 1);
+        const QStringList &ev = rig.probe.events;
+        QVERIFY(ev.indexOf("ReadingTrackFileError") < ev.indexOf("WriteError"));
+        // Nothing went to the disc: no track of silence stands where the file was.
+        QCOMPARE(rig.probe.count("TrackWriteStatus"), 0);
+        QCOMPARE(rig.engine.DiscStatus(), 0);
+        QVERIFY(QDir(rig.env.appFolder() + "/Cache").entryList(QDir::Files).isEmpty());
+
+        // With the file back, the same list writes.
+        writeFile(victim, cdWave(tracks[1].pcm));
+        QVERIFY(rig.write());
+        QCOMPARE(rig.probe.endingEvent(), QStringLiteral("WriteComplete"));
+        QCOMPARE(rig.closedTracks.size(), 3);
+    }
+};
 
 QTEST_GUILESS_MAIN(tst_AudioWrite)
 #include "tst_audiowrite.moc"

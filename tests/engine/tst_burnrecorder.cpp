@@ -79,370 +79,6 @@ void flipByte(const QString &path, qint64 offset) {
     QVERIFY(f.seek(offset));
     QVERIFY(f.putChar(char(c ^ 0x40)));
 }
-} // namespace
-
-class tst_BurnRecorder : public QObject {
-    Q_OBJECT
-private slots:
-    void twoSessionsReadBackByXorriso();
-    void simulationWritesNothing();
-    void cancelReleasesTheDrive();
-    void mismatchAfterWriteIsAWriteError_data();
-    void mismatchAfterWriteIsAWriteError();
-    void isoFileGoesToBlockZero();
-    void precheckOnABlankFile_data();
-    void precheckOnABlankFile();
-    void eraseMakesTheFileBlank_data();
-    void eraseMakesTheFileBlank();
-    void sessionsOfXorrisoAreFound();
-    void grabbingDoesNotLeakDrives();
-    void abortGuardGivesBackTheHandlers();
-    void signalDuringWriteGoesThroughAbortHandler();
-};
-
-void tst_BurnRecorder::twoSessionsReadBackByXorriso() {
-    EngineRig rig(EngineRig::FileDrive);
-    QCOMPARE(rig.engine.DriveCount(), 2);
-    QCOMPARE(rig.engine.DriveLetter(0), QStringLiteral("FILE"));
-    QVERIFY(rig.engine.DriveIsRecorder(0));
-    QCOMPARE(rig.engine.MediaType(), 1); // a file resembles a DVD-RAM
-    QCOMPARE(rig.engine.DiscStatus(), 0);
-    QCOMPARE(rig.engine.SessionCount(), 1);
-    QVERIFY(rig.engine.CurrentDriveCapability(10)); // writes DVD-RAM
-    QVERIFY(!rig.engine.CurrentDriveCapability(6)); // no CD-R
-    QTemporaryDir src;
-    writeFile(src.filePath("docs/report one.txt"), pseudoRandom(300000, 1));
-    writeFile(src.filePath("docs/Ünïcode.bin"), pseudoRandom(12345, 2));
-    writeFile(src.filePath("keep.txt"), "kept\n");
-    rig.engine.AddISODirectory("\\", src.path() + "\\*.*");
-    rig.engine.setVolumeIdentifier("FIRST");
-    const QString log = QDir(rig.env.appFolder()).filePath("Dat/Burnlog.txt");
-    rig.engine.SetLogging(true, log);
-    QVERIFY(rig.write());
-    QCOMPARE(rig.probe.endingEvent(), QStringLiteral("WriteComplete"));
-    const QStringList &ev = rig.probe.events;
-    QCOMPARE(ev.first(), QStringLiteral("PreparingToWrite"));
-    QVERIFY2(ev.indexOf("CreatingDirectories") < ev.indexOf("TrackWriteStatus"),
-             qPrintable(ev.join(' ')));
-    QVERIFY(ev.lastIndexOf("TrackWriteStatus") < ev.indexOf("ClosingTrack"));
-    QVERIFY(ev.indexOf("ClosingTrack") < ev.indexOf("ClosingSession"));
-    QCOMPARE(rig.probe.count("ClosingTrack"), 1);
-    QCOMPARE(rig.probe.count("ClosingSession"), 1);
-    QVERIFY(rig.probe.trackPercents.contains(1));
-    QCOMPARE(rig.probe.trackPercents.last(), 100);
-    QFile logFile(log);
-    QVERIFY(logFile.open(QIODevice::ReadOnly));
-    const QByteArray logText = logFile.readAll();
-    QVERIFY2(logText.contains("Write type"), logText.constData());
-    QVERIFY(logText.contains("reads back as written"));
-
-    QCOMPARE(rig.engine.DiscStatus(), 1);
-    QCOMPARE(rig.engine.LastSessionStatus(), 0);
-    QCOMPARE(rig.engine.SessionCount(), 2);
-
-    rig.engine.ClearISOImage();
-    rig.probe.added.clear();
-    QVERIFY(rig.engine.ImportLastSession(true));
-    QVERIFY(rig.probe.added.contains("\\docs\\report one.txt"));
-    QCOMPARE(rig.engine.VolumeIdentifier(), QStringLiteral("FIRST"));
-    writeFile(src.filePath("new/added.bin"), pseudoRandom(70000, 3));
-    writeFile(src.filePath("keep v2.txt"), "second version\n");
-    rig.engine.AddISODirectory("\\new", src.filePath("new") + "/*.*");
-    rig.probe.replaceAnswer = true;
-    rig.engine.AddISOFile("\\keep.txt", src.filePath("keep v2.txt"));
-    QVERIFY(rig.write());
-    QCOMPARE(rig.probe.endingEvent(), QStringLiteral("WriteComplete"));
-    QCOMPARE(rig.engine.SessionCount(), 3);
-
-    // xorriso finds both sessions where this recorder put them, as it lays them out itself.
-    const auto toc = ReadBack::xorrisoToc(rig.disc);
-    QCOMPARE(toc.size(), 2);
-    QCOMPARE(toc[0].first, 32);
-    QCOMPARE(toc[1].first % 32, 0);
-    QVERIFY(toc[1].first >= 32 + toc[0].second);
-    QTemporaryDir out;
-    const QString one = src.filePath("docs/report one.txt");
-    // The first session, whole at its own address.
-    QCOMPARE(ReadBack::xorrisoExtract(rig.disc, "/docs/report one.txt", out, 32),
-             ReadBack::sha256(one));
-    QCOMPARE(ReadBack::xorrisoExtract(rig.disc, "/keep.txt", out, 32),
-             ReadBack::sha256(src.filePath("keep.txt")));
-    // The second, at its address and through the disc's head, as a mount sees it.
-    for (qint32 at : {toc[1].first, -1}) {
-        QCOMPARE(ReadBack::xorrisoExtract(rig.disc, "/docs/report one.txt", out, at),
-                 ReadBack::sha256(one));
-        QCOMPARE(ReadBack::xorrisoExtract(rig.disc, "/new/added.bin", out, at),
-                 ReadBack::sha256(src.filePath("new/added.bin")));
-        QCOMPARE(ReadBack::xorrisoExtract(rig.disc, "/keep.txt", out, at),
-                 ReadBack::sha256(src.filePath("keep v2.txt")));
-    }
-    const QByteArray listing = ReadBack::run("isoinfo", {"-R", "-f", "-i", rig.disc});
-    QVERIFY2(listing.contains("/new/added.bin"), listing.constData());
-}
-
-void tst_BurnRecorder::simulationWritesNothing() {
-    EngineRig rig(EngineRig::FileDrive);
-    QTemporaryDir src;
-    writeFile(src.filePath("a.bin"), pseudoRandom(400000, 5));
-    rig.engine.AddISOFile("\\a.bin", src.filePath("a.bin"));
-    rig.engine.setTestWrite(true);
-    QVERIFY(rig.write());
-    QCOMPARE(rig.probe.endingEvent(), QStringLiteral("WriteComplete"));
-    QVERIFY(rig.probe.count("TrackWriteStatus") > 0);
-    QVERIFY(QFileInfo(rig.disc).size() <= 0);
-    QCOMPARE(rig.engine.DiscStatus(), 0);
-}
-
-void tst_BurnRecorder::cancelReleasesTheDrive() {
-    EngineRig rig(EngineRig::FileDrive);
-    QTemporaryDir src;
-    // Large (and sparse, so free) enough that the cancel sent at 1 % lands long before the end.
-    QFile big(src.filePath("big.bin"));
-    QVERIFY(big.open(QIODevice::WriteOnly));
-    QVERIFY(big.resize(qint64(2) * 1024 * 1024 * 1024));
-    big.close();
-    rig.engine.AddISOFile("\\big.bin", big.fileName());
-    rig.probe.cancelAtOnePercent = true;
-    // While the drive is busy the windows still learn what medium it holds.
-    QList<qint32> typesDuringWrite;
-    connect(&rig.engine, &CDWriterPro::TrackWriteStatus, this,
-            [&] { typesDuringWrite << rig.engine.MediaType(); });
-    QVERIFY(rig.write());
-    disconnect(&rig.engine, &CDWriterPro::TrackWriteStatus, this, nullptr);
-    QVERIFY(!typesDuringWrite.isEmpty());
-    QCOMPARE(typesDuringWrite, QList<qint32>(typesDuringWrite.size(), 1));
-    QCOMPARE(rig.probe.endingEvent(), QStringLiteral("WriteCancelled"));
-    QCOMPARE(rig.probe.count("WriteCancelled"), 1);
-    QCOMPARE(rig.probe.count("WriteComplete") + rig.probe.count("WriteError"), 0);
-    QCOMPARE(rig.probe.count("ClosingSession"), 0);
-    // The disc's head never led to the broken session: the medium reads as blank.
-    QCOMPARE(rig.engine.DiscStatus(), 0);
-    QVERIFY(ReadBack::xorrisoToc(rig.disc).isEmpty());
-
-    // Released: no handle on the file, and a new grab finds the drive idle.
-    QCOMPARE(openHandlesTo(rig.disc), 0);
-    {
-        QString why;
-        auto held = BurnDrive::grab("stdio:" + rig.disc, false, &why);
-        QVERIFY2(held, qPrintable(why));
-        QCOMPARE(burn::burn_drive_get_status(held->get(), nullptr), burn::BURN_DRIVE_IDLE);
-    }
-    // The next write works.
-    rig.engine.ClearISOImage();
-    writeFile(src.filePath("small.txt"), "after the cancel\n");
-    rig.engine.AddISOFile("\\small.txt", src.filePath("small.txt"));
-    rig.probe.cancelAtOnePercent = false;
-    QVERIFY(rig.write());
-    QVERIFY2(rig.probe.endingEvent() == "WriteComplete", qPrintable(rig.probe.errorInfo));
-    QTemporaryDir out;
-    QCOMPARE(ReadBack::xorrisoExtract(rig.disc, "/small.txt", out, -1),
-             ReadBack::sha256(src.filePath("small.txt")));
-}
-
-void tst_BurnRecorder::mismatchAfterWriteIsAWriteError_data() {
-    QTest::addColumn<qint32>("block"); // relative to the session's start
-    QTest::newRow("first block of the volume descriptors") << 16;
-    QTest::newRow("inside the file's data") << 60;
-}
-
-void tst_BurnRecorder::mismatchAfterWriteIsAWriteError() {
-    QFETCH(qint32, block);
-    EngineRig rig(EngineRig::FileDrive);
-    QTemporaryDir src;
-    writeFile(src.filePath("a.bin"), pseudoRandom(400000, 9));
-    rig.engine.AddISOFile("\\a.bin", src.filePath("a.bin"));
-    qint32 hookStart = -1;
-    BurnWriter::setBeforeVerifyHook([&](const QString &address, qint32 start, qint32) {
-        hookStart = start;
-        flipByte(address.mid(6), (qint64(start) + block) * 2048 + 100);
-    });
-    QVERIFY(rig.write());
-    QCOMPARE(hookStart, 32);
-    QCOMPARE(rig.probe.endingEvent(), QStringLiteral("WriteError"));
-    QCOMPARE(rig.probe.count("WriteComplete"), 0);
-    QCOMPARE(rig.probe.writeError, 3);
-    QCOMPARE(rig.probe.driveError, 1005);
-    QVERIFY2(rig.probe.errorInfo.contains("differs"), qPrintable(rig.probe.errorInfo));
-    // The first differing run of blocks is named.
-    const qint32 run = (block / 32) * 32;
-    QVERIFY2(rig.probe.errorInfo.contains(QString::number(32 + run)),
-             qPrintable(rig.probe.errorInfo));
-}
-
-void tst_BurnRecorder::isoFileGoesToBlockZero() {
-    EngineRig rig(EngineRig::FileDrive);
-    QTemporaryDir src;
-    writeFile(src.filePath("in/one.txt"), pseudoRandom(5000, 11));
-    const QString iso = src.filePath("plain.iso");
-    int status = -1;
-    ReadBack::run("xorriso", {"-as", "mkisofs", "-R", "-o", iso, src.filePath("in")}, &status);
-    QCOMPARE(status, 0);
-    QVERIFY(rig.engine.WriteISOFile(iso));
-    QVERIFY(rig.probe.waitForEnd(60000));
-    QCOMPARE(rig.probe.endingEvent(), QStringLiteral("WriteComplete"));
-    QTemporaryDir out;
-    QCOMPARE(ReadBack::xorrisoExtract(rig.disc, "/one.txt", out, 0),
-             ReadBack::sha256(src.filePath("in/one.txt")));
-    // An image at block 0 stands alone: the medium takes no further session.
-    QCOMPARE(rig.engine.DiscStatus(), 2);
-    QCOMPARE(rig.engine.SessionCount(), 1);
-    QCOMPARE(rig.engine.FreeBlocks(), 0);
-}
-
-void tst_BurnRecorder::precheckOnABlankFile_data() {
-    QTest::addColumn<qint32>("mode");
-    QTest::addColumn<qint32>("start");
-    QTest::addColumn<qint32>("driveError"); // 0: the drive takes it
-    QTest::addColumn<QString>("said");
-    QTest::newRow("data for the first session") << 1 << 32 << 0 << "";
-    QTest::newRow("a plain image at block 0") << 1 << 0 << 0 << "";
-    QTest::newRow("data laid out elsewhere") << 1 << 100 << 1038 << "laid out for block 100";
-    // libburn's own check refuses, and its reason reaches the user.
-    QTest::newRow("audio") << 0 << 32 << 1040 << "audio track prohibited";
-}
-
-void tst_BurnRecorder::precheckOnABlankFile() {
-    QFETCH(qint32, mode);
-    QFETCH(qint32, start);
-    QFETCH(qint32, driveError);
-    QFETCH(QString, said);
-    TestEnvironment env;
-    QTemporaryDir media;
-    BurnRecorder recorder({"stdio:" + media.filePath("p.bin"), "libburn", "File drive", true});
-    BytesTrack track(mode, 750);
-    WritePlan plan;
-    plan.tracks = {&track};
-    plan.startAddress = start;
-    const JobOutcome o = recorder.precheck(plan);
-    QCOMPARE(o.kind, driveError ? JobOutcome::Failed : JobOutcome::Completed);
-    QCOMPARE(o.driveError, driveError);
-    QVERIFY2(o.errorInfo.contains(said), qPrintable(o.errorInfo));
-    if (driveError)
-        QCOMPARE(o.writeError, 3);
-}
-
-void tst_BurnRecorder::eraseMakesTheFileBlank_data() {
-    QTest::addColumn<bool>("quick");
-    QTest::newRow("quick") << true;
-    QTest::newRow("full") << false;
-}
-
-void tst_BurnRecorder::eraseMakesTheFileBlank() {
-    QFETCH(bool, quick);
-    EngineRig rig(EngineRig::FileDrive);
-    QTemporaryDir src;
-    const QByteArray marker = "MARKER-" + pseudoRandom(64, 12).toHex() + "-END";
-    // A file ahead of it pushes the marker's data past the blocks a quick erase clears.
-    writeFile(src.filePath("a.bin"), pseudoRandom(300000, 15));
-    writeFile(src.filePath("m.txt"), marker);
-    rig.engine.AddISOFile("\\a.bin", src.filePath("a.bin"));
-    rig.engine.AddISOFile("\\m.txt", src.filePath("m.txt"));
-    QVERIFY(rig.write());
-    QCOMPARE(rig.probe.endingEvent(), QStringLiteral("WriteComplete"));
-    QCOMPARE(rig.engine.DiscStatus(), 1);
-    // Erasing is a job of its own: asked of the recorder directly.
-    BurnRecorder direct({"stdio:" + rig.disc, "libburn", "File drive", true});
-    CountingMonitor monitor;
-    const JobOutcome erased = direct.erase(quick, monitor);
-    QCOMPARE(erased.kind, JobOutcome::Completed);
-    QCOMPARE(direct.medium().discStatus, 0);
-    QCOMPARE(direct.medium().nextWritableAddress, 32);
-    QVERIFY(ReadBack::xorrisoToc(rig.disc).isEmpty());
-    QFile f(rig.disc);
-    QVERIFY(f.open(QIODevice::ReadOnly));
-    QCOMPARE(f.readAll().contains(marker), quick);
-    // A file has no sessions to close: finishing completes at once.
-    QCOMPARE(direct.finish(true, monitor).kind, JobOutcome::Completed);
-    QCOMPARE(monitor.sessionsClosed, 1);
-    QCOMPARE(monitor.discsClosed, 1);
-}
-
-void tst_BurnRecorder::sessionsOfXorrisoAreFound() {
-    // Two sessions appended by xorriso itself: this recorder finds them where xorriso does.
-    QTemporaryDir dir;
-    const QString image = dir.filePath("x.iso");
-    writeFile(dir.filePath("a/one.bin"), pseudoRandom(100000, 13));
-    writeFile(dir.filePath("b/two.bin"), pseudoRandom(3000, 14));
-    ReadBack::run("xorriso", {"-outdev", image, "-map", dir.filePath("a"), "/", "-commit"});
-    ReadBack::run("xorriso", {"-dev", image, "-map", dir.filePath("b"), "/b", "-commit"});
-    const auto toc = ReadBack::xorrisoToc(image);
-    QCOMPARE(toc.size(), 2);
-    QFile f(image);
-    QVERIFY(f.open(QIODevice::ReadOnly));
-    const QByteArray bytes = f.readAll();
-    const auto reader = [&](qint32 lba, char *block) {
-        if (qint64(lba + 1) * 2048 > bytes.size())
-            return false;
-        std::copy_n(bytes.constData() + qint64(lba) * 2048, 2048, block);
-        return true;
-    };
-    const auto sessions = OverwriteSessions::scan(reader, 1 << 20);
-    QCOMPARE(sessions.size(), 2);
-    for (int i = 0; i < 2; ++i) {
-        QCOMPARE(sessions[i].start, toc[i].first);
-        QCOMPARE(sessions[i].blocks, toc[i].second);
-    }
-    const QByteArray media = ReadBack::run("xorriso", {"-indev", image, "-toc"});
-    const auto nwa =
-        QRegularExpression(R"(Media nwa\s*:\s*(\d+)s)").match(QString::fromUtf8(media));
-    QVERIFY(nwa.hasMatch());
-    QCOMPARE(OverwriteSessions::nextStart(sessions), nwa.captured(1).toInt());
-}
-
-void tst_BurnRecorder::grabbingDoesNotLeakDrives() {
-    // libburn keeps a fixed table of drives: a grab that is not given back fills it.
-    QTemporaryDir media;
-    const QString address = "stdio:" + media.filePath("g.iso");
-    for (int i = 0; i < 300; ++i) {
-        QString why;
-        auto drive = BurnDrive::grab(address, false, &why);
-        QVERIFY2(drive, qPrintable(QStringLiteral("grab %1: %2").arg(i).arg(why)));
-    }
-}
-
-void tst_BurnRecorder::abortGuardGivesBackTheHandlers() {
-    struct sigaction mine {};
-    mine.sa_handler = [](int) {};
-    struct sigaction before {};
-    QCOMPARE(sigaction(SIGUSR1, &mine, &before), 0);
-    {
-        BurnLibrary::AbortGuard guard;
-        struct sigaction during {};
-        sigaction(SIGUSR1, nullptr, &during);
-        QVERIFY(during.sa_handler != mine.sa_handler); // libburn's handler has it
-    }
-    struct sigaction after {};
-    sigaction(SIGUSR1, nullptr, &after);
-    QVERIFY(after.sa_handler == mine.sa_handler);
-    sigaction(SIGUSR1, &before, nullptr);
-}
-
-void tst_BurnRecorder::signalDuringWriteGoesThroughAbortHandler() {
-    // libburn's handler stops the drive and exits with 1 instead of dying mid-command.
-    QTemporaryDir media;
-    const QString disc = media.filePath("killed.iso");
-    QProcess child;
-    QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
-    env.insert("TESSALY_BURN_CHILD", disc);
-    child.setProcessEnvironment(env);
-    child.start(QCoreApplication::applicationFilePath(), {});
-    QVERIFY(child.waitForStarted());
-    QByteArray said;
-    while (!said.contains("writing") && child.state() == QProcess::Running) {
-        child.waitForReadyRead(1000);
-        said += child.readAllStandardOutput();
-    }
-    QVERIFY2(said.contains("writing"), said.constData());
-    QCOMPARE(::kill(pid_t(child.processId()), SIGTERM), 0);
-    QVERIFY(child.waitForFinished(60000));
-    QCOMPARE(child.exitStatus(), QProcess::NormalExit);
-    QCOMPARE(child.exitCode(), 1);
-    // Nothing of the broken write counts: the file reads as a blank medium.
-    BurnRecorder recorder({"stdio:" + disc, "libburn", "File drive", true});
-    QCOMPARE(recorder.medium().discStatus, 0);
-}
-
-namespace {
 // The child of signalDuringWriteGoesThroughAbortHandler: starts a long write to the file drive
 // named in the environment and says "writing" when the drive has begun.
 int writeUntilKilled(int argc, char **argv) {
@@ -478,6 +114,352 @@ int writeUntilKilled(int argc, char **argv) {
     return app.exec();
 }
 } // namespace
+
+class tst_BurnRecorder : public QObject {
+    Q_OBJECT
+private slots:
+    void twoSessionsReadBackByXorriso() {
+        EngineRig rig(EngineRig::FileDrive);
+        QCOMPARE(rig.engine.DriveCount(), 2);
+        QCOMPARE(rig.engine.DriveLetter(0), QStringLiteral("FILE"));
+        QVERIFY(rig.engine.DriveIsRecorder(0));
+        QCOMPARE(rig.engine.MediaType(), 1); // a file resembles a DVD-RAM
+        QCOMPARE(rig.engine.DiscStatus(), 0);
+        QCOMPARE(rig.engine.SessionCount(), 1);
+        QVERIFY(rig.engine.CurrentDriveCapability(10)); // writes DVD-RAM
+        QVERIFY(!rig.engine.CurrentDriveCapability(6)); // no CD-R
+        QTemporaryDir src;
+        writeFile(src.filePath("docs/report one.txt"), pseudoRandom(300000, 1));
+        writeFile(src.filePath("docs/Ünïcode.bin"), pseudoRandom(12345, 2));
+        writeFile(src.filePath("keep.txt"), "kept\n");
+        rig.engine.AddISODirectory("\\", src.path() + "\\*.*");
+        rig.engine.setVolumeIdentifier("FIRST");
+        const QString log = QDir(rig.env.appFolder()).filePath("Dat/Burnlog.txt");
+        rig.engine.SetLogging(true, log);
+        QVERIFY(rig.write());
+        QCOMPARE(rig.probe.endingEvent(), QStringLiteral("WriteComplete"));
+        const QStringList &ev = rig.probe.events;
+        QCOMPARE(ev.first(), QStringLiteral("PreparingToWrite"));
+        QVERIFY2(ev.indexOf("CreatingDirectories") < ev.indexOf("TrackWriteStatus"),
+                 qPrintable(ev.join(' ')));
+        QVERIFY(ev.lastIndexOf("TrackWriteStatus") < ev.indexOf("ClosingTrack"));
+        QVERIFY(ev.indexOf("ClosingTrack") < ev.indexOf("ClosingSession"));
+        QCOMPARE(rig.probe.count("ClosingTrack"), 1);
+        QCOMPARE(rig.probe.count("ClosingSession"), 1);
+        QVERIFY(rig.probe.trackPercents.contains(1));
+        QCOMPARE(rig.probe.trackPercents.last(), 100);
+        QFile logFile(log);
+        QVERIFY(logFile.open(QIODevice::ReadOnly));
+        const QByteArray logText = logFile.readAll();
+        QVERIFY2(logText.contains("Write type"), logText.constData());
+        QVERIFY(logText.contains("reads back as written"));
+
+        QCOMPARE(rig.engine.DiscStatus(), 1);
+        QCOMPARE(rig.engine.LastSessionStatus(), 0);
+        QCOMPARE(rig.engine.SessionCount(), 2);
+
+        rig.engine.ClearISOImage();
+        rig.probe.added.clear();
+        QVERIFY(rig.engine.ImportLastSession(true));
+        QVERIFY(rig.probe.added.contains("\\docs\\report one.txt"));
+        QCOMPARE(rig.engine.VolumeIdentifier(), QStringLiteral("FIRST"));
+        writeFile(src.filePath("new/added.bin"), pseudoRandom(70000, 3));
+        writeFile(src.filePath("keep v2.txt"), "second version\n");
+        rig.engine.AddISODirectory("\\new", src.filePath("new") + "/*.*");
+        rig.probe.replaceAnswer = true;
+        rig.engine.AddISOFile("\\keep.txt", src.filePath("keep v2.txt"));
+        QVERIFY(rig.write());
+        QCOMPARE(rig.probe.endingEvent(), QStringLiteral("WriteComplete"));
+        QCOMPARE(rig.engine.SessionCount(), 3);
+
+        // xorriso finds both sessions where this recorder put them, as it lays them out itself.
+        const auto toc = ReadBack::xorrisoToc(rig.disc);
+        QCOMPARE(toc.size(), 2);
+        QCOMPARE(toc[0].first, 32);
+        QCOMPARE(toc[1].first % 32, 0);
+        QVERIFY(toc[1].first >= 32 + toc[0].second);
+        QTemporaryDir out;
+        const QString one = src.filePath("docs/report one.txt");
+        // The first session, whole at its own address.
+        QCOMPARE(ReadBack::xorrisoExtract(rig.disc, "/docs/report one.txt", out, 32),
+                 ReadBack::sha256(one));
+        QCOMPARE(ReadBack::xorrisoExtract(rig.disc, "/keep.txt", out, 32),
+                 ReadBack::sha256(src.filePath("keep.txt")));
+        // The second, at its address and through the disc's head, as a mount sees it.
+        for (qint32 at : {toc[1].first, -1}) {
+            QCOMPARE(ReadBack::xorrisoExtract(rig.disc, "/docs/report one.txt", out, at),
+                     ReadBack::sha256(one));
+            QCOMPARE(ReadBack::xorrisoExtract(rig.disc, "/new/added.bin", out, at),
+                     ReadBack::sha256(src.filePath("new/added.bin")));
+            QCOMPARE(ReadBack::xorrisoExtract(rig.disc, "/keep.txt", out, at),
+                     ReadBack::sha256(src.filePath("keep v2.txt")));
+        }
+        const QByteArray listing = ReadBack::run("isoinfo", {"-R", "-f", "-i", rig.disc});
+        QVERIFY2(listing.contains("/new/added.bin"), listing.constData());
+    }
+
+    void simulationWritesNothing() {
+        EngineRig rig(EngineRig::FileDrive);
+        QTemporaryDir src;
+        writeFile(src.filePath("a.bin"), pseudoRandom(400000, 5));
+        rig.engine.AddISOFile("\\a.bin", src.filePath("a.bin"));
+        rig.engine.setTestWrite(true);
+        QVERIFY(rig.write());
+        QCOMPARE(rig.probe.endingEvent(), QStringLiteral("WriteComplete"));
+        QVERIFY(rig.probe.count("TrackWriteStatus") > 0);
+        QVERIFY(QFileInfo(rig.disc).size() <= 0);
+        QCOMPARE(rig.engine.DiscStatus(), 0);
+    }
+
+    void cancelReleasesTheDrive() {
+        EngineRig rig(EngineRig::FileDrive);
+        QTemporaryDir src;
+        // Large (and sparse, so free) enough that the cancel sent at 1 % lands long before the end.
+        QFile big(src.filePath("big.bin"));
+        QVERIFY(big.open(QIODevice::WriteOnly));
+        QVERIFY(big.resize(qint64(2) * 1024 * 1024 * 1024));
+        big.close();
+        rig.engine.AddISOFile("\\big.bin", big.fileName());
+        rig.probe.cancelAtOnePercent = true;
+        // While the drive is busy the windows still learn what medium it holds.
+        QList<qint32> typesDuringWrite;
+        connect(&rig.engine, &CDWriterPro::TrackWriteStatus, this,
+                [&] { typesDuringWrite << rig.engine.MediaType(); });
+        QVERIFY(rig.write());
+        disconnect(&rig.engine, &CDWriterPro::TrackWriteStatus, this, nullptr);
+        QVERIFY(!typesDuringWrite.isEmpty());
+        QCOMPARE(typesDuringWrite, QList<qint32>(typesDuringWrite.size(), 1));
+        QCOMPARE(rig.probe.endingEvent(), QStringLiteral("WriteCancelled"));
+        QCOMPARE(rig.probe.count("WriteCancelled"), 1);
+        QCOMPARE(rig.probe.count("WriteComplete") + rig.probe.count("WriteError"), 0);
+        QCOMPARE(rig.probe.count("ClosingSession"), 0);
+        // The disc's head never led to the broken session: the medium reads as blank.
+        QCOMPARE(rig.engine.DiscStatus(), 0);
+        QVERIFY(ReadBack::xorrisoToc(rig.disc).isEmpty());
+
+        // Released: no handle on the file, and a new grab finds the drive idle.
+        QCOMPARE(openHandlesTo(rig.disc), 0);
+        {
+            QString why;
+            auto held = BurnDrive::grab("stdio:" + rig.disc, false, &why);
+            QVERIFY2(held, qPrintable(why));
+            QCOMPARE(burn::burn_drive_get_status(held->get(), nullptr), burn::BURN_DRIVE_IDLE);
+        }
+        // The next write works.
+        rig.engine.ClearISOImage();
+        writeFile(src.filePath("small.txt"), "after the cancel\n");
+        rig.engine.AddISOFile("\\small.txt", src.filePath("small.txt"));
+        rig.probe.cancelAtOnePercent = false;
+        QVERIFY(rig.write());
+        QVERIFY2(rig.probe.endingEvent() == "WriteComplete", qPrintable(rig.probe.errorInfo));
+        QTemporaryDir out;
+        QCOMPARE(ReadBack::xorrisoExtract(rig.disc, "/small.txt", out, -1),
+                 ReadBack::sha256(src.filePath("small.txt")));
+    }
+
+    void mismatchAfterWriteIsAWriteError_data() {
+        QTest::addColumn<qint32>("block"); // relative to the session's start
+        QTest::newRow("first block of the volume descriptors") << 16;
+        QTest::newRow("inside the file's data") << 60;
+    }
+
+    void mismatchAfterWriteIsAWriteError() {
+        QFETCH(qint32, block);
+        EngineRig rig(EngineRig::FileDrive);
+        QTemporaryDir src;
+        writeFile(src.filePath("a.bin"), pseudoRandom(400000, 9));
+        rig.engine.AddISOFile("\\a.bin", src.filePath("a.bin"));
+        qint32 hookStart = -1;
+        BurnWriter::setBeforeVerifyHook([&](const QString &address, qint32 start, qint32) {
+            hookStart = start;
+            flipByte(address.mid(6), (qint64(start) + block) * 2048 + 100);
+        });
+        QVERIFY(rig.write());
+        QCOMPARE(hookStart, 32);
+        QCOMPARE(rig.probe.endingEvent(), QStringLiteral("WriteError"));
+        QCOMPARE(rig.probe.count("WriteComplete"), 0);
+        QCOMPARE(rig.probe.writeError, 3);
+        QCOMPARE(rig.probe.driveError, 1005);
+        QVERIFY2(rig.probe.errorInfo.contains("differs"), qPrintable(rig.probe.errorInfo));
+        // The first differing run of blocks is named.
+        const qint32 run = (block / 32) * 32;
+        QVERIFY2(rig.probe.errorInfo.contains(QString::number(32 + run)),
+                 qPrintable(rig.probe.errorInfo));
+    }
+
+    void isoFileGoesToBlockZero() {
+        EngineRig rig(EngineRig::FileDrive);
+        QTemporaryDir src;
+        writeFile(src.filePath("in/one.txt"), pseudoRandom(5000, 11));
+        const QString iso = src.filePath("plain.iso");
+        int status = -1;
+        ReadBack::run("xorriso", {"-as", "mkisofs", "-R", "-o", iso, src.filePath("in")}, &status);
+        QCOMPARE(status, 0);
+        QVERIFY(rig.engine.WriteISOFile(iso));
+        QVERIFY(rig.probe.waitForEnd(60000));
+        QCOMPARE(rig.probe.endingEvent(), QStringLiteral("WriteComplete"));
+        QTemporaryDir out;
+        QCOMPARE(ReadBack::xorrisoExtract(rig.disc, "/one.txt", out, 0),
+                 ReadBack::sha256(src.filePath("in/one.txt")));
+        // An image at block 0 stands alone: the medium takes no further session.
+        QCOMPARE(rig.engine.DiscStatus(), 2);
+        QCOMPARE(rig.engine.SessionCount(), 1);
+        QCOMPARE(rig.engine.FreeBlocks(), 0);
+    }
+
+    void precheckOnABlankFile_data() {
+        QTest::addColumn<qint32>("mode");
+        QTest::addColumn<qint32>("start");
+        QTest::addColumn<qint32>("driveError"); // 0: the drive takes it
+        QTest::addColumn<QString>("said");
+        QTest::newRow("data for the first session") << 1 << 32 << 0 << "";
+        QTest::newRow("a plain image at block 0") << 1 << 0 << 0 << "";
+        QTest::newRow("data laid out elsewhere") << 1 << 100 << 1038 << "laid out for block 100";
+        // libburn's own check refuses, and its reason reaches the user.
+        QTest::newRow("audio") << 0 << 32 << 1040 << "audio track prohibited";
+    }
+
+    void precheckOnABlankFile() {
+        QFETCH(qint32, mode);
+        QFETCH(qint32, start);
+        QFETCH(qint32, driveError);
+        QFETCH(QString, said);
+        TestEnvironment env;
+        QTemporaryDir media;
+        BurnRecorder recorder({"stdio:" + media.filePath("p.bin"), "libburn", "File drive", true});
+        BytesTrack track(mode, 750);
+        WritePlan plan;
+        plan.tracks = {&track};
+        plan.startAddress = start;
+        const JobOutcome o = recorder.precheck(plan);
+        QCOMPARE(o.kind, driveError ? JobOutcome::Failed : JobOutcome::Completed);
+        QCOMPARE(o.driveError, driveError);
+        QVERIFY2(o.errorInfo.contains(said), qPrintable(o.errorInfo));
+        if (driveError)
+            QCOMPARE(o.writeError, 3);
+    }
+
+    void eraseMakesTheFileBlank_data() {
+        QTest::addColumn<bool>("quick");
+        QTest::newRow("quick") << true;
+        QTest::newRow("full") << false;
+    }
+
+    void eraseMakesTheFileBlank() {
+        QFETCH(bool, quick);
+        EngineRig rig(EngineRig::FileDrive);
+        QTemporaryDir src;
+        const QByteArray marker = "MARKER-" + pseudoRandom(64, 12).toHex() + "-END";
+        // A file ahead of it pushes the marker's data past the blocks a quick erase clears.
+        writeFile(src.filePath("a.bin"), pseudoRandom(300000, 15));
+        writeFile(src.filePath("m.txt"), marker);
+        rig.engine.AddISOFile("\\a.bin", src.filePath("a.bin"));
+        rig.engine.AddISOFile("\\m.txt", src.filePath("m.txt"));
+        QVERIFY(rig.write());
+        QCOMPARE(rig.probe.endingEvent(), QStringLiteral("WriteComplete"));
+        QCOMPARE(rig.engine.DiscStatus(), 1);
+        // Erasing is a job of its own: asked of the recorder directly.
+        BurnRecorder direct({"stdio:" + rig.disc, "libburn", "File drive", true});
+        CountingMonitor monitor;
+        const JobOutcome erased = direct.erase(quick, monitor);
+        QCOMPARE(erased.kind, JobOutcome::Completed);
+        QCOMPARE(direct.medium().discStatus, 0);
+        QCOMPARE(direct.medium().nextWritableAddress, 32);
+        QVERIFY(ReadBack::xorrisoToc(rig.disc).isEmpty());
+        QFile f(rig.disc);
+        QVERIFY(f.open(QIODevice::ReadOnly));
+        QCOMPARE(f.readAll().contains(marker), quick);
+        // A file has no sessions to close: finishing completes at once.
+        QCOMPARE(direct.finish(true, monitor).kind, JobOutcome::Completed);
+        QCOMPARE(monitor.sessionsClosed, 1);
+        QCOMPARE(monitor.discsClosed, 1);
+    }
+
+    void sessionsOfXorrisoAreFound() {
+        // Two sessions appended by xorriso itself: this recorder finds them where xorriso does.
+        QTemporaryDir dir;
+        const QString image = dir.filePath("x.iso");
+        writeFile(dir.filePath("a/one.bin"), pseudoRandom(100000, 13));
+        writeFile(dir.filePath("b/two.bin"), pseudoRandom(3000, 14));
+        ReadBack::run("xorriso", {"-outdev", image, "-map", dir.filePath("a"), "/", "-commit"});
+        ReadBack::run("xorriso", {"-dev", image, "-map", dir.filePath("b"), "/b", "-commit"});
+        const auto toc = ReadBack::xorrisoToc(image);
+        QCOMPARE(toc.size(), 2);
+        QFile f(image);
+        QVERIFY(f.open(QIODevice::ReadOnly));
+        const QByteArray bytes = f.readAll();
+        const auto reader = [&](qint32 lba, char *block) {
+            if (qint64(lba + 1) * 2048 > bytes.size())
+                return false;
+            std::copy_n(bytes.constData() + qint64(lba) * 2048, 2048, block);
+            return true;
+        };
+        const auto sessions = OverwriteSessions::scan(reader, 1 << 20);
+        QCOMPARE(sessions.size(), 2);
+        for (int i = 0; i < 2; ++i) {
+            QCOMPARE(sessions[i].start, toc[i].first);
+            QCOMPARE(sessions[i].blocks, toc[i].second);
+        }
+        const QByteArray media = ReadBack::run("xorriso", {"-indev", image, "-toc"});
+        const auto nwa =
+            QRegularExpression(R"(Media nwa\s*:\s*(\d+)s)").match(QString::fromUtf8(media));
+        QVERIFY(nwa.hasMatch());
+        QCOMPARE(OverwriteSessions::nextStart(sessions), nwa.captured(1).toInt());
+    }
+
+    void grabbingDoesNotLeakDrives() {
+        // libburn keeps a fixed table of drives: a grab that is not given back fills it.
+        QTemporaryDir media;
+        const QString address = "stdio:" + media.filePath("g.iso");
+        for (int i = 0; i < 300; ++i) {
+            QString why;
+            auto drive = BurnDrive::grab(address, false, &why);
+            QVERIFY2(drive, qPrintable(QStringLiteral("grab %1: %2").arg(i).arg(why)));
+        }
+    }
+
+    void abortGuardGivesBackTheHandlers() {
+        struct sigaction mine {};
+        mine.sa_handler = [](int) {};
+        struct sigaction before {};
+        QCOMPARE(sigaction(SIGUSR1, &mine, &before), 0);
+        {
+            BurnLibrary::AbortGuard guard;
+            struct sigaction during {};
+            sigaction(SIGUSR1, nullptr, &during);
+            QVERIFY(during.sa_handler != mine.sa_handler); // libburn's handler has it
+        }
+        struct sigaction after {};
+        sigaction(SIGUSR1, nullptr, &after);
+        QVERIFY(after.sa_handler == mine.sa_handler);
+        sigaction(SIGUSR1, &before, nullptr);
+    }
+
+    void signalDuringWriteGoesThroughAbortHandler() {
+        // libburn's handler stops the drive and exits with 1 instead of dying mid-command.
+        QTemporaryDir media;
+        const QString disc = media.filePath("killed.iso");
+        QProcess child;
+        QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
+        env.insert("TESSALY_BURN_CHILD", disc);
+        child.setProcessEnvironment(env);
+        child.start(QCoreApplication::applicationFilePath(), {});
+        QVERIFY(child.waitForStarted());
+        QByteArray said;
+        while (!said.contains("writing") && child.state() == QProcess::Running) {
+            child.waitForReadyRead(1000);
+            said += child.readAllStandardOutput();
+        }
+        QVERIFY2(said.contains("writing"), said.constData());
+        QCOMPARE(::kill(pid_t(child.processId()), SIGTERM), 0);
+        QVERIFY(child.waitForFinished(60000));
+        QCOMPARE(child.exitStatus(), QProcess::NormalExit);
+        QCOMPARE(child.exitCode(), 1);
+        // Nothing of the broken write counts: the file reads as a blank medium.
+        BurnRecorder recorder({"stdio:" + disc, "libburn", "File drive", true});
+        QCOMPARE(recorder.medium().discStatus, 0);
+    }
+};
 
 int main(int argc, char **argv) {
     if (qEnvironmentVariableIsSet("TESSALY_BURN_CHILD"))

@@ -67,236 +67,227 @@ OverwriteSessions::BlockReader reader(const Blocks &blocks) {
 class tst_BurnSense : public QObject {
     Q_OBJECT
 private slots:
-    void senseToDriveCode_data();
-    void senseToDriveCode();
-    void everySenseGivesACodeOfTheTable();
-    void parseLibburnMessages_data();
-    void parseLibburnMessages();
-    void failureFromMessages_data();
-    void failureFromMessages();
-    void sessionsOfAMedium_data();
-    void sessionsOfAMedium();
-    void headCountsFromBlockZero();
-    void feedHandsOutTheTrack_data();
-    void feedHandsOutTheTrack();
-    void profilesAsMediaTypes_data();
-    void profilesAsMediaTypes();
-};
+    void senseToDriveCode_data() {
+        QTest::addColumn<int>("key");
+        QTest::addColumn<int>("asc");
+        QTest::addColumn<int>("ascq");
+        QTest::addColumn<int>("code");
+        QTest::addColumn<QString>("text");
+        QTest::newRow("buffer underrun")
+            << 3 << 0x0C << 0x09 << 1008 << "3/0C/09 WRITE ERROR - LOSS OF STREAMING";
+        QTest::newRow("tray open: any qualifier of 3A")
+            << 2 << 0x3A << 0x02 << 1033 << "2/3A/02 MEDIUM NOT PRESENT";
+        QTest::newRow("miscompare while verifying")
+            << 0xE << 0x1D << 0x00 << 1005 << "E/1D/00 MISCOMPARE DURING VERIFY OPERATION";
+        QTest::newRow("unknown ASC: the key decides")
+            << 4 << 0x99 << 0x01 << 1034 << "4/99/01 HARDWARE ERROR";
+        QTest::newRow("nothing wrong")
+            << 0 << 0 << 0 << 1052 << "0/00/00 NO ADDITIONAL SENSE INFORMATION";
+    }
 
-void tst_BurnSense::senseToDriveCode_data() {
-    QTest::addColumn<int>("key");
-    QTest::addColumn<int>("asc");
-    QTest::addColumn<int>("ascq");
-    QTest::addColumn<int>("code");
-    QTest::addColumn<QString>("text");
-    QTest::newRow("buffer underrun")
-        << 3 << 0x0C << 0x09 << 1008 << "3/0C/09 WRITE ERROR - LOSS OF STREAMING";
-    QTest::newRow("tray open: any qualifier of 3A")
-        << 2 << 0x3A << 0x02 << 1033 << "2/3A/02 MEDIUM NOT PRESENT";
-    QTest::newRow("miscompare while verifying")
-        << 0xE << 0x1D << 0x00 << 1005 << "E/1D/00 MISCOMPARE DURING VERIFY OPERATION";
-    QTest::newRow("unknown ASC: the key decides")
-        << 4 << 0x99 << 0x01 << 1034 << "4/99/01 HARDWARE ERROR";
-    QTest::newRow("nothing wrong")
-        << 0 << 0 << 0 << 1052 << "0/00/00 NO ADDITIONAL SENSE INFORMATION";
-}
+    void senseToDriveCode() {
+        QFETCH(int, key);
+        QFETCH(int, asc);
+        QFETCH(int, ascq);
+        QFETCH(int, code);
+        QFETCH(QString, text);
+        const DriveSense::Sense sense{key, asc, ascq};
+        QCOMPARE(DriveSense::driveCode(sense), code);
+        QCOMPARE(DriveSense::senseText(sense), text);
+    }
 
-void tst_BurnSense::senseToDriveCode() {
-    QFETCH(int, key);
-    QFETCH(int, asc);
-    QFETCH(int, ascq);
-    QFETCH(int, code);
-    QFETCH(QString, text);
-    const DriveSense::Sense sense{key, asc, ascq};
-    QCOMPARE(DriveSense::driveCode(sense), code);
-    QCOMPARE(DriveSense::senseText(sense), text);
-}
-
-void tst_BurnSense::everySenseGivesACodeOfTheTable() {
-    // Whatever a drive reports, the window finds a text for the code.
-    for (int key = 0; key < 16; ++key) {
-        for (int asc = 0; asc < 256; ++asc) {
-            for (int ascq = 0; ascq < 256; ascq += 17) {
-                const qint32 code = DriveSense::driveCode({key, asc, ascq});
-                QVERIFY2(
-                    code >= 1000 && code <= 1055,
-                    qPrintable(
-                        QStringLiteral("%1/%2/%3 gives %4").arg(key).arg(asc).arg(ascq).arg(code)));
+    void everySenseGivesACodeOfTheTable() {
+        // Whatever a drive reports, the window finds a text for the code.
+        for (int key = 0; key < 16; ++key) {
+            for (int asc = 0; asc < 256; ++asc) {
+                for (int ascq = 0; ascq < 256; ascq += 17) {
+                    const qint32 code = DriveSense::driveCode({key, asc, ascq});
+                    QVERIFY2(code >= 1000 && code <= 1055,
+                             qPrintable(QStringLiteral("%1/%2/%3 gives %4")
+                                            .arg(key)
+                                            .arg(asc)
+                                            .arg(ascq)
+                                            .arg(code)));
+                }
             }
         }
     }
-}
 
-void tst_BurnSense::parseLibburnMessages_data() {
-    QTest::addColumn<QString>("message");
-    QTest::addColumn<QString>("sense"); // empty: none
-    QTest::newRow("bracketed") << "SCSI error on write(33,16): [5 21 02] Invalid address for write"
-                               << "5/21/02";
-    QTest::newRow("bracketed, lower case") << "FAILURE: [3 0c 09] write error"
-                                           << "3/0C/09";
-    QTest::newRow("bare, after the command")
-        << "SCSI error condition on command 2Ah WRITE(10) : 5 64 00 ILLEGAL MODE FOR THIS TRACK"
-        << "5/64/00";
-    QTest::newRow("bare, but no SCSI in it") << "Track 1 of 12 05 done"
-                                             << "";
-    QTest::newRow("no sense") << "Drive offers no suitable write mode with this job"
+    void parseLibburnMessages_data() {
+        QTest::addColumn<QString>("message");
+        QTest::addColumn<QString>("sense"); // empty: none
+        QTest::newRow("bracketed")
+            << "SCSI error on write(33,16): [5 21 02] Invalid address for write"
+            << "5/21/02";
+        QTest::newRow("bracketed, lower case") << "FAILURE: [3 0c 09] write error"
+                                               << "3/0C/09";
+        QTest::newRow("bare, after the command")
+            << "SCSI error condition on command 2Ah WRITE(10) : 5 64 00 ILLEGAL MODE FOR THIS TRACK"
+            << "5/64/00";
+        QTest::newRow("bare, but no SCSI in it") << "Track 1 of 12 05 done"
+                                                 << "";
+        QTest::newRow("no sense") << "Drive offers no suitable write mode with this job"
+                                  << "";
+        QTest::newRow("fifo") << "Read error on fifo input"
                               << "";
-    QTest::newRow("fifo") << "Read error on fifo input"
-                          << "";
-}
+    }
 
-void tst_BurnSense::parseLibburnMessages() {
-    QFETCH(QString, message);
-    QFETCH(QString, sense);
-    const auto parsed = DriveSense::parse(message);
-    QCOMPARE(parsed.has_value(), !sense.isEmpty());
-    if (parsed)
-        QVERIFY2(DriveSense::senseText(*parsed).startsWith(sense),
-                 qPrintable(DriveSense::senseText(*parsed)));
-}
+    void parseLibburnMessages() {
+        QFETCH(QString, message);
+        QFETCH(QString, sense);
+        const auto parsed = DriveSense::parse(message);
+        QCOMPARE(parsed.has_value(), !sense.isEmpty());
+        if (parsed)
+            QVERIFY2(DriveSense::senseText(*parsed).startsWith(sense),
+                     qPrintable(DriveSense::senseText(*parsed)));
+    }
 
-void tst_BurnSense::failureFromMessages_data() {
-    QTest::addColumn<QStringList>("messages");
-    QTest::addColumn<bool>("fallback"); // "the read failed" when the drive says nothing
-    QTest::addColumn<int>("code");
-    QTest::addColumn<QString>("sense");
-    QTest::newRow("sense data decides")
-        << QStringList{"NOTE: Drive is ready",
-                       "FAILURE: SCSI error on write: [3 0C 09] Write error"}
-        << true << 1008 << "3/0C/09 WRITE ERROR - LOSS OF STREAMING";
-    QTest::newRow("libburn's refusal in words")
-        << QStringList{"SORRY: audio track prohibited by non-CD"} << false << 1040
-        << "5/64/00 ILLEGAL MODE FOR THIS TRACK (SORRY: audio track prohibited by non-CD)";
-    QTest::newRow("the step's meaning when nothing is said")
-        << QStringList{} << true << 1009 << "3/11/00 UNRECOVERED READ ERROR";
-    QTest::newRow("nothing known: libburn's last word")
-        << QStringList{"NOTE: a", "FATAL: Something never seen"} << false << 1051
-        << "FATAL: Something never seen";
-    QTest::newRow("nothing at all")
-        << QStringList{} << false << 1051 << "0/00/00 NO ADDITIONAL SENSE INFORMATION";
-}
+    void failureFromMessages_data() {
+        QTest::addColumn<QStringList>("messages");
+        QTest::addColumn<bool>("fallback"); // "the read failed" when the drive says nothing
+        QTest::addColumn<int>("code");
+        QTest::addColumn<QString>("sense");
+        QTest::newRow("sense data decides")
+            << QStringList{"NOTE: Drive is ready",
+                           "FAILURE: SCSI error on write: [3 0C 09] Write error"}
+            << true << 1008 << "3/0C/09 WRITE ERROR - LOSS OF STREAMING";
+        QTest::newRow("libburn's refusal in words")
+            << QStringList{"SORRY: audio track prohibited by non-CD"} << false << 1040
+            << "5/64/00 ILLEGAL MODE FOR THIS TRACK (SORRY: audio track prohibited by non-CD)";
+        QTest::newRow("a closed medium in words")
+            << QStringList{"SORRY: The medium is closed"} << false << 1032
+            << "5/30/05 CANNOT WRITE MEDIUM - INCOMPATIBLE FORMAT (SORRY: The medium is closed)";
+        QTest::newRow("the step's meaning when nothing is said")
+            << QStringList{} << true << 1009 << "3/11/00 UNRECOVERED READ ERROR";
+        QTest::newRow("nothing known: libburn's last word")
+            << QStringList{"NOTE: a", "FATAL: Something never seen"} << false << 1051
+            << "FATAL: Something never seen";
+        QTest::newRow("nothing at all")
+            << QStringList{} << false << 1051 << "0/00/00 NO ADDITIONAL SENSE INFORMATION";
+    }
 
-void tst_BurnSense::failureFromMessages() {
-    QFETCH(QStringList, messages);
-    QFETCH(bool, fallback);
-    QFETCH(int, code);
-    QFETCH(QString, sense);
-    const JobOutcome o = DriveSense::failure(
-        "What failed", messages,
-        fallback ? std::optional(DriveSense::Sense{3, 0x11, 0x00}) : std::nullopt);
-    QCOMPARE(o.kind, JobOutcome::Failed);
-    QCOMPARE(o.writeError, 3);
-    QCOMPARE(o.driveError, code);
-    QCOMPARE(o.errorInfo, QStringLiteral("What failed"));
-    QCOMPARE(o.senseInfo, sense);
-}
+    void failureFromMessages() {
+        QFETCH(QStringList, messages);
+        QFETCH(bool, fallback);
+        QFETCH(int, code);
+        QFETCH(QString, sense);
+        const JobOutcome o = DriveSense::failure(
+            "What failed", messages,
+            fallback ? std::optional(DriveSense::Sense{3, 0x11, 0x00}) : std::nullopt);
+        QCOMPARE(o.kind, JobOutcome::Failed);
+        QCOMPARE(o.writeError, 3);
+        QCOMPARE(o.driveError, code);
+        QCOMPARE(o.errorInfo, QStringLiteral("What failed"));
+        QCOMPARE(o.senseInfo, sense);
+    }
 
-void tst_BurnSense::sessionsOfAMedium_data() {
-    QTest::addColumn<Blocks>("blocks");
-    QTest::addColumn<QList<int>>("starts");
-    QTest::addColumn<int>("next");
-    QTest::newRow("blank") << Blocks{} << QList<int>{} << 32;
-    QTest::newRow("cancelled first session: no head")
-        << Blocks{{48, descriptor(1, 500)}} << QList<int>{} << 32;
-    QTest::newRow("image at block 0") << Blocks{{16, descriptor(1, 700)}} << QList<int>{0} << -1;
-    QTest::newRow("two sessions") << Blocks{{16, descriptor(1, 89)},
-                                            {48, descriptor(1, 24)},
-                                            {80, descriptor(1, 25)}}
-                                  << QList<int>{32, 64} << 96;
-    QTest::newRow("remains of a cancel beyond the head")
-        << Blocks{{16, descriptor(1, 56)}, {48, descriptor(1, 24)}, {80, descriptor(1, 9000)}}
-        << QList<int>{32} << 64;
-}
+    void sessionsOfAMedium_data() {
+        QTest::addColumn<Blocks>("blocks");
+        QTest::addColumn<QList<int>>("starts");
+        QTest::addColumn<int>("next");
+        QTest::newRow("blank") << Blocks{} << QList<int>{} << 32;
+        QTest::newRow("cancelled first session: no head")
+            << Blocks{{48, descriptor(1, 500)}} << QList<int>{} << 32;
+        QTest::newRow("image at block 0")
+            << Blocks{{16, descriptor(1, 700)}} << QList<int>{0} << -1;
+        QTest::newRow("two sessions")
+            << Blocks{{16, descriptor(1, 89)}, {48, descriptor(1, 24)}, {80, descriptor(1, 25)}}
+            << QList<int>{32, 64} << 96;
+        QTest::newRow("remains of a cancel beyond the head")
+            << Blocks{{16, descriptor(1, 56)}, {48, descriptor(1, 24)}, {80, descriptor(1, 9000)}}
+            << QList<int>{32} << 64;
+    }
 
-void tst_BurnSense::sessionsOfAMedium() {
-    QFETCH(Blocks, blocks);
-    QFETCH(QList<int>, starts);
-    QFETCH(int, next);
-    const auto sessions = OverwriteSessions::scan(reader(blocks), 100000);
-    QList<int> found;
-    for (const auto &s : sessions)
-        found << s.start;
-    QCOMPARE(found, starts);
-    QCOMPARE(OverwriteSessions::nextStart(sessions), next);
-}
+    void sessionsOfAMedium() {
+        QFETCH(Blocks, blocks);
+        QFETCH(QList<int>, starts);
+        QFETCH(int, next);
+        const auto sessions = OverwriteSessions::scan(reader(blocks), 100000);
+        QList<int> found;
+        for (const auto &s : sessions)
+            found << s.start;
+        QCOMPARE(found, starts);
+        QCOMPARE(OverwriteSessions::nextStart(sessions), next);
+    }
 
-void tst_BurnSense::headCountsFromBlockZero() {
-    QByteArray session(32 * 2048, '\x11');
-    session.replace(16 * 2048, 2048, descriptor(1, 25));
-    session.replace(17 * 2048, 2048, descriptor(2, 25));
-    session.replace(18 * 2048, 2048, descriptor(255, 0));
-    const QByteArray head = OverwriteSessions::head(session, 64, 25);
-    QCOMPARE(head.size(), session.size());
-    QCOMPARE(OverwriteSessions::volumeBlocks(head.constData() + 16 * 2048), 89);
-    QCOMPARE(head.mid(17 * 2048, 2048), descriptor(2, 89)); // Joliet's counts too, both orders
-    QCOMPARE(head.mid(18 * 2048, 2048), descriptor(255, 0));
-    QCOMPARE(head.left(16 * 2048), session.left(16 * 2048));
-}
+    void headCountsFromBlockZero() {
+        QByteArray session(32 * 2048, '\x11');
+        session.replace(16 * 2048, 2048, descriptor(1, 25));
+        session.replace(17 * 2048, 2048, descriptor(2, 25));
+        session.replace(18 * 2048, 2048, descriptor(255, 0));
+        const QByteArray head = OverwriteSessions::head(session, 64, 25);
+        QCOMPARE(head.size(), session.size());
+        QCOMPARE(OverwriteSessions::volumeBlocks(head.constData() + 16 * 2048), 89);
+        QCOMPARE(head.mid(17 * 2048, 2048), descriptor(2, 89)); // Joliet's counts too, both orders
+        QCOMPARE(head.mid(18 * 2048, 2048), descriptor(255, 0));
+        QCOMPARE(head.left(16 * 2048), session.left(16 * 2048));
+    }
 
-void tst_BurnSense::feedHandsOutTheTrack_data() {
-    QTest::addColumn<int>("mode");
-    QTest::addColumn<int>("blocks");
-    QTest::addColumn<int>("readSize"); // what libburn asks for per call
-    QTest::addColumn<int>("failAt");   // the block at which the source fails; -1 never
-    QTest::newRow("audio, a sector per call") << 0 << 75 << 2352 << -1;
-    QTest::newRow("data, a sector per call") << 1 << 70 << 2048 << -1;
-    QTest::newRow("data, odd sizes across runs") << 1 << 33 << 1000 << -1;
-    QTest::newRow("audio, large calls") << 0 << 40 << 2352 * 16 << -1;
-    QTest::newRow("source fails at block 40") << 1 << 100 << 2048 << 40;
-}
+    void feedHandsOutTheTrack_data() {
+        QTest::addColumn<int>("mode");
+        QTest::addColumn<int>("blocks");
+        QTest::addColumn<int>("readSize"); // what libburn asks for per call
+        QTest::addColumn<int>("failAt");   // the block at which the source fails; -1 never
+        QTest::newRow("audio, a sector per call") << 0 << 75 << 2352 << -1;
+        QTest::newRow("data, a sector per call") << 1 << 70 << 2048 << -1;
+        QTest::newRow("data, odd sizes across runs") << 1 << 33 << 1000 << -1;
+        QTest::newRow("audio, large calls") << 0 << 40 << 2352 * 16 << -1;
+        QTest::newRow("source fails at block 40") << 1 << 100 << 2048 << 40;
+    }
 
-void tst_BurnSense::feedHandsOutTheTrack() {
-    QFETCH(int, mode);
-    QFETCH(int, blocks);
-    QFETCH(int, readSize);
-    QFETCH(int, failAt);
-    PatternTrack track(mode, blocks, failAt);
-    auto record = std::make_shared<TrackFeed::Record>();
-    BurnLibrary::SourcePtr src = TrackFeed::create(&track, record);
-    QVERIFY(src);
-    const qint64 blockBytes = mode == 0 ? 2352 : 2048;
-    QCOMPARE(qint64(src->get_size(src.get())), blocks * blockBytes);
-    QByteArray all;
-    std::vector<unsigned char> buffer(static_cast<size_t>(readSize));
-    int n;
-    while ((n = src->read_xt(src.get(), buffer.data(), readSize)) > 0)
-        all.append(reinterpret_cast<const char *>(buffer.data()), n);
-    // A failure is -1, never an early end that libburn would pad with zeros.
-    QCOMPARE(n, failAt < 0 ? 0 : -1);
-    QCOMPARE(record->failed.load(), failAt >= 0);
-    const qint64 handedOut =
-        failAt < 0 ? blocks : failAt / TrackFeed::DigestBlocks * TrackFeed::DigestBlocks;
-    QCOMPARE(all.size(), handedOut * blockBytes);
-    for (qint64 i = 0; i < all.size(); i += 4093)
-        QCOMPARE(static_cast<unsigned char>(all[i]), static_cast<unsigned char>(i * 7 % 251));
-    // One digest per run of blocks, each of exactly the bytes handed out.
-    const qint64 run = TrackFeed::DigestBlocks * blockBytes;
-    QCOMPARE(record->digests.size(),
-             (handedOut + TrackFeed::DigestBlocks - 1) / TrackFeed::DigestBlocks);
-    for (qsizetype r = 0; r < record->digests.size(); ++r)
-        QCOMPARE(record->digests[r],
-                 TrackFeed::digest(all.constData() + r * run, std::min(run, all.size() - r * run)));
-}
+    void feedHandsOutTheTrack() {
+        QFETCH(int, mode);
+        QFETCH(int, blocks);
+        QFETCH(int, readSize);
+        QFETCH(int, failAt);
+        PatternTrack track(mode, blocks, failAt);
+        auto record = std::make_shared<TrackFeed::Record>();
+        BurnLibrary::SourcePtr src = TrackFeed::create(&track, record);
+        QVERIFY(src);
+        const qint64 blockBytes = mode == 0 ? 2352 : 2048;
+        QCOMPARE(qint64(src->get_size(src.get())), blocks * blockBytes);
+        QByteArray all;
+        std::vector<unsigned char> buffer(static_cast<size_t>(readSize));
+        int n;
+        while ((n = src->read_xt(src.get(), buffer.data(), readSize)) > 0)
+            all.append(reinterpret_cast<const char *>(buffer.data()), n);
+        // A failure is -1, never an early end that libburn would pad with zeros.
+        QCOMPARE(n, failAt < 0 ? 0 : -1);
+        QCOMPARE(record->failed.load(), failAt >= 0);
+        const qint64 handedOut =
+            failAt < 0 ? blocks : failAt / TrackFeed::DigestBlocks * TrackFeed::DigestBlocks;
+        QCOMPARE(all.size(), handedOut * blockBytes);
+        for (qint64 i = 0; i < all.size(); i += 4093)
+            QCOMPARE(static_cast<unsigned char>(all[i]), static_cast<unsigned char>(i * 7 % 251));
+        // One digest per run of blocks, each of exactly the bytes handed out.
+        const qint64 run = TrackFeed::DigestBlocks * blockBytes;
+        QCOMPARE(record->digests.size(),
+                 (handedOut + TrackFeed::DigestBlocks - 1) / TrackFeed::DigestBlocks);
+        for (qsizetype r = 0; r < record->digests.size(); ++r)
+            QCOMPARE(record->digests[r], TrackFeed::digest(all.constData() + r * run,
+                                                           std::min(run, all.size() - r * run)));
+    }
 
-void tst_BurnSense::profilesAsMediaTypes_data() {
-    QTest::addColumn<int>("profile");
-    QTest::addColumn<int>("mediaType");
-    QTest::addColumn<bool>("anyAddress"); // sessions laid out by this recorder, not the drive
-    QTest::newRow("CD-ROM, shown as a closed CD-R") << 0x08 << 255 << false;
-    QTest::newRow("DVD-RW restricted overwrite") << 0x13 << 3 << true;
-    QTest::newRow("DVD-RW sequential") << 0x14 << 3 << false;
-    QTest::newRow("BD-RE") << 0x43 << 1 << true;
-    QTest::newRow("a file") << 0xffff << 1 << true;
-    QTest::newRow("none") << 0 << 254 << false;
-}
+    void profilesAsMediaTypes_data() {
+        QTest::addColumn<int>("profile");
+        QTest::addColumn<int>("mediaType");
+        QTest::addColumn<bool>("anyAddress"); // sessions laid out by this recorder, not the drive
+        QTest::newRow("CD-ROM, shown as a closed CD-R") << 0x08 << 255 << false;
+        QTest::newRow("DVD-RW restricted overwrite") << 0x13 << 3 << true;
+        QTest::newRow("DVD-RW sequential") << 0x14 << 3 << false;
+        QTest::newRow("BD-RE") << 0x43 << 1 << true;
+        QTest::newRow("a file") << 0xffff << 1 << true;
+        QTest::newRow("none") << 0 << 254 << false;
+    }
 
-void tst_BurnSense::profilesAsMediaTypes() {
-    QFETCH(int, profile);
-    QFETCH(int, mediaType);
-    QFETCH(bool, anyAddress);
-    QCOMPARE(BurnMedium::mediaTypeOf(profile), mediaType);
-    QCOMPARE(BurnMedium::isOverwriteable(profile), anyAddress);
-}
+    void profilesAsMediaTypes() {
+        QFETCH(int, profile);
+        QFETCH(int, mediaType);
+        QFETCH(bool, anyAddress);
+        QCOMPARE(BurnMedium::mediaTypeOf(profile), mediaType);
+        QCOMPARE(BurnMedium::isOverwriteable(profile), anyAddress);
+    }
+};
 
 QTEST_MAIN(tst_BurnSense)
 #include "tst_burnsense.moc"

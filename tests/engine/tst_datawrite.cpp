@@ -4,14 +4,9 @@
 #include "ReadBack.h"
 #include "TestEnvironment.h"
 
-#include "base/IniFile.h"
-#include "engine/notify/CDNotify.h"
-#include "engine/writer/recorders/image/ImageRecorder.h"
-
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -20,302 +15,276 @@ using namespace Fixtures;
 class tst_DataWrite : public QObject {
     Q_OBJECT
 private slots:
-    void writeAndAppendSession_data();
-    void writeAndAppendSession();
-    void testWriteLeavesMediumUntouched();
-    void cancelAtOnePercent();
-    void imageLargerThanMedium();
-    void finalizedDiscTakesNoMore();
-    void importRefusesWhatIsNotModeOne();
-    void writeIsoFile();
-    void filesOverFourGiBAreLaidOut();
-    void notifyReportsTrayChanges();
+    void writeAndAppendSession_data() {
+        QTest::addColumn<bool>("cache");
+        QTest::addColumn<QString>("medium");
+        QTest::newRow("streamed, CD-R") << false << "CD-R 80";
+        QTest::newRow("cached, CD-R") << true << "CD-R 80";
+        QTest::newRow("streamed, DVD+R") << false << "DVD+R";
+    }
+
+    void writeAndAppendSession() {
+        QFETCH(bool, cache);
+        QFETCH(QString, medium);
+        EngineRig rig(medium, EngineRig::Data);
+        QTemporaryDir src;
+        writeFile(src.filePath("docs/report one.txt"), pseudoRandom(300000, 1));
+        writeFile(src.filePath("docs/Ünïcode.bin"), pseudoRandom(12345, 2));
+        writeFile(src.filePath("keep.txt"), "kept\n");
+        writeFile(src.filePath("gone.txt"), "removed later\n");
+        rig.engine.AddISODirectory("\\", src.path() + "\\*.*");
+        rig.engine.setVolumeIdentifier("FIRST");
+        rig.engine.setPublisherIdentifier("TESSALY TEST");
+        rig.engine.setCacheImage(cache);
+        const QString log = QDir(rig.env.appFolder()).filePath("Dat/Burnlog.txt");
+        rig.engine.SetLogging(true, log);
+        rig.engine.setTestWrite(false);
+        const qint32 blocks = rig.engine.ISOImageBlocks();
+        const qint32 free0 = rig.engine.FreeBlocks();
+        QVERIFY(rig.engine.WriteDisc());
+        QVERIFY(!rig.engine.WriteDisc()); // one job at a time
+        QVERIFY(rig.probe.waitForEnd());
+
+        // The events in the order the windows rest on.
+        const QStringList &ev = rig.probe.events;
+        QCOMPARE(ev.first(), QStringLiteral("PreparingToWrite"));
+        QCOMPARE(rig.probe.count("WriteComplete"), 1);
+        QCOMPARE(ev.last(), QStringLiteral("WriteComplete"));
+        QCOMPARE(rig.probe.count("CachingStatus") > 0, cache);
+        if (cache)
+            QVERIFY(ev.lastIndexOf("CachingStatus") < ev.indexOf("CreatingDirectories"));
+        QVERIFY(ev.indexOf("CreatingDirectories") < ev.indexOf("TrackWriteStatus"));
+        QVERIFY(ev.lastIndexOf("TrackWriteStatus") < ev.indexOf("ClosingTrack"));
+        QVERIFY(ev.indexOf("ClosingTrack") < ev.indexOf("ClosingSession"));
+        QCOMPARE(rig.probe.count("ClosingDisc"), 0);
+        QVERIFY(rig.probe.trackPercents.contains(1));
+        QCOMPARE(rig.probe.trackPercents.last(), 100);
+        QVERIFY(QDir(rig.env.appFolder() + "/Cache").entryList(QDir::Files).isEmpty());
+        QFile logFile(log);
+        QVERIFY(logFile.open(QIODevice::ReadOnly));
+        const QByteArray logText = logFile.readAll();
+        QVERIFY(logText.contains("Finished well."));
+        QVERIFY(logText.contains("Closing the session."));
+
+        // An open disc with one session, its space less the session and its overhead.
+        const bool cd = medium.startsWith("CD");
+        QCOMPARE(rig.engine.DiscStatus(), 1);
+        QCOMPARE(rig.engine.LastSessionStatus(), 0);
+        QCOMPARE(rig.engine.SessionCount(), 2);
+        const qint32 second = cd ? blocks + 11400 : (blocks + 15) / 16 * 16;
+        QCOMPARE(rig.engine.FreeBlocks(), free0 - second);
+
+        // Import, change and append.
+        rig.engine.ClearISOImage();
+        rig.engine.setVolumeIdentifier("SOMETHING ELSE");
+        rig.probe.added.clear();
+        QVERIFY(rig.engine.ImportLastSession(true));
+        QVERIFY(rig.probe.added.contains("\\docs\\report one.txt"));
+        QVERIFY(rig.probe.added.indexOf("\\docs") <
+                rig.probe.added.indexOf("\\docs\\report one.txt"));
+        QCOMPARE(rig.engine.VolumeIdentifier(), QStringLiteral("FIRST"));
+        QCOMPARE(rig.engine.PublisherIdentifier(), QStringLiteral("TESSALY TEST"));
+        QCOMPARE(rig.engine.ISOFileCount(), 4);
+        writeFile(src.filePath("new/added.bin"), pseudoRandom(50000, 3));
+        writeFile(src.filePath("keep v2.txt"), "kept, second version\n");
+        rig.engine.AddISODirectory("\\new", src.filePath("new") + "/*.*");
+        QVERIFY(rig.engine.RemoveISOItem("\\gone.txt"));
+        QVERIFY(rig.engine.RenameISODirectory("\\docs", "papers"));
+        // A collision with an imported file asks; refused first, then accepted.
+        rig.engine.AddISOFile("\\keep.txt", src.filePath("keep v2.txt"));
+        QCOMPARE(rig.probe.replaceAsked, QStringList({"\\keep.txt"}));
+        rig.probe.replaceAnswer = true;
+        rig.engine.AddISOFile("\\keep.txt", src.filePath("keep v2.txt"));
+        QCOMPARE(rig.probe.replaceAsked.size(), 2);
+
+        const qint32 nwa = 360000 - rig.engine.FreeBlocks();
+        rig.probe.events.clear();
+        QVERIFY(rig.engine.WriteDisc());
+        QVERIFY(rig.probe.waitForEnd());
+        QCOMPARE(rig.probe.endingEvent(), QStringLiteral("WriteComplete"));
+        QCOMPARE(rig.engine.SessionCount(), 3);
+
+        const QString image = rig.eject();
+        QVERIFY(!image.isEmpty());
+        const qint32 start2 = cd ? nwa : second;
+        QTemporaryDir out;
+        QCOMPARE(ReadBack::xorrisoFiles(image, start2),
+                 QStringList({"/keep.txt", "/new/added.bin", "/papers/report one.txt",
+                              "/papers/Ünïcode.bin"}));
+        QCOMPARE(ReadBack::xorrisoExtract(image, "/papers/report one.txt", out, start2),
+                 ReadBack::sha256(src.filePath("docs/report one.txt")));
+        QCOMPARE(ReadBack::xorrisoExtract(image, "/new/added.bin", out, start2),
+                 ReadBack::sha256(src.filePath("new/added.bin")));
+        QCOMPARE(ReadBack::xorrisoExtract(image, "/keep.txt", out, start2),
+                 ReadBack::sha256(src.filePath("keep v2.txt")));
+        // The first session is still whole at its own address.
+        QCOMPARE(
+            ReadBack::xorrisoFiles(image, 0),
+            QStringList({"/docs/report one.txt", "/docs/Ünïcode.bin", "/gone.txt", "/keep.txt"}));
+        QCOMPARE(ReadBack::xorrisoExtract(image, "/keep.txt", out, 0),
+                 ReadBack::sha256(src.filePath("keep.txt")));
+        // isoinfo reads the second session at its address too.
+        const QByteArray listing =
+            ReadBack::run("isoinfo", {"-R", "-f", "-T", QString::number(start2), "-i", image});
+        QVERIFY2(listing.contains("/new/added.bin"), listing.constData());
+        QVERIFY(listing.contains("/papers/report one.txt"));
+        QVERIFY(!listing.contains("gone.txt"));
+    }
+
+    void testWriteLeavesMediumUntouched() {
+        EngineRig rig("CD-R 80", EngineRig::Data);
+        QTemporaryDir src;
+        writeFile(src.filePath("a.bin"), pseudoRandom(400000, 5));
+        rig.engine.AddISOFile("\\a.bin", src.filePath("a.bin"));
+        rig.engine.setTestWrite(true);
+        rig.engine.setFinalizeDisc(true);
+        const QString before = rig.descriptorText();
+        QVERIFY(rig.engine.WriteDisc());
+        QVERIFY(rig.probe.waitForEnd());
+        QCOMPARE(rig.probe.events.first(), QStringLiteral("PreparingToWrite"));
+        QCOMPARE(rig.probe.endingEvent(), QStringLiteral("WriteComplete"));
+        for (const char *e : {"CreatingDirectories", "TrackWriteStatus", "ClosingTrack",
+                              "ClosingSession", "ClosingDisc"})
+            QVERIFY2(rig.probe.count(e) > 0, e);
+        QVERIFY(rig.engine.TestWrite()); // read back by the window at the end
+        QCOMPARE(rig.descriptorText(), before);
+        QCOMPARE(rig.engine.DiscStatus(), 0);
+        QCOMPARE(rig.engine.FreeBlocks(), 360000);
+    }
+
+    void cancelAtOnePercent() {
+        // Held to 4x so that the cancel, sent from the 1 % event, lands mid-write.
+        EngineRig rig("CD-R 80", EngineRig::Data, {"EmulateSpeed=1"});
+        QTemporaryDir src;
+        writeFile(src.filePath("big.bin"), pseudoRandom(3 * 1024 * 1024, 6));
+        rig.engine.AddISOFile("\\big.bin", src.filePath("big.bin"));
+        rig.engine.SetWriteSpeed(4 * 176);
+        rig.probe.cancelAtOnePercent = true;
+        QVERIFY(rig.engine.WriteDisc());
+        QVERIFY(rig.probe.waitForEnd());
+        QCOMPARE(rig.probe.endingEvent(), QStringLiteral("WriteCancelled"));
+        QCOMPARE(rig.probe.count("WriteCancelled"), 1);
+        QCOMPARE(rig.probe.count("WriteComplete") + rig.probe.count("WriteError"), 0);
+        QCOMPARE(rig.probe.count("ClosingSession"), 0);
+        // What was burnt stays, in a session the drive could not close.
+        QCOMPARE(rig.engine.DiscStatus(), 1);
+        QCOMPARE(rig.engine.LastSessionStatus(), 1);
+        QCOMPARE(rig.engine.FreeBlocks(), 0);
+        // The drive is usable again at once: a further write is refused by the disc, not the job.
+        rig.probe.events.clear();
+        QVERIFY(rig.engine.WriteDisc());
+        QVERIFY(rig.probe.waitForEnd());
+        QCOMPARE(rig.probe.endingEvent(), QStringLiteral("WriteError"));
+        QCOMPARE(rig.probe.writeError, 3);
+    }
+
+    void imageLargerThanMedium() {
+        EngineRig rig("CD-R 74", EngineRig::Data);
+        QTemporaryDir src;
+        QFile big(src.filePath("big.bin"));
+        QVERIFY(big.open(QIODevice::WriteOnly));
+        QVERIFY(
+            big.resize(qint64(700) * 1024 * 1024)); // sparse: nothing is read before the refusal
+        big.close();
+        rig.engine.AddISOFile("\\big.bin", big.fileName());
+        QVERIFY(rig.engine.ISOImageBlocks() > rig.engine.FreeBlocks());
+        QVERIFY(rig.engine.WriteDisc());
+        QVERIFY(rig.probe.waitForEnd());
+        QCOMPARE(rig.probe.events, QStringList({"PreparingToWrite", "WriteError"}));
+        QCOMPARE(rig.probe.writeError, 3);
+        QCOMPARE(rig.probe.driveError, 1021);
+        QCOMPARE(rig.engine.DiscStatus(), 0);
+    }
+
+    void finalizedDiscTakesNoMore() {
+        EngineRig rig("CD-R 80", EngineRig::Data);
+        QTemporaryDir src;
+        writeFile(src.filePath("f.txt"), "final\n");
+        rig.engine.AddISOFile("\\f.txt", src.filePath("f.txt"));
+        rig.engine.setFinalizeDisc(true);
+        QVERIFY(rig.engine.WriteDisc());
+        QVERIFY(rig.probe.waitForEnd());
+        QCOMPARE(rig.probe.endingEvent(), QStringLiteral("WriteComplete"));
+        QVERIFY(rig.probe.events.indexOf("ClosingSession") <
+                rig.probe.events.indexOf("ClosingDisc"));
+        QCOMPARE(rig.engine.DiscStatus(), 2);
+        QCOMPARE(rig.engine.LastSessionStatus(), 3);
+        QCOMPARE(rig.engine.SessionCount(), 1);
+        QCOMPARE(rig.engine.FreeBlocks(), 0);
+        QCOMPARE(rig.engine.MaxWriteSpeed(), 0);
+        rig.probe.events.clear();
+        QVERIFY(rig.engine.WriteDisc());
+        QVERIFY(rig.probe.waitForEnd());
+        QCOMPARE(rig.probe.events, QStringList({"PreparingToWrite", "WriteError"}));
+        QCOMPARE(rig.probe.writeError, 3);
+        // Its session is still imported for a look at it.
+        QVERIFY(rig.engine.ImportLastSession(true));
+        QCOMPARE(rig.engine.ISOFileCount(), 1);
+    }
+
+    void importRefusesWhatIsNotModeOne() {
+        EngineRig rig("CD-R 80", EngineRig::Data);
+        QVERIFY(!rig.engine.ImportLastSession(true)); // a blank disc
+        QTemporaryDir src;
+        writeFile(src.filePath("f.txt"), "xa\n");
+        rig.engine.AddISOFile("\\f.txt", src.filePath("f.txt"));
+        rig.engine.setTrackMode(2);
+        QVERIFY(rig.engine.WriteDisc());
+        QVERIFY(rig.probe.waitForEnd());
+        QCOMPARE(rig.probe.endingEvent(), QStringLiteral("WriteComplete"));
+        QCOMPARE(rig.engine.DiscType(), 32);
+        QVERIFY(!rig.engine.ImportLastSession(true));
+        // A DVD takes no Mode 2 track.
+        EngineRig dvd("DVD-R", EngineRig::Data);
+        dvd.engine.AddISOFile("\\f.txt", src.filePath("f.txt"));
+        dvd.engine.setTrackMode(2);
+        QVERIFY(dvd.engine.WriteDisc());
+        QVERIFY(dvd.probe.waitForEnd());
+        QCOMPARE(dvd.probe.driveError, 1040);
+        // No drive, no import.
+        CDWriterPro none;
+        QVERIFY(!none.ImportLastSession(true));
+        QVERIFY(!none.WriteDisc());
+    }
+
+    void writeIsoFile() {
+        EngineRig rig("CD-R 80", EngineRig::Data);
+        QTemporaryDir src;
+        writeFile(src.filePath("f.bin"), pseudoRandom(200000, 9));
+        rig.engine.AddISOFile("\\f.bin", src.filePath("f.bin"));
+        QVERIFY(rig.engine.CreateISOFile(src.filePath("made.iso")));
+        rig.probe.events.clear();
+        QVERIFY(!rig.engine.WriteISOFile(src.filePath("missing.iso")));
+        QVERIFY(rig.engine.WriteISOFile(src.filePath("made.iso")));
+        QVERIFY(rig.probe.waitForEnd());
+        QCOMPARE(rig.probe.endingEvent(), QStringLiteral("WriteComplete"));
+        QVERIFY(rig.probe.trackPercents.contains(1));
+        QCOMPARE(rig.probe.count("CachingStatus"), 0);
+        // A plain image goes on an empty disc only.
+        QVERIFY(!rig.engine.WriteISOFile(src.filePath("made.iso")));
+        const QString image = rig.eject();
+        QTemporaryDir out;
+        QCOMPARE(ReadBack::xorrisoExtract(image, "/f.bin", out, 0),
+                 ReadBack::sha256(src.filePath("f.bin")));
+    }
+
+    void filesOverFourGiBAreLaidOut() {
+        EngineRig rig("DVD+R", EngineRig::Data);
+        QTemporaryDir src;
+        QFile big(src.filePath("huge.bin"));
+        QVERIFY(big.open(QIODevice::WriteOnly));
+        QVERIFY(big.resize(qint64(5) * 1024 * 1024 * 1024)); // sparse
+        big.close();
+        writeFile(src.filePath("one.bin"), "1");
+        rig.engine.AddISOFile("\\huge.bin", src.filePath("one.bin"));
+        const qint64 small = rig.engine.ISOImageBlocks();
+        QVERIFY(rig.engine.RemoveISOItem("\\huge.bin"));
+        rig.engine.AddISOFile("\\huge.bin", big.fileName());
+        QCOMPARE(rig.engine.ISOFileCount(), 1);
+        // Level 3 gives the file several extents; the layout counts every block of it.
+        QCOMPARE(rig.engine.ISOImageBlocks() - small, qint64(5) * 1024 * 1024 * 1024 / 2048 - 1);
+    }
 };
-
-void tst_DataWrite::writeAndAppendSession_data() {
-    QTest::addColumn<bool>("cache");
-    QTest::addColumn<QString>("medium");
-    QTest::newRow("streamed, CD-R") << false << "CD-R 80";
-    QTest::newRow("cached, CD-R") << true << "CD-R 80";
-    QTest::newRow("streamed, DVD+R") << false << "DVD+R";
-}
-
-void tst_DataWrite::writeAndAppendSession() {
-    QFETCH(bool, cache);
-    QFETCH(QString, medium);
-    EngineRig rig(medium, EngineRig::Data);
-    QTemporaryDir src;
-    writeFile(src.filePath("docs/report one.txt"), pseudoRandom(300000, 1));
-    writeFile(src.filePath("docs/Ünïcode.bin"), pseudoRandom(12345, 2));
-    writeFile(src.filePath("keep.txt"), "kept\n");
-    writeFile(src.filePath("gone.txt"), "removed later\n");
-    rig.engine.AddISODirectory("\\", src.path() + "\\*.*");
-    rig.engine.setVolumeIdentifier("FIRST");
-    rig.engine.setPublisherIdentifier("TESSALY TEST");
-    rig.engine.setCacheImage(cache);
-    const QString log = QDir(rig.env.appFolder()).filePath("Dat/Burnlog.txt");
-    rig.engine.SetLogging(true, log);
-    rig.engine.setTestWrite(false);
-    const qint32 blocks = rig.engine.ISOImageBlocks();
-    const qint32 free0 = rig.engine.FreeBlocks();
-    QVERIFY(rig.engine.WriteDisc());
-    QVERIFY(!rig.engine.WriteDisc()); // one job at a time
-    QVERIFY(rig.probe.waitForEnd());
-
-    // The events in the order the windows rest on.
-    const QStringList &ev = rig.probe.events;
-    QCOMPARE(ev.first(), QStringLiteral("PreparingToWrite"));
-    QCOMPARE(rig.probe.count("WriteComplete"), 1);
-    QCOMPARE(ev.last(), QStringLiteral("WriteComplete"));
-    QCOMPARE(rig.probe.count("CachingStatus") > 0, cache);
-    if (cache)
-        QVERIFY(ev.lastIndexOf("CachingStatus") < ev.indexOf("CreatingDirectories"));
-    QVERIFY(ev.indexOf("CreatingDirectories") < ev.indexOf("TrackWriteStatus"));
-    QVERIFY(ev.lastIndexOf("TrackWriteStatus") < ev.indexOf("ClosingTrack"));
-    QVERIFY(ev.indexOf("ClosingTrack") < ev.indexOf("ClosingSession"));
-    QCOMPARE(rig.probe.count("ClosingDisc"), 0);
-    QVERIFY(rig.probe.trackPercents.contains(1));
-    QCOMPARE(rig.probe.trackPercents.last(), 100);
-    QVERIFY(QDir(rig.env.appFolder() + "/Cache").entryList(QDir::Files).isEmpty());
-    QFile logFile(log);
-    QVERIFY(logFile.open(QIODevice::ReadOnly));
-    const QByteArray logText = logFile.readAll();
-    QVERIFY(logText.contains("Finished well."));
-    QVERIFY(logText.contains("Closing the session."));
-
-    // An open disc with one session, its space less the session and its overhead.
-    const bool cd = medium.startsWith("CD");
-    QCOMPARE(rig.engine.DiscStatus(), 1);
-    QCOMPARE(rig.engine.LastSessionStatus(), 0);
-    QCOMPARE(rig.engine.SessionCount(), 2);
-    const qint32 second = cd ? blocks + 11400 : (blocks + 15) / 16 * 16;
-    QCOMPARE(rig.engine.FreeBlocks(), free0 - second);
-
-    // Import, change and append.
-    rig.engine.ClearISOImage();
-    rig.engine.setVolumeIdentifier("SOMETHING ELSE");
-    rig.probe.added.clear();
-    QVERIFY(rig.engine.ImportLastSession(true));
-    QVERIFY(rig.probe.added.contains("\\docs\\report one.txt"));
-    QVERIFY(rig.probe.added.indexOf("\\docs") < rig.probe.added.indexOf("\\docs\\report one.txt"));
-    QCOMPARE(rig.engine.VolumeIdentifier(), QStringLiteral("FIRST"));
-    QCOMPARE(rig.engine.PublisherIdentifier(), QStringLiteral("TESSALY TEST"));
-    QCOMPARE(rig.engine.ISOFileCount(), 4);
-    writeFile(src.filePath("new/added.bin"), pseudoRandom(50000, 3));
-    writeFile(src.filePath("keep v2.txt"), "kept, second version\n");
-    rig.engine.AddISODirectory("\\new", src.filePath("new") + "/*.*");
-    QVERIFY(rig.engine.RemoveISOItem("\\gone.txt"));
-    QVERIFY(rig.engine.RenameISODirectory("\\docs", "papers"));
-    // A collision with an imported file asks; refused first, then accepted.
-    rig.engine.AddISOFile("\\keep.txt", src.filePath("keep v2.txt"));
-    QCOMPARE(rig.probe.replaceAsked, QStringList({"\\keep.txt"}));
-    rig.probe.replaceAnswer = true;
-    rig.engine.AddISOFile("\\keep.txt", src.filePath("keep v2.txt"));
-    QCOMPARE(rig.probe.replaceAsked.size(), 2);
-
-    const qint32 nwa = 360000 - rig.engine.FreeBlocks();
-    rig.probe.events.clear();
-    QVERIFY(rig.engine.WriteDisc());
-    QVERIFY(rig.probe.waitForEnd());
-    QCOMPARE(rig.probe.endingEvent(), QStringLiteral("WriteComplete"));
-    QCOMPARE(rig.engine.SessionCount(), 3);
-
-    const QString image = rig.eject();
-    QVERIFY(!image.isEmpty());
-    const qint32 start2 = cd ? nwa : second;
-    QTemporaryDir out;
-    QCOMPARE(ReadBack::xorrisoFiles(image, start2),
-             QStringList(
-                 {"/keep.txt", "/new/added.bin", "/papers/report one.txt", "/papers/Ünïcode.bin"}));
-    QCOMPARE(ReadBack::xorrisoExtract(image, "/papers/report one.txt", out, start2),
-             ReadBack::sha256(src.filePath("docs/report one.txt")));
-    QCOMPARE(ReadBack::xorrisoExtract(image, "/new/added.bin", out, start2),
-             ReadBack::sha256(src.filePath("new/added.bin")));
-    QCOMPARE(ReadBack::xorrisoExtract(image, "/keep.txt", out, start2),
-             ReadBack::sha256(src.filePath("keep v2.txt")));
-    // The first session is still whole at its own address.
-    QCOMPARE(ReadBack::xorrisoFiles(image, 0),
-             QStringList({"/docs/report one.txt", "/docs/Ünïcode.bin", "/gone.txt", "/keep.txt"}));
-    QCOMPARE(ReadBack::xorrisoExtract(image, "/keep.txt", out, 0),
-             ReadBack::sha256(src.filePath("keep.txt")));
-    // isoinfo reads the second session at its address too.
-    const QByteArray listing =
-        ReadBack::run("isoinfo", {"-R", "-f", "-T", QString::number(start2), "-i", image});
-    QVERIFY2(listing.contains("/new/added.bin"), listing.constData());
-    QVERIFY(listing.contains("/papers/report one.txt"));
-    QVERIFY(!listing.contains("gone.txt"));
-}
-
-void tst_DataWrite::testWriteLeavesMediumUntouched() {
-    EngineRig rig("CD-R 80", EngineRig::Data);
-    QTemporaryDir src;
-    writeFile(src.filePath("a.bin"), pseudoRandom(400000, 5));
-    rig.engine.AddISOFile("\\a.bin", src.filePath("a.bin"));
-    rig.engine.setTestWrite(true);
-    rig.engine.setFinalizeDisc(true);
-    const QString before = rig.descriptorText();
-    QVERIFY(rig.engine.WriteDisc());
-    QVERIFY(rig.probe.waitForEnd());
-    QCOMPARE(rig.probe.events.first(), QStringLiteral("PreparingToWrite"));
-    QCOMPARE(rig.probe.endingEvent(), QStringLiteral("WriteComplete"));
-    for (const char *e : {"CreatingDirectories", "TrackWriteStatus", "ClosingTrack",
-                          "ClosingSession", "ClosingDisc"})
-        QVERIFY2(rig.probe.count(e) > 0, e);
-    QVERIFY(rig.engine.TestWrite()); // read back by the window at the end
-    QCOMPARE(rig.descriptorText(), before);
-    QCOMPARE(rig.engine.DiscStatus(), 0);
-    QCOMPARE(rig.engine.FreeBlocks(), 360000);
-}
-
-void tst_DataWrite::cancelAtOnePercent() {
-    // Held to 4x so that the cancel, sent from the 1 % event, lands mid-write.
-    EngineRig rig("CD-R 80", EngineRig::Data, {"EmulateSpeed=1"});
-    QTemporaryDir src;
-    writeFile(src.filePath("big.bin"), pseudoRandom(3 * 1024 * 1024, 6));
-    rig.engine.AddISOFile("\\big.bin", src.filePath("big.bin"));
-    rig.engine.SetWriteSpeed(4 * 176);
-    rig.probe.cancelAtOnePercent = true;
-    QVERIFY(rig.engine.WriteDisc());
-    QVERIFY(rig.probe.waitForEnd());
-    QCOMPARE(rig.probe.endingEvent(), QStringLiteral("WriteCancelled"));
-    QCOMPARE(rig.probe.count("WriteCancelled"), 1);
-    QCOMPARE(rig.probe.count("WriteComplete") + rig.probe.count("WriteError"), 0);
-    QCOMPARE(rig.probe.count("ClosingSession"), 0);
-    // What was burnt stays, in a session the drive could not close.
-    QCOMPARE(rig.engine.DiscStatus(), 1);
-    QCOMPARE(rig.engine.LastSessionStatus(), 1);
-    QCOMPARE(rig.engine.FreeBlocks(), 0);
-    // The drive is usable again at once: a further write is refused by the disc, not the job.
-    rig.probe.events.clear();
-    QVERIFY(rig.engine.WriteDisc());
-    QVERIFY(rig.probe.waitForEnd());
-    QCOMPARE(rig.probe.endingEvent(), QStringLiteral("WriteError"));
-    QCOMPARE(rig.probe.writeError, 3);
-}
-
-void tst_DataWrite::imageLargerThanMedium() {
-    EngineRig rig("CD-R 74", EngineRig::Data);
-    QTemporaryDir src;
-    QFile big(src.filePath("big.bin"));
-    QVERIFY(big.open(QIODevice::WriteOnly));
-    QVERIFY(big.resize(qint64(700) * 1024 * 1024)); // sparse: nothing is read before the refusal
-    big.close();
-    rig.engine.AddISOFile("\\big.bin", big.fileName());
-    QVERIFY(rig.engine.ISOImageBlocks() > rig.engine.FreeBlocks());
-    QVERIFY(rig.engine.WriteDisc());
-    QVERIFY(rig.probe.waitForEnd());
-    QCOMPARE(rig.probe.events, QStringList({"PreparingToWrite", "WriteError"}));
-    QCOMPARE(rig.probe.writeError, 3);
-    QCOMPARE(rig.probe.driveError, 1021);
-    QCOMPARE(rig.engine.DiscStatus(), 0);
-}
-
-void tst_DataWrite::finalizedDiscTakesNoMore() {
-    EngineRig rig("CD-R 80", EngineRig::Data);
-    QTemporaryDir src;
-    writeFile(src.filePath("f.txt"), "final\n");
-    rig.engine.AddISOFile("\\f.txt", src.filePath("f.txt"));
-    rig.engine.setFinalizeDisc(true);
-    QVERIFY(rig.engine.WriteDisc());
-    QVERIFY(rig.probe.waitForEnd());
-    QCOMPARE(rig.probe.endingEvent(), QStringLiteral("WriteComplete"));
-    QVERIFY(rig.probe.events.indexOf("ClosingSession") < rig.probe.events.indexOf("ClosingDisc"));
-    QCOMPARE(rig.engine.DiscStatus(), 2);
-    QCOMPARE(rig.engine.LastSessionStatus(), 3);
-    QCOMPARE(rig.engine.SessionCount(), 1);
-    QCOMPARE(rig.engine.FreeBlocks(), 0);
-    QCOMPARE(rig.engine.MaxWriteSpeed(), 0);
-    rig.probe.events.clear();
-    QVERIFY(rig.engine.WriteDisc());
-    QVERIFY(rig.probe.waitForEnd());
-    QCOMPARE(rig.probe.events, QStringList({"PreparingToWrite", "WriteError"}));
-    QCOMPARE(rig.probe.writeError, 3);
-    // Its session is still imported for a look at it.
-    QVERIFY(rig.engine.ImportLastSession(true));
-    QCOMPARE(rig.engine.ISOFileCount(), 1);
-}
-
-void tst_DataWrite::importRefusesWhatIsNotModeOne() {
-    EngineRig rig("CD-R 80", EngineRig::Data);
-    QVERIFY(!rig.engine.ImportLastSession(true)); // a blank disc
-    QTemporaryDir src;
-    writeFile(src.filePath("f.txt"), "xa\n");
-    rig.engine.AddISOFile("\\f.txt", src.filePath("f.txt"));
-    rig.engine.setTrackMode(2);
-    QVERIFY(rig.engine.WriteDisc());
-    QVERIFY(rig.probe.waitForEnd());
-    QCOMPARE(rig.probe.endingEvent(), QStringLiteral("WriteComplete"));
-    QCOMPARE(rig.engine.DiscType(), 32);
-    QVERIFY(!rig.engine.ImportLastSession(true));
-    // A DVD takes no Mode 2 track.
-    EngineRig dvd("DVD-R", EngineRig::Data);
-    dvd.engine.AddISOFile("\\f.txt", src.filePath("f.txt"));
-    dvd.engine.setTrackMode(2);
-    QVERIFY(dvd.engine.WriteDisc());
-    QVERIFY(dvd.probe.waitForEnd());
-    QCOMPARE(dvd.probe.driveError, 1040);
-    // No drive, no import.
-    CDWriterPro none;
-    QVERIFY(!none.ImportLastSession(true));
-    QVERIFY(!none.WriteDisc());
-}
-
-void tst_DataWrite::writeIsoFile() {
-    EngineRig rig("CD-R 80", EngineRig::Data);
-    QTemporaryDir src;
-    writeFile(src.filePath("f.bin"), pseudoRandom(200000, 9));
-    rig.engine.AddISOFile("\\f.bin", src.filePath("f.bin"));
-    QVERIFY(rig.engine.CreateISOFile(src.filePath("made.iso")));
-    rig.probe.events.clear();
-    QVERIFY(!rig.engine.WriteISOFile(src.filePath("missing.iso")));
-    QVERIFY(rig.engine.WriteISOFile(src.filePath("made.iso")));
-    QVERIFY(rig.probe.waitForEnd());
-    QCOMPARE(rig.probe.endingEvent(), QStringLiteral("WriteComplete"));
-    QVERIFY(rig.probe.trackPercents.contains(1));
-    QCOMPARE(rig.probe.count("CachingStatus"), 0);
-    // A plain image goes on an empty disc only.
-    QVERIFY(!rig.engine.WriteISOFile(src.filePath("made.iso")));
-    const QString image = rig.eject();
-    QTemporaryDir out;
-    QCOMPARE(ReadBack::xorrisoExtract(image, "/f.bin", out, 0),
-             ReadBack::sha256(src.filePath("f.bin")));
-}
-
-void tst_DataWrite::filesOverFourGiBAreLaidOut() {
-    EngineRig rig("DVD+R", EngineRig::Data);
-    QTemporaryDir src;
-    QFile big(src.filePath("huge.bin"));
-    QVERIFY(big.open(QIODevice::WriteOnly));
-    QVERIFY(big.resize(qint64(5) * 1024 * 1024 * 1024)); // sparse
-    big.close();
-    rig.engine.AddISOFile("\\huge.bin", big.fileName());
-    QCOMPARE(rig.engine.ISOFileCount(), 1);
-    // Level 3 gives the file several extents; the layout counts all of it.
-    QVERIFY(rig.engine.ISOImageBlocks() > qint64(5) * 1024 * 1024 * 1024 / 2048);
-}
-
-void tst_DataWrite::notifyReportsTrayChanges() {
-    EngineRig rig("CD-R 80", EngineRig::Data);
-    CDNotify notify(&rig.engine);
-    QSignalSpy arrival(&notify, &CDNotify::Arrival);
-    QSignalSpy removal(&notify, &CDNotify::RemoveComplete);
-    rig.engine.MoveTray(false);
-    QTRY_COMPARE(removal.size(), 1);
-    QCOMPARE(removal.first().first().toString(), QStringLiteral("IMG"));
-    rig.engine.MoveTray(true);
-    QTRY_COMPARE(arrival.size(), 1);
-    // A disc put in by hand is noticed by the tray poll (twice a second); the wait leaves room
-    // for a loaded machine.
-    rig.engine.MoveTray(false);
-    const QDir ejected(ImageRecorder::ejectedFolder());
-    for (const QString &f : ejected.entryList(QDir::Files))
-        QVERIFY(QFile::rename(ejected.filePath(f), ImageRecorder::trayFolder() + "/" + f));
-    QTRY_COMPARE_WITH_TIMEOUT(arrival.size(), 2, 5000);
-    QCOMPARE(arrival.last().first().toString(), QStringLiteral("IMG"));
-    for (const QString &f : QDir(ImageRecorder::trayFolder()).entryList(QDir::Files))
-        QFile::remove(ImageRecorder::trayFolder() + "/" + f);
-    QTRY_COMPARE_WITH_TIMEOUT(removal.size(), 3, 5000);
-}
 
 QTEST_GUILESS_MAIN(tst_DataWrite)
 #include "tst_datawrite.moc"

@@ -41,185 +41,184 @@ QStringList squeezed(const QStringList &events) {
 class tst_Failures : public QObject {
     Q_OBJECT
 private slots:
-    void duringWrite_data();
-    void duringWrite();
-    void duringEraseAndClose_data();
-    void duringEraseAndClose();
-};
+    void duringWrite_data() {
+        QTest::addColumn<QString>("job"); // audio, data or isofile
+        QTest::addColumn<QStringList>("settings");
+        QTest::addColumn<QStringList>("events");
+        QTest::addColumn<QString>("text"); // %1 the failed file, where a file failed
+        QTest::addColumn<QString>("statusLine");
+        QTest::addColumn<int>("discStatus"); // after the failure; -1 no disc in the drive
+        const QStringList audioStart{"PreparingToWrite", "ReadingTrackFile", "TrackWriteStatus"};
+        const QStringList track2 =
+            audioStart + QStringList{"ClosingTrack", "ReadingTrackFile", "TrackWriteStatus"};
+        QTest::newRow("drive error in a data track")
+            << "data"
+            << QStringList{"FailAtBlock=20", "FailDriveCode=1008", "FailSense=3/0C/09 LOSS"}
+            << QStringList{"PreparingToWrite", "CreatingDirectories", "TrackWriteStatus",
+                           "WriteError"}
+            << "Writing Error: (3)   The drive failed to write block 20\r\n"
+               "A buffer under-run has occurred (1008).\r\nError Sense Data: 3/0C/09 LOSS"
+            << QString() << 1;
+        QTest::newRow("drive error in the second audio track")
+            << "audio" << QStringList{"FailAtBlock=600", "FailDriveCode=1005"}
+            << track2 + QStringList{"WriteError"}
+            << "Writing Error: (3)   The drive failed to write block 600\r\n"
+               "Writing error of unknown origin (1005).\r\nError Sense Data: 3/0C/00 WRITE ERROR"
+            << QString() << 1;
+        QTest::newRow("code out of range is the default")
+            << "audio" << QStringList{"FailAtBlock=0", "FailDriveCode=2000"}
+            << QStringList{"PreparingToWrite", "ReadingTrackFile", "TrackWriteStatus", "WriteError"}
+            << "Writing Error: (3)   The drive failed to write block 0\r\n"
+               "Writing error of unknown origin (1005).\r\nError Sense Data: 3/0C/00 WRITE ERROR"
+            << QString() << 0;
+        QTest::newRow("audio source unreadable")
+            << "audio" << QStringList{"UnreadableSourceAtBlock=600"}
+            << track2 + QStringList{"ReadingTrackFileError", "WriteError"}
+            << "Writing Error: (1)   A source file could not be read: %1\r\n"
+            << " ERROR: Error Reading file: %1%1" << 1;
+        QTest::newRow("ISO file unreadable")
+            << "isofile" << QStringList{"UnreadableSourceAtBlock=10"}
+            << QStringList{"PreparingToWrite", "CreatingDirectories", "TrackWriteStatus",
+                           "ReadingTrackFileError", "WriteError"}
+            << "Writing Error: (1)   A source file could not be read: %1\r\n"
+            << " ERROR: Error Reading file: %1%1" << 1;
+        QTest::newRow("medium taken away")
+            << "audio" << QStringList{"RemoveMediumAtBlock=100"}
+            << audioStart + QStringList{"WriteError"}
+            << "Writing Error: (3)   The medium was removed during the write\r\n"
+               "A disc is not present (1033).\r\nError Sense Data: 2/3A/00 MEDIUM NOT PRESENT"
+            << QString() << -1;
+    }
 
-void tst_Failures::duringWrite_data() {
-    QTest::addColumn<QString>("job"); // audio, data or isofile
-    QTest::addColumn<QStringList>("settings");
-    QTest::addColumn<QStringList>("events");
-    QTest::addColumn<QString>("text"); // %1 the failed file, where a file failed
-    QTest::addColumn<QString>("statusLine");
-    QTest::addColumn<int>("discStatus"); // after the failure; -1 no disc in the drive
-    const QStringList audioStart{"PreparingToWrite", "ReadingTrackFile", "TrackWriteStatus"};
-    const QStringList track2 =
-        audioStart + QStringList{"ClosingTrack", "ReadingTrackFile", "TrackWriteStatus"};
-    QTest::newRow("drive error in a data track")
-        << "data" << QStringList{"FailAtBlock=20", "FailDriveCode=1008", "FailSense=3/0C/09 LOSS"}
-        << QStringList{"PreparingToWrite", "CreatingDirectories", "TrackWriteStatus", "WriteError"}
-        << "Writing Error: (3)   The drive failed to write block 20\r\n"
-           "A buffer under-run has occurred (1008).\r\nError Sense Data: 3/0C/09 LOSS"
-        << QString() << 1;
-    QTest::newRow("drive error in the second audio track")
-        << "audio" << QStringList{"FailAtBlock=600", "FailDriveCode=1005"}
-        << track2 + QStringList{"WriteError"}
-        << "Writing Error: (3)   The drive failed to write block 600\r\n"
-           "Writing error of unknown origin (1005).\r\nError Sense Data: 3/0C/00 WRITE ERROR"
-        << QString() << 1;
-    QTest::newRow("code out of range is the default")
-        << "audio" << QStringList{"FailAtBlock=0", "FailDriveCode=2000"}
-        << QStringList{"PreparingToWrite", "ReadingTrackFile", "TrackWriteStatus", "WriteError"}
-        << "Writing Error: (3)   The drive failed to write block 0\r\n"
-           "Writing error of unknown origin (1005).\r\nError Sense Data: 3/0C/00 WRITE ERROR"
-        << QString() << 0;
-    QTest::newRow("audio source unreadable")
-        << "audio" << QStringList{"UnreadableSourceAtBlock=600"}
-        << track2 + QStringList{"ReadingTrackFileError", "WriteError"}
-        << "Writing Error: (1)   A source file could not be read: %1\r\n"
-        << " ERROR: Error Reading file: %1%1" << 1;
-    QTest::newRow("ISO file unreadable")
-        << "isofile" << QStringList{"UnreadableSourceAtBlock=10"}
-        << QStringList{"PreparingToWrite", "CreatingDirectories", "TrackWriteStatus",
-                       "ReadingTrackFileError", "WriteError"}
-        << "Writing Error: (1)   A source file could not be read: %1\r\n"
-        << " ERROR: Error Reading file: %1%1" << 1;
-    QTest::newRow("medium taken away")
-        << "audio" << QStringList{"RemoveMediumAtBlock=100"}
-        << audioStart + QStringList{"WriteError"}
-        << "Writing Error: (3)   The medium was removed during the write\r\n"
-           "A disc is not present (1033).\r\nError Sense Data: 2/3A/00 MEDIUM NOT PRESENT"
-        << QString() << -1;
-}
-
-void tst_Failures::duringWrite() {
-    QFETCH(QString, job);
-    QFETCH(QStringList, settings);
-    QFETCH(QStringList, events);
-    QFETCH(QString, text);
-    QFETCH(QString, statusLine);
-    QFETCH(int, discStatus);
-    EngineRig rig;
-    CDNotify notify(&rig.engine);
-    QSignalSpy removed(&notify, &CDNotify::RemoveComplete);
-    QTemporaryDir dir;
-    QString failed;
-    if (job == u"audio") {
-        for (int i = 1; i <= 2; ++i) {
-            const QString path = dir.filePath(QStringLiteral("t%1.wav").arg(i));
-            writeFile(path, cdWave(pseudoRandom(588 * 400 * 4, i)));
-            QVERIFY(rig.engine.AddAudioTrack(path, i));
+    void duringWrite() {
+        QFETCH(QString, job);
+        QFETCH(QStringList, settings);
+        QFETCH(QStringList, events);
+        QFETCH(QString, text);
+        QFETCH(QString, statusLine);
+        QFETCH(int, discStatus);
+        EngineRig rig;
+        CDNotify notify(&rig.engine);
+        QSignalSpy removed(&notify, &CDNotify::RemoveComplete);
+        QTemporaryDir dir;
+        QString failed;
+        if (job == u"audio") {
+            for (int i = 1; i <= 2; ++i) {
+                const QString path = dir.filePath(QStringLiteral("t%1.wav").arg(i));
+                writeFile(path, cdWave(pseudoRandom(588 * 400 * 4, i)));
+                QVERIFY(rig.engine.AddAudioTrack(path, i));
+            }
+            failed = dir.filePath("t2.wav");
+        } else {
+            writeFile(dir.filePath("src/a.bin"), pseudoRandom(300000, 4));
+            rig.engine.setTrackMode(1);
+            rig.engine.setFinalizeDisc(false);
+            rig.engine.ClearISOImage();
+            rig.engine.AddISODirectory("\\", dir.filePath("src") + "/*.*");
+            if (job == u"isofile") {
+                failed = dir.filePath("image.iso");
+                QVERIFY(rig.engine.CreateISOFile(failed));
+            }
         }
-        failed = dir.filePath("t2.wav");
-    } else {
-        writeFile(dir.filePath("src/a.bin"), pseudoRandom(300000, 4));
+        for (const QString &s : settings)
+            EngineRig::setting(s.section(u'=', 0, 0), s.section(u'=', 1));
+        rig.probe.events.clear();
+        QVERIFY(job == u"isofile" ? rig.engine.WriteISOFile(failed) : rig.engine.WriteDisc());
+        QVERIFY(rig.probe.waitForEnd());
+
+        QCOMPARE(squeezed(rig.probe.events), events);
+        QCOMPARE(failureText(rig.probe, rig.senseInfo, "Error Sense Data: "),
+                 QString(text).replace("%1", failed));
+        if (!statusLine.isEmpty()) {
+            QCOMPARE(rig.probe.failedFile, failed);
+            QCOMPARE(" ERROR: " + GetTrackFileErrorMessage(rig.probe.fileError, failed) + failed,
+                     statusLine.arg(failed));
+        }
+        // A failure fires once: its setting is spent.
+        const QString key = settings.first().section(u'=', 0, 0);
+        QCOMPARE(IniFile::read(ImageRecorder::settingsFile(), "Image Recorder", key, "unset"),
+                 QString());
+        QVERIFY(QDir(rig.env.appFolder() + "/Cache").entryList(QDir::Files).isEmpty());
+
+        if (discStatus < 0) {
+            // The disc is gone from the drive, and the windows hear of it.
+            QCOMPARE(rig.engine.MediaType(), 254);
+            QTRY_COMPARE_WITH_TIMEOUT(removed.size(), 1, 5000);
+            QCOMPARE(removed.first().first().toString(), QStringLiteral("IMG"));
+        } else {
+            // What the drive burnt before it stopped stays, in a session it could not close.
+            QCOMPARE(rig.engine.DiscStatus(), discStatus);
+            QCOMPARE(rig.engine.LastSessionStatus(), discStatus == 1 ? 1 : 0);
+        }
+
+        // The drive is free: a fresh disc takes the same job, which now runs to its end.
+        rig.engine.MoveTray(false);
+        rig.engine.MoveTray(true);
+        QCOMPARE(rig.engine.DiscStatus(), 0);
+        rig.probe.events.clear();
+        QVERIFY(job == u"isofile" ? rig.engine.WriteISOFile(failed) : rig.engine.WriteDisc());
+        QVERIFY(rig.probe.waitForEnd());
+        QCOMPARE(rig.probe.endingEvent(), QStringLiteral("WriteComplete"));
+    }
+
+    void duringEraseAndClose_data() {
+        QTest::addColumn<QString>("job");
+        QTest::addColumn<QString>("setting");
+        QTest::addColumn<QStringList>("events");
+        QTest::addColumn<QString>("text");
+        QTest::newRow("erase") << "erase"
+                               << "FailErase=1036" << QStringList{"EraseDiscStart", "WriteError"}
+                               << "Writing Error: (3)   Erasing the medium failed\r\n"
+                                  "The disc could not be erased (1036).\r\n"
+                                  " Error Sense Data: 3/51/00 ERASE FAILURE";
+        QTest::newRow("close session")
+            << "session"
+            << "FailClose=1042" << QStringList{"ClosingSession", "WriteError"}
+            << "Writing Error: (3)   Closing the session failed\r\n"
+               "A generic session closing error occurred (1042).\r\n"
+               " Error Sense Data: 5/72/00 SESSION FIXATION ERROR";
+        QTest::newRow("close disc")
+            << "disc"
+            << "FailClose=1044" << QStringList{"ClosingSession", "WriteError"}
+            << "Writing Error: (3)   Closing the disc failed\r\n"
+               "Error closing Lead-out area (1044).\r\n"
+               " Error Sense Data: 5/72/00 SESSION FIXATION ERROR";
+    }
+
+    void duringEraseAndClose() {
+        QFETCH(QString, job);
+        QFETCH(QString, setting);
+        QFETCH(QStringList, events);
+        QFETCH(QString, text);
+        EngineRig rig("CD-RW 80");
+        QTemporaryDir dir;
+        writeFile(dir.filePath("a.bin"), pseudoRandom(100000, 9));
         rig.engine.setTrackMode(1);
         rig.engine.setFinalizeDisc(false);
+        rig.engine.setCloseSession(false);
         rig.engine.ClearISOImage();
-        rig.engine.AddISODirectory("\\", dir.filePath("src") + "/*.*");
-        if (job == u"isofile") {
-            failed = dir.filePath("image.iso");
-            QVERIFY(rig.engine.CreateISOFile(failed));
-        }
+        rig.engine.AddISOFile("\\a.bin", dir.filePath("a.bin"));
+        QVERIFY(rig.write());
+        QCOMPARE(rig.engine.LastSessionStatus(), 1);
+        EngineRig::setting(setting.section(u'=', 0, 0), setting.section(u'=', 1));
+        const auto start = [&] {
+            rig.probe.events.clear();
+            return job == u"erase" ? rig.engine.EraseDisc(true)
+                                   : rig.engine.FinishDisc(job == u"disc");
+        };
+        const QStringList endings{"WriteError", "WriteComplete", "EraseDiscComplete"};
+        QVERIFY(start());
+        QVERIFY(rig.probe.waitFor(endings));
+        QCOMPARE(rig.probe.events, events);
+        QCOMPARE(failureText(rig.probe, rig.senseInfo, " Error Sense Data: "), text);
+        // Nothing changed on the disc, and the same job works the second time.
+        QCOMPARE(rig.engine.LastSessionStatus(), 1);
+        QVERIFY(start());
+        QVERIFY(rig.probe.waitFor(endings));
+        QVERIFY(!rig.probe.events.contains("WriteError"));
+        QCOMPARE(rig.engine.DiscStatus(), job == u"erase" ? 0 : job == u"disc" ? 2 : 1);
     }
-    for (const QString &s : settings)
-        EngineRig::setting(s.section(u'=', 0, 0), s.section(u'=', 1));
-    rig.probe.events.clear();
-    QVERIFY(job == u"isofile" ? rig.engine.WriteISOFile(failed) : rig.engine.WriteDisc());
-    QVERIFY(rig.probe.waitForEnd());
-
-    QCOMPARE(squeezed(rig.probe.events), events);
-    QCOMPARE(failureText(rig.probe, rig.senseInfo, "Error Sense Data: "),
-             QString(text).replace("%1", failed));
-    if (!statusLine.isEmpty()) {
-        QCOMPARE(rig.probe.failedFile, failed);
-        QCOMPARE(" ERROR: " + GetTrackFileErrorMessage(rig.probe.fileError, failed) + failed,
-                 statusLine.arg(failed));
-    }
-    // A failure fires once: its setting is spent.
-    const QString key = settings.first().section(u'=', 0, 0);
-    QCOMPARE(IniFile::read(ImageRecorder::settingsFile(), "Image Recorder", key, "unset"),
-             QString());
-    QVERIFY(QDir(rig.env.appFolder() + "/Cache").entryList(QDir::Files).isEmpty());
-
-    if (discStatus < 0) {
-        // The disc is gone from the drive, and the windows hear of it.
-        QCOMPARE(rig.engine.MediaType(), 254);
-        QTRY_COMPARE_WITH_TIMEOUT(removed.size(), 1, 5000);
-        QCOMPARE(removed.first().first().toString(), QStringLiteral("IMG"));
-    } else {
-        // What the drive burnt before it stopped stays, in a session it could not close.
-        QCOMPARE(rig.engine.DiscStatus(), discStatus);
-        QCOMPARE(rig.engine.LastSessionStatus(), discStatus == 1 ? 1 : 0);
-    }
-
-    // The drive is free: a fresh disc takes the same job, which now runs to its end.
-    rig.engine.MoveTray(false);
-    rig.engine.MoveTray(true);
-    QCOMPARE(rig.engine.DiscStatus(), 0);
-    rig.probe.events.clear();
-    QVERIFY(job == u"isofile" ? rig.engine.WriteISOFile(failed) : rig.engine.WriteDisc());
-    QVERIFY(rig.probe.waitForEnd());
-    QCOMPARE(rig.probe.endingEvent(), QStringLiteral("WriteComplete"));
-}
-
-void tst_Failures::duringEraseAndClose_data() {
-    QTest::addColumn<QString>("job");
-    QTest::addColumn<QString>("setting");
-    QTest::addColumn<QStringList>("events");
-    QTest::addColumn<QString>("text");
-    QTest::newRow("erase") << "erase"
-                           << "FailErase=1036" << QStringList{"EraseDiscStart", "WriteError"}
-                           << "Writing Error: (3)   Erasing the medium failed\r\n"
-                              "The disc could not be erased (1036).\r\n"
-                              " Error Sense Data: 3/51/00 ERASE FAILURE";
-    QTest::newRow("close session")
-        << "session"
-        << "FailClose=1042" << QStringList{"ClosingSession", "WriteError"}
-        << "Writing Error: (3)   Closing the session failed\r\n"
-           "A generic session closing error occurred (1042).\r\n"
-           " Error Sense Data: 5/72/00 SESSION FIXATION ERROR";
-    QTest::newRow("close disc") << "disc"
-                                << "FailClose=1044" << QStringList{"ClosingSession", "WriteError"}
-                                << "Writing Error: (3)   Closing the disc failed\r\n"
-                                   "Error closing Lead-out area (1044).\r\n"
-                                   " Error Sense Data: 5/72/00 SESSION FIXATION ERROR";
-}
-
-void tst_Failures::duringEraseAndClose() {
-    QFETCH(QString, job);
-    QFETCH(QString, setting);
-    QFETCH(QStringList, events);
-    QFETCH(QString, text);
-    EngineRig rig("CD-RW 80");
-    QTemporaryDir dir;
-    writeFile(dir.filePath("a.bin"), pseudoRandom(100000, 9));
-    rig.engine.setTrackMode(1);
-    rig.engine.setFinalizeDisc(false);
-    rig.engine.setCloseSession(false);
-    rig.engine.ClearISOImage();
-    rig.engine.AddISOFile("\\a.bin", dir.filePath("a.bin"));
-    QVERIFY(rig.write());
-    QCOMPARE(rig.engine.LastSessionStatus(), 1);
-    EngineRig::setting(setting.section(u'=', 0, 0), setting.section(u'=', 1));
-    const auto start = [&] {
-        rig.probe.events.clear();
-        return job == u"erase" ? rig.engine.EraseDisc(true) : rig.engine.FinishDisc(job == u"disc");
-    };
-    const QStringList endings{"WriteError", "WriteComplete", "EraseDiscComplete"};
-    QVERIFY(start());
-    QVERIFY(rig.probe.waitFor(endings));
-    QCOMPARE(rig.probe.events, events);
-    QCOMPARE(failureText(rig.probe, rig.senseInfo, " Error Sense Data: "), text);
-    // Nothing changed on the disc, and the same job works the second time.
-    QCOMPARE(rig.engine.LastSessionStatus(), 1);
-    QVERIFY(start());
-    QVERIFY(rig.probe.waitFor(endings));
-    QVERIFY(!rig.probe.events.contains("WriteError"));
-    QCOMPARE(rig.engine.DiscStatus(), job == u"erase" ? 0 : job == u"disc" ? 2 : 1);
-}
+};
 
 QTEST_GUILESS_MAIN(tst_Failures)
 #include "tst_failures.moc"

@@ -14,219 +14,214 @@
 class tst_ImageRecorder : public QObject {
     Q_OBJECT
 private slots:
-    void driveList_data();
-    void driveList();
-    void closingLoadsBlank_data();
-    void closingLoadsBlank();
-    void ejectMovesDiscOut();
-    void sessionGaps();
-    void descriptorRejectsBadText_data();
-    void descriptorRejectsBadText();
-    void descriptorReadsAudioDisc();
-    void plainIsoIsPressedDisc();
-};
-
-void tst_ImageRecorder::driveList_data() {
-    QTest::addColumn<int>("code");
-    QTest::addColumn<bool>("expected");
-    QTest::newRow("writes CD-R") << 6 << true;
-    QTest::newRow("raw writing") << 40 << false;
-    QTest::newRow("unknown code") << 2 << false;
-}
-
-void tst_ImageRecorder::driveList() {
-    QFETCH(int, code);
-    QFETCH(bool, expected);
-    TestEnvironment env;
-    CDWriterPro engine;
-    DriveScanner::clearPseudoDrives();
-    QVERIFY(!engine.SelectDrive(0)); // nothing scanned yet
-    QCOMPARE(engine.MediaType(), 254);
-    QVERIFY(engine.InitializeDrives(false));
-    const qint32 last = engine.DriveCount() - 1;
-    QVERIFY(last >= 0);
-    // The Image Recorder comes last, after the machine's own /dev/sr* drives.
-    for (qint32 i = 0; i < last; ++i)
-        QVERIFY2(engine.DriveLetter(i).startsWith("sr"), qPrintable(engine.DriveLetter(i)));
-    if (QDir("/dev").entryList({"sr*"}, QDir::System).isEmpty()) {
-        QCOMPARE(last, 0);
-        QVERIFY(DriveScanner::lastNotes().isEmpty());
+    void driveList_data() {
+        QTest::addColumn<int>("code");
+        QTest::addColumn<bool>("expected");
+        QTest::newRow("writes CD-R") << 6 << true;
+        QTest::newRow("raw writing") << 40 << false;
+        QTest::newRow("unknown code") << 2 << false;
     }
-    QCOMPARE(engine.DriveLetter(last), QStringLiteral("IMG"));
-    QCOMPARE(engine.DriveVendor(last), QStringLiteral("Tessaly"));
-    QCOMPARE(engine.DriveProduct(last), QStringLiteral("Image Recorder"));
-    QVERIFY(engine.DriveIsRecorder(last));
-    QVERIFY(!engine.DriveIsRecorder(last + 1));
-    QCOMPARE(engine.DriveLetter(-1), QString());
-    QCOMPARE(engine.DriveCapability(code, last), expected);
-    QVERIFY(!engine.CurrentDriveCapability(code)); // nothing selected yet
-    QVERIFY(!engine.SelectDrive(last + 1));
-    QVERIFY(engine.SelectDrive(last));
-    QCOMPARE(engine.CurrentDriveCapability(code), expected);
-    // An empty tray: no medium, no room, no speed.
-    QCOMPARE(engine.MediaType(), 254);
-    QCOMPARE(engine.FreeBlocks(), 0);
-    QCOMPARE(engine.MaxWriteSpeed(), 0);
-}
 
-void tst_ImageRecorder::closingLoadsBlank_data() {
-    QTest::addColumn<QString>("setting");
-    QTest::addColumn<int>("mediaType");
-    QTest::addColumn<int>("freeBlocks");
-    QTest::addColumn<int>("maxSpeed");
-    QTest::newRow("default") << QString() << 255 << 360000 << 52 * 176;
-    QTest::newRow("CD-RW 80") << "CD-RW 80" << 253 << 360000 << 24 * 176;
-    QTest::newRow("DVD-RAM") << "DVD-RAM" << 1 << 2236704 << 5 * 1385;
-    QTest::newRow("unknown name falls back") << "Floppy" << 255 << 360000 << 52 * 176;
-    QTest::newRow("pressed media can't be loaded blank") << "DVD-ROM" << 255 << 360000 << 52 * 176;
-    // A first start finds the blank already in the tray, without closing it.
-    QTest::newRow("first start") << "first start" << 255 << 360000 << 52 * 176;
-}
+    void driveList() {
+        QFETCH(int, code);
+        QFETCH(bool, expected);
+        TestEnvironment env;
+        CDWriterPro engine;
+        DriveScanner::clearPseudoDrives();
+        QVERIFY(!engine.SelectDrive(0)); // nothing scanned yet
+        QCOMPARE(engine.MediaType(), 254);
+        QVERIFY(engine.InitializeDrives(false));
+        const qint32 last = engine.DriveCount() - 1;
+        QVERIFY(last >= 0);
+        // The Image Recorder comes last, after the machine's own /dev/sr* drives.
+        for (qint32 i = 0; i < last; ++i)
+            QVERIFY2(engine.DriveLetter(i).startsWith("sr"), qPrintable(engine.DriveLetter(i)));
+        if (QDir("/dev").entryList({"sr*"}, QDir::System).isEmpty()) {
+            QCOMPARE(last, 0);
+            QVERIFY(DriveScanner::lastNotes().isEmpty());
+        }
+        QCOMPARE(engine.DriveLetter(last), QStringLiteral("IMG"));
+        QCOMPARE(engine.DriveVendor(last), QStringLiteral("Tessaly"));
+        QCOMPARE(engine.DriveProduct(last), QStringLiteral("Image Recorder"));
+        QVERIFY(engine.DriveIsRecorder(last));
+        QVERIFY(!engine.DriveIsRecorder(last + 1));
+        QCOMPARE(engine.DriveLetter(-1), QString());
+        QCOMPARE(engine.DriveCapability(code, last), expected);
+        QVERIFY(!engine.CurrentDriveCapability(code)); // nothing selected yet
+        QVERIFY(!engine.SelectDrive(last + 1));
+        QVERIFY(engine.SelectDrive(last));
+        QCOMPARE(engine.CurrentDriveCapability(code), expected);
+        // An empty tray: no medium, no room, no speed.
+        QCOMPARE(engine.MediaType(), 254);
+        QCOMPARE(engine.FreeBlocks(), 0);
+        QCOMPARE(engine.MaxWriteSpeed(), 0);
+    }
 
-void tst_ImageRecorder::closingLoadsBlank() {
-    QFETCH(QString, setting);
-    QFETCH(int, mediaType);
-    QFETCH(int, freeBlocks);
-    QFETCH(int, maxSpeed);
-    TestEnvironment env;
-    const bool firstStart = setting == QStringLiteral("first start");
-    if (firstStart)
-        QVERIFY(QDir(ImageRecorder::folder()).removeRecursively());
-    else if (!setting.isEmpty())
-        IniFile::write(ImageRecorder::settingsFile(), QStringLiteral("Image Recorder"),
-                       QStringLiteral("BlankMedium"), setting);
-    CDWriterPro engine;
-    engine.InitializeDrives(false);
-    QVERIFY(engine.SelectDrive(engine.DriveCount() - 1));
-    if (!firstStart)
+    void closingLoadsBlank_data() {
+        QTest::addColumn<QString>("setting");
+        QTest::addColumn<int>("mediaType");
+        QTest::addColumn<int>("freeBlocks");
+        QTest::addColumn<int>("maxSpeed");
+        QTest::newRow("default") << QString() << 255 << 360000 << 52 * 176;
+        QTest::newRow("CD-RW 80") << "CD-RW 80" << 253 << 360000 << 24 * 176;
+        QTest::newRow("DVD-RAM") << "DVD-RAM" << 1 << 2236704 << 5 * 1385;
+        QTest::newRow("unknown name falls back") << "Floppy" << 255 << 360000 << 52 * 176;
+        QTest::newRow("pressed media can't be loaded blank")
+            << "DVD-ROM" << 255 << 360000 << 52 * 176;
+        // A first start finds the blank already in the tray, without closing it.
+        QTest::newRow("first start") << "first start" << 255 << 360000 << 52 * 176;
+    }
+
+    void closingLoadsBlank() {
+        QFETCH(QString, setting);
+        QFETCH(int, mediaType);
+        QFETCH(int, freeBlocks);
+        QFETCH(int, maxSpeed);
+        TestEnvironment env;
+        const bool firstStart = setting == QStringLiteral("first start");
+        if (firstStart)
+            QVERIFY(QDir(ImageRecorder::folder()).removeRecursively());
+        else if (!setting.isEmpty())
+            IniFile::write(ImageRecorder::settingsFile(), QStringLiteral("Image Recorder"),
+                           QStringLiteral("BlankMedium"), setting);
+        CDWriterPro engine;
+        engine.InitializeDrives(false);
+        QVERIFY(engine.SelectDrive(engine.DriveCount() - 1));
+        if (!firstStart)
+            engine.MoveTray(true);
+        QCOMPARE(engine.MediaType(), mediaType);
+        QCOMPARE(engine.DiscStatus(), 0);
+        QCOMPARE(engine.LastSessionStatus(), 0);
+        QCOMPARE(engine.SessionCount(), 1);
+        QCOMPARE(engine.FreeBlocks(), freeBlocks);
+        QCOMPARE(engine.MaxWriteSpeed(), maxSpeed);
+        // Closing a tray that holds a disc changes nothing.
+        const QString before = engine.mediumIdentity(engine.DriveCount() - 1);
         engine.MoveTray(true);
-    QCOMPARE(engine.MediaType(), mediaType);
-    QCOMPARE(engine.DiscStatus(), 0);
-    QCOMPARE(engine.LastSessionStatus(), 0);
-    QCOMPARE(engine.SessionCount(), 1);
-    QCOMPARE(engine.FreeBlocks(), freeBlocks);
-    QCOMPARE(engine.MaxWriteSpeed(), maxSpeed);
-    // Closing a tray that holds a disc changes nothing.
-    const QString before = engine.mediumIdentity(engine.DriveCount() - 1);
-    engine.MoveTray(true);
-    QCOMPARE(engine.mediumIdentity(engine.DriveCount() - 1), before);
-}
+        QCOMPARE(engine.mediumIdentity(engine.DriveCount() - 1), before);
+    }
 
-void tst_ImageRecorder::ejectMovesDiscOut() {
-    EngineRig rig;
-    CDWriterPro &engine = rig.engine;
-    QCOMPARE(QDir(ImageRecorder::trayFolder()).entryList(QDir::Files).size(), 2);
-    engine.MoveTray(false);
-    QCOMPARE(engine.MediaType(), 254);
-    QVERIFY(QDir(ImageRecorder::trayFolder()).entryList(QDir::Files).isEmpty());
-    QCOMPARE(QDir(ImageRecorder::ejectedFolder()).entryList({"*.tdisc"}, QDir::Files).size(), 1);
-    // A second eject of an empty tray does nothing, a close loads a fresh blank.
-    engine.MoveTray(false);
-    engine.MoveTray(true);
-    QCOMPARE(engine.DiscStatus(), 0);
-}
+    void ejectMovesDiscOut() {
+        EngineRig rig;
+        CDWriterPro &engine = rig.engine;
+        QCOMPARE(QDir(ImageRecorder::trayFolder()).entryList(QDir::Files).size(), 2);
+        engine.MoveTray(false);
+        QCOMPARE(engine.MediaType(), 254);
+        QVERIFY(QDir(ImageRecorder::trayFolder()).entryList(QDir::Files).isEmpty());
+        QCOMPARE(QDir(ImageRecorder::ejectedFolder()).entryList({"*.tdisc"}, QDir::Files).size(),
+                 1);
+        // A second eject of an empty tray does nothing, a close loads a fresh blank.
+        engine.MoveTray(false);
+        engine.MoveTray(true);
+        QCOMPARE(engine.DiscStatus(), 0);
+    }
 
-void tst_ImageRecorder::sessionGaps() {
-    // A CD's first session costs 6750 blocks of lead-out, 4500 of the next lead-in and 150 of
-    // pregap; later sessions a 2250-block lead-out instead.
-    ImageMedium cd = ImageMedium::blank(*ImageMedium::kindByName("CD-R 80"), "d.iso");
-    QCOMPARE(cd.state().freeBlocks, 360000);
-    cd.sessions.append({0, 1000, 1, true, {}});
-    QCOMPARE(cd.nextWritableAddress(), 1000 + 11400);
-    QCOMPARE(cd.state().freeBlocks, 360000 - 12400);
-    QCOMPARE(cd.state().sessionCount, 2);
-    QCOMPARE(cd.state().discStatus, 1);
-    QCOMPARE(cd.state().lastSessionStatus, 0);
-    cd.sessions.append({12400, 500, 1, true, {}});
-    QCOMPARE(cd.nextWritableAddress(), 12900 + 6900);
-    cd.finalized = true;
-    QCOMPARE(cd.state().freeBlocks, 0);
-    QCOMPARE(cd.state().discStatus, 2);
-    QCOMPARE(cd.state().lastSessionStatus, 3);
-    QCOMPARE(cd.state().sessionCount, 2);
-    // A session left open (a write that stopped) takes nothing more.
-    ImageMedium broken = ImageMedium::blank(*ImageMedium::kindByName("CD-R 80"), "d.iso");
-    broken.sessions.append({0, 40, 1, false, {}});
-    QCOMPARE(broken.state().lastSessionStatus, 1);
-    QCOMPARE(broken.state().freeBlocks, 0);
-    // DVD sessions end on a whole ECC block, without CD lead-in/out.
-    ImageMedium dvd = ImageMedium::blank(*ImageMedium::kindByName("DVD+R"), "d.iso");
-    dvd.sessions.append({0, 1001, 1, true, {}});
-    QCOMPARE(dvd.nextWritableAddress(), 1008);
-    // Round trip through the descriptor text.
-    const auto again = ImageMedium::parse(cd.serialize());
-    QVERIFY(again);
-    QCOMPARE(again->sessions.size(), 2);
-    QCOMPARE(again->sessions.at(1).start, 12400);
-    QVERIFY(again->finalized);
-}
+    void sessionGaps() {
+        // A CD's first session costs 6750 blocks of lead-out, 4500 of the next lead-in and 150 of
+        // pregap; later sessions a 2250-block lead-out instead.
+        ImageMedium cd = ImageMedium::blank(*ImageMedium::kindByName("CD-R 80"), "d.iso");
+        QCOMPARE(cd.state().freeBlocks, 360000);
+        cd.sessions.append({0, 1000, 1, true, {}});
+        QCOMPARE(cd.nextWritableAddress(), 1000 + 11400);
+        QCOMPARE(cd.state().freeBlocks, 360000 - 12400);
+        QCOMPARE(cd.state().sessionCount, 2);
+        QCOMPARE(cd.state().discStatus, 1);
+        QCOMPARE(cd.state().lastSessionStatus, 0);
+        cd.sessions.append({12400, 500, 1, true, {}});
+        QCOMPARE(cd.nextWritableAddress(), 12900 + 6900);
+        cd.finalized = true;
+        QCOMPARE(cd.state().freeBlocks, 0);
+        QCOMPARE(cd.state().discStatus, 2);
+        QCOMPARE(cd.state().lastSessionStatus, 3);
+        QCOMPARE(cd.state().sessionCount, 2);
+        // A session left open (a write that stopped) takes nothing more.
+        ImageMedium broken = ImageMedium::blank(*ImageMedium::kindByName("CD-R 80"), "d.iso");
+        broken.sessions.append({0, 40, 1, false, {}});
+        QCOMPARE(broken.state().lastSessionStatus, 1);
+        QCOMPARE(broken.state().freeBlocks, 0);
+        // DVD sessions end on a whole ECC block, without CD lead-in/out.
+        ImageMedium dvd = ImageMedium::blank(*ImageMedium::kindByName("DVD+R"), "d.iso");
+        dvd.sessions.append({0, 1001, 1, true, {}});
+        QCOMPARE(dvd.nextWritableAddress(), 1008);
+        // Round trip through the descriptor text.
+        const auto again = ImageMedium::parse(cd.serialize());
+        QVERIFY(again);
+        QCOMPARE(again->sessions.size(), 2);
+        QCOMPARE(again->sessions.at(1).start, 12400);
+        QVERIFY(again->finalized);
+    }
 
-void tst_ImageRecorder::descriptorRejectsBadText_data() {
-    QTest::addColumn<QByteArray>("text");
-    const QByteArray head = "[Tessaly Disc]\nVersion=1\nMedium=CD-R 80\nData=d.iso\n";
-    QTest::newRow("empty") << QByteArray();
-    QTest::newRow("binary") << QByteArray("\0\1\2\3", 4);
-    QTest::newRow("wrong version")
-        << QByteArray("[Tessaly Disc]\nVersion=2\nMedium=CD-R 80\nData=d.iso\nSessions=0\n");
-    QTest::newRow("unknown medium")
-        << QByteArray("[Tessaly Disc]\nVersion=1\nMedium=LP\nData=d.iso\nSessions=0\n");
-    QTest::newRow("data path escapes")
-        << QByteArray("[Tessaly Disc]\nVersion=1\nMedium=CD-R 80\nData=../x\nSessions=0\n");
-    QTest::newRow("too many sessions") << head + "Sessions=100\n";
-    QTest::newRow("session missing") << head + "Sessions=1\n";
-    QTest::newRow("beyond capacity")
-        << head + "Sessions=1\n[Session1]\nStart=0\nBlocks=360001\nMode=1\n";
-    QTest::newRow("overlapping") << head + "Sessions=2\n[Session1]\nStart=0\nBlocks=100\nMode=1\n["
-                                           "Session2]\nStart=50\nBlocks=10\nMode=1\n";
-    QTest::newRow("bad mode") << head + "Sessions=1\n[Session1]\nStart=0\nBlocks=1\nMode=7\n";
-    QTest::newRow("open session before another")
-        << head + "Sessions=2\n[Session1]\nStart=0\nBlocks=1\nMode=1\nClosed=0\n[Session2]\nStart="
-                  "20000\nBlocks=1\nMode=1\n";
-    // Audio: one session from block 0 whose tracks start inside it, each after a full gap.
-    const QByteArray audio = head + "Sessions=1\n[Session1]\nStart=0\nBlocks=2000\nMode=0\n";
-    QTest::newRow("audio without tracks") << audio;
-    QTest::newRow("tracks of a data session")
-        << head + "Sessions=1\n[Session1]\nStart=0\nBlocks=2000\nMode=1\nTracks=0\n";
-    QTest::newRow("first track after the start") << audio + "Tracks=10 600\n";
-    QTest::newRow("gap too short") << audio + "Tracks=0 150\n";
-    QTest::newRow("track past the end") << audio + "Tracks=0 2000\n";
-    QTest::newRow("track not a number") << audio + "Tracks=0 x\n";
-    QTest::newRow("data after audio")
-        << head + "Sessions=2\n[Session1]\nStart=0\nBlocks=2000\nMode=0\nTracks=0 400\n"
-                  "[Session2]\nStart=20000\nBlocks=1\nMode=1\n";
-}
+    void descriptorRejectsBadText_data() {
+        QTest::addColumn<QByteArray>("text");
+        const QByteArray head = "[Tessaly Disc]\nVersion=1\nMedium=CD-R 80\nData=d.iso\n";
+        QTest::newRow("empty") << QByteArray();
+        QTest::newRow("binary") << QByteArray("\0\1\2\3", 4);
+        QTest::newRow("wrong version")
+            << QByteArray("[Tessaly Disc]\nVersion=2\nMedium=CD-R 80\nData=d.iso\nSessions=0\n");
+        QTest::newRow("unknown medium")
+            << QByteArray("[Tessaly Disc]\nVersion=1\nMedium=LP\nData=d.iso\nSessions=0\n");
+        QTest::newRow("data path escapes")
+            << QByteArray("[Tessaly Disc]\nVersion=1\nMedium=CD-R 80\nData=../x\nSessions=0\n");
+        QTest::newRow("too many sessions") << head + "Sessions=100\n";
+        QTest::newRow("session missing") << head + "Sessions=1\n";
+        QTest::newRow("beyond capacity")
+            << head + "Sessions=1\n[Session1]\nStart=0\nBlocks=360001\nMode=1\n";
+        QTest::newRow("overlapping") << head +
+                                            "Sessions=2\n[Session1]\nStart=0\nBlocks=100\nMode=1\n["
+                                            "Session2]\nStart=50\nBlocks=10\nMode=1\n";
+        QTest::newRow("bad mode") << head + "Sessions=1\n[Session1]\nStart=0\nBlocks=1\nMode=7\n";
+        QTest::newRow("open session before another")
+            << head +
+                   "Sessions=2\n[Session1]\nStart=0\nBlocks=1\nMode=1\nClosed=0\n[Session2]\nStart="
+                   "20000\nBlocks=1\nMode=1\n";
+        // Audio: one session from block 0 whose tracks start inside it, each after a full gap.
+        const QByteArray audio = head + "Sessions=1\n[Session1]\nStart=0\nBlocks=2000\nMode=0\n";
+        QTest::newRow("audio without tracks") << audio;
+        QTest::newRow("tracks of a data session")
+            << head + "Sessions=1\n[Session1]\nStart=0\nBlocks=2000\nMode=1\nTracks=0\n";
+        QTest::newRow("first track after the start") << audio + "Tracks=10 600\n";
+        QTest::newRow("gap too short") << audio + "Tracks=0 150\n";
+        QTest::newRow("track past the end") << audio + "Tracks=0 2000\n";
+        QTest::newRow("track not a number") << audio + "Tracks=0 x\n";
+        QTest::newRow("data after audio")
+            << head + "Sessions=2\n[Session1]\nStart=0\nBlocks=2000\nMode=0\nTracks=0 400\n"
+                      "[Session2]\nStart=20000\nBlocks=1\nMode=1\n";
+    }
 
-void tst_ImageRecorder::descriptorReadsAudioDisc() {
-    const QByteArray text = "[Tessaly Disc]\nVersion=1\nMedium=CD-RW 74\nData=d.bin\nSessions=1\n"
-                            "[Session1]\nStart=0\nBlocks=1464\nMode=0\nTracks=0 526  1014\n";
-    const auto medium = ImageMedium::parse(text);
-    QVERIFY(medium);
-    QVERIFY(medium->isAudio());
-    QCOMPARE(medium->sessions.first().trackStarts, QList<qint32>({0, 526, 1014}));
-    QCOMPARE(medium->state().discType, 0);
-    // Written out and read again unchanged (the cue sheet is read by cd-info in tst_audiowrite).
-    QCOMPARE(ImageMedium::parse(medium->serialize())->serialize(), medium->serialize());
-}
+    void descriptorRejectsBadText() {
+        QFETCH(QByteArray, text);
+        QVERIFY(!ImageMedium::parse(text));
+    }
 
-void tst_ImageRecorder::descriptorRejectsBadText() {
-    QFETCH(QByteArray, text);
-    QVERIFY(!ImageMedium::parse(text));
-}
+    void descriptorReadsAudioDisc() {
+        const QByteArray text =
+            "[Tessaly Disc]\nVersion=1\nMedium=CD-RW 74\nData=d.bin\nSessions=1\n"
+            "[Session1]\nStart=0\nBlocks=1464\nMode=0\nTracks=0 526  1014\n";
+        const auto medium = ImageMedium::parse(text);
+        QVERIFY(medium);
+        QVERIFY(medium->isAudio());
+        QCOMPARE(medium->sessions.first().trackStarts, QList<qint32>({0, 526, 1014}));
+        QCOMPARE(medium->state().discType, 0);
+        // Written out and read again unchanged (the cue sheet is read by cd-info in
+        // tst_audiowrite).
+        QCOMPARE(ImageMedium::parse(medium->serialize())->serialize(), medium->serialize());
+    }
 
-void tst_ImageRecorder::plainIsoIsPressedDisc() {
-    EngineRig rig;
-    CDWriterPro &engine = rig.engine;
-    engine.MoveTray(false);
-    QFile f(ImageRecorder::trayFolder() + "/plain.iso");
-    QVERIFY(f.open(QIODevice::WriteOnly));
-    f.write(QByteArray(2048 * 300, '\0'));
-    f.close();
-    QCOMPARE(engine.MediaType(), 255);
-    QCOMPARE(engine.DiscStatus(), 2);
-    QCOMPARE(engine.LastSessionStatus(), 3);
-    QCOMPARE(engine.SessionCount(), 1);
-    QCOMPARE(engine.FreeBlocks(), 0);
-}
+    void plainIsoIsPressedDisc() {
+        EngineRig rig;
+        CDWriterPro &engine = rig.engine;
+        engine.MoveTray(false);
+        QFile f(ImageRecorder::trayFolder() + "/plain.iso");
+        QVERIFY(f.open(QIODevice::WriteOnly));
+        f.write(QByteArray(2048 * 300, '\0'));
+        f.close();
+        QCOMPARE(engine.MediaType(), 255);
+        QCOMPARE(engine.DiscStatus(), 2);
+        QCOMPARE(engine.LastSessionStatus(), 3);
+        QCOMPARE(engine.SessionCount(), 1);
+        QCOMPARE(engine.FreeBlocks(), 0);
+    }
+};
 
 QTEST_GUILESS_MAIN(tst_ImageRecorder)
 #include "tst_imagerecorder.moc"

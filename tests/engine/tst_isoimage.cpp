@@ -21,414 +21,381 @@ using namespace Fixtures;
 class tst_IsoImage : public QObject {
     Q_OBJECT
 private slots:
-    void createIsoFileReadsBackWithOutsideTools();
-    void eventsComeParentsFirst();
-    void listRemoveRename();
-    void identifiersAreMadeIso();
-    void identifiersAreCut_data();
-    void identifiersAreCut();
-    void badSources_data();
-    void badSources();
-    void symlinkLoopEnds();
-    void nameOver255BytesIsRefused();
-    void failedCreateLeavesNoFile();
-    void vanishedSourceFailsCreate();
-    void fiftyThousandFiles();
-    void sizingServesEventsMeanwhile();
-    void conversions();
+    void createIsoFileReadsBackWithOutsideTools() {
+        EngineRig e(EngineRig::NoDrive);
+        QTemporaryDir src;
+        const QString longName = QString(120, u'L') + QStringLiteral(".dat");
+        const QMap<QString, QByteArray> files = {
+            {"top.txt", "top level\n"},
+            {"Café Menü/crème brûlée.txt", pseudoRandom(5000, 1)},
+            {"Café Menü/empty file", QByteArray()},
+            {"deep/a/b/c/d/e/f/g/h/i/leaf.bin", pseudoRandom(70000, 2)},
+            {"with spaces/a file with spaces.doc", pseudoRandom(2048, 3)},
+            {"with spaces/" + longName, pseudoRandom(100, 4)},
+            {"exact block.bin", pseudoRandom(4096, 5)},
+        };
+        for (auto it = files.begin(); it != files.end(); ++it)
+            writeFile(src.filePath(it.key()), it.value());
+        writeFile(src.filePath("../single.txt"), "one\n"); // outside the tree
+        e.engine.ClearISOImage();
+        e.engine.AddISODirectory("\\tree", src.path() + "\\*.*");
+        e.engine.AddISOFile("\\single.txt",
+                            QFileInfo(src.path() + "/../single.txt").absoluteFilePath());
+        QCOMPARE(e.engine.ISOFileCount(), files.size() + 1);
+        QCOMPARE(e.engine.ISODirectoryCount(), 13); // tree, Café Menü, deep + 9 below, with spaces
+
+        using Setter = void (CDWriterPro::*)(const QString &);
+        using Getter = QString (CDWriterPro::*)() const;
+        // Each identifier, its members and the line isoinfo shows it on.
+        const QList<std::tuple<QString, Setter, Getter, QString>> ids = {
+            {"TESSALY_TEST", &CDWriterPro::setVolumeIdentifier, &CDWriterPro::VolumeIdentifier,
+             "Volume id: "},
+            {"LINUX", &CDWriterPro::setSystemIdentifier, &CDWriterPro::SystemIdentifier,
+             "System id: "},
+            {"SET 1", &CDWriterPro::setVolumeSetIdentifier, &CDWriterPro::VolumeSetIdentifier,
+             "Volume set id: "},
+            {"Publisher Name", &CDWriterPro::setPublisherIdentifier,
+             &CDWriterPro::PublisherIdentifier, "Publisher id: "},
+            {"Preparer Name", &CDWriterPro::setDataPreparerIdentifier,
+             &CDWriterPro::DataPreparerIdentifier, "Data preparer id: "},
+            {"TESSALY", &CDWriterPro::setApplicationIdentifier, &CDWriterPro::ApplicationIdentifier,
+             "Application id: "},
+            {"COPYRIGHT.TXT", &CDWriterPro::setCopyrightFileIdentifier,
+             &CDWriterPro::CopyrightFileIdentifier, "Copyright File id: "},
+            {"ABSTRACT.TXT", &CDWriterPro::setAbstractFileIdentifier,
+             &CDWriterPro::AbstractFileIdentifier, "Abstract File id: "},
+            {"BIBLIO.TXT", &CDWriterPro::setBiblioFileIdentifier,
+             &CDWriterPro::BiblioFileIdentifier, "Bibliographic File id: "}};
+        for (const auto &[id, set, get, label] : ids)
+            (e.engine.*set)(id);
+        e.engine.setISOFileSystem(1);
+
+        QTemporaryDir out;
+        const QString iso = out.filePath("image.iso");
+        const qint32 blocks = e.engine.ISOImageBlocks();
+        QVERIFY(e.engine.CreateISOFile(iso));
+        QCOMPARE(QFileInfo(iso).size(), qint64(blocks) * 2048);
+        QVERIFY(!e.probe.caching.isEmpty());
+        QCOMPARE(e.probe.caching.first(), qint16(0));
+        QCOMPARE(e.probe.caching.last(), qint16(100));
+        QCOMPARE(e.probe.count("WriteComplete"), 0); // saving a file is not a write
+
+        // Rock Ridge and Joliet names as isoinfo lists them.
+        int status = 0;
+        const QString rr =
+            QString::fromUtf8(ReadBack::run("isoinfo", {"-R", "-f", "-i", iso}, &status));
+        QCOMPARE(status, 0);
+        const QString joliet = QString::fromLatin1(
+            ReadBack::run("isoinfo", {"-J", "-j", "iso8859-1", "-f", "-i", iso}, &status));
+        QCOMPARE(status, 0);
+        // Directories deeper than ISO 9660's eight levels are relocated for Rock Ridge readers
+        // (isoinfo lists them where they lie, xorriso below where they belong).
+        for (auto it = files.begin(); it != files.end(); ++it) {
+            if (!it.key().startsWith("deep/"))
+                QVERIFY2(rr.contains("/tree/" + it.key()), qPrintable(it.key()));
+        }
+        QVERIFY(joliet.contains("/tree/Café Menü/crème brûlée.txt"));
+        QVERIFY(joliet.contains("/single.txt"));
+
+        // The identifiers of the volume descriptor.
+        const QString pvd = QString::fromUtf8(ReadBack::run("isoinfo", {"-d", "-i", iso}));
+        for (const auto &[id, set, get, label] : ids)
+            QVERIFY2(pvd.contains(label + (e.engine.*get)() + "\n"),
+                     qPrintable(label + "\n" + pvd));
+
+        // Contents, byte for byte, extracted by xorriso.
+        QTemporaryDir extracted;
+        const QByteArray log = ReadBack::run(
+            "xorriso", {"-osirrox", "on", "-indev", iso, "-extract", "/", extracted.filePath("x")},
+            &status);
+        QVERIFY2(status == 0, log.constData());
+        for (auto it = files.begin(); it != files.end(); ++it)
+            QCOMPARE(ReadBack::sha256(extracted.filePath("x/tree/" + it.key())),
+                     ReadBack::sha256(src.filePath(it.key())));
+        QCOMPARE(QFileInfo(extracted.filePath("x/tree/Café Menü/empty file")).size(), 0);
+    }
+
+    void eventsComeParentsFirst() {
+        EngineRig e(EngineRig::NoDrive);
+        QTemporaryDir src;
+        writeFile(src.filePath("a/b/c.txt"), "c");
+        writeFile(src.filePath("a/d.txt"), "d");
+        writeFile(src.filePath("e.txt"), "e");
+        e.engine.AddISODirectory("\\x", src.path() + "/*.*");
+        QCOMPARE(e.probe.added, QStringList({"\\x", "\\x\\a", "\\x\\a\\b", "\\x\\a\\b\\c.txt",
+                                             "\\x\\a\\d.txt", "\\x\\e.txt"}));
+        // A file added under a missing folder brings the folder in first.
+        e.probe.added.clear();
+        e.engine.AddISOFile("\\new\\deeper\\c.txt", src.filePath("e.txt"));
+        QCOMPARE(e.probe.added, QStringList({"\\new", "\\new\\deeper", "\\new\\deeper\\c.txt"}));
+    }
+
+    void listRemoveRename() {
+        EngineRig e(EngineRig::NoDrive);
+        QTemporaryDir src;
+        writeFile(src.filePath("d/one.txt"), "1");
+        writeFile(src.filePath("d/two.txt"), "22");
+        e.engine.AddISODirectory("\\d", src.filePath("d") + "\\*.*");
+        QStringList listed;
+        QList<qint64> sizes;
+        connect(&e.engine, &CDWriterPro::EnumISOItems, this,
+                [&](const QString &parent, const QString &dest, const QString &name,
+                    const QString &source, bool dir, VbDate, qint64 size) {
+                    QCOMPARE(parent, QStringLiteral("\\d"));
+                    QCOMPARE(dest, parent + "\\" + name);
+                    QVERIFY(!dir);
+                    QCOMPARE(source, src.filePath("d/" + name));
+                    listed.append(dest);
+                    sizes.append(size);
+                });
+        e.engine.ListISOItems("\\d");
+        QCOMPARE(listed, QStringList({"\\d\\one.txt", "\\d\\two.txt"}));
+        QCOMPARE(sizes, QList<qint64>({1, 2}));
+        listed.clear();
+        e.engine.ListISOItems("\\missing");
+        QVERIFY(listed.isEmpty());
+
+        QVERIFY(e.engine.RenameISOFile("\\d\\one.txt", "uno.txt"));
+        QVERIFY(!e.engine.RenameISOFile("\\d\\uno.txt", "two.txt")); // taken
+        QVERIFY(!e.engine.RenameISOFile("\\d", "dd"));               // not a file
+        QStringList changed;
+        connect(&e.engine, &CDWriterPro::ISODestPathChanged, this,
+                [&](const QString &o, const QString &n, bool dir) {
+                    QVERIFY(dir);
+                    changed << o << n;
+                });
+        QVERIFY(e.engine.RenameISODirectory("\\d", "renamed"));
+        QCOMPARE(changed, QStringList({"\\d", "\\renamed"}));
+
+        QStringList removed;
+        connect(&e.engine, &CDWriterPro::ISOItemRemoved, this,
+                [&](const QString &dest, const QString &name, bool dir) {
+                    removed << dest << name << (dir ? "dir" : "file");
+                });
+        QVERIFY(e.engine.RemoveISOItem("\\renamed\\uno.txt"));
+        QCOMPARE(e.engine.ISOFileCount(), 1);
+        QVERIFY(e.engine.RemoveISOItem("\\renamed"));
+        QCOMPARE(removed, QStringList({"\\renamed\\uno.txt", "uno.txt", "file", "\\renamed",
+                                       "renamed", "dir"}));
+        QCOMPARE(e.engine.ISOFileCount(), 0);
+        QCOMPARE(e.engine.ISODirectoryCount(), 0);
+        QVERIFY(!e.engine.RemoveISOItem("\\"));
+        QVERIFY(!e.engine.RemoveISOItem("\\renamed"));
+
+        int resets = 0;
+        connect(&e.engine, &CDWriterPro::ISOImageReset, this, [&] { ++resets; });
+        e.engine.AddISOFile("\\x.txt", src.filePath("d/two.txt"));
+        e.engine.ClearISOImage();
+        QCOMPARE(resets, 1);
+        QCOMPARE(e.engine.ISOFileCount(), 0);
+        listed.clear();
+        e.engine.ListISOItems("\\");
+        QVERIFY(listed.isEmpty());
+    }
+
+    void identifiersAreMadeIso() {
+        EngineRig e(EngineRig::NoDrive);
+        e.engine.setVolumeIdentifier("My Disc é");
+        QCOMPARE(e.engine.VolumeIdentifier(), QStringLiteral("MY_DISC__"));
+        e.engine.setPublisherIdentifier("Tessaly, Inc. (2026)");
+        QCOMPARE(e.engine.PublisherIdentifier(), QStringLiteral("TESSALY, INC. (2026)"));
+        e.engine.setCopyrightFileIdentifier("copy right.txt");
+        QCOMPARE(e.engine.CopyrightFileIdentifier(), QStringLiteral("COPY_RIGHT_TXT"));
+        e.engine.setVolumeSetIdentifier("Set 1");
+        QCOMPARE(e.engine.VolumeSetIdentifier(), QStringLiteral("SET_1"));
+        // The reset of the image leaves them.
+        e.engine.ClearISOImage();
+        QCOMPARE(e.engine.VolumeIdentifier(), QStringLiteral("MY_DISC__"));
+        QTemporaryDir out;
+        QVERIFY(e.engine.CreateISOFile(out.filePath("ids.iso")));
+        const QByteArray pvd = ReadBack::run("isoinfo", {"-d", "-i", out.filePath("ids.iso")});
+        QVERIFY(pvd.contains("Volume id: MY_DISC__\n"));
+        QVERIFY(pvd.contains("Publisher id: TESSALY, INC. (2026)\n"));
+        QVERIFY(pvd.contains("Copyright File id: COPY_RIGHT_TXT\n"));
+        QVERIFY(pvd.contains("Volume set id: SET_1\n"));
+        // Too long: cut to the field's length.
+        using Setter = void (CDWriterPro::*)(const QString &);
+        using Getter = QString (CDWriterPro::*)() const;
+        const QList<std::tuple<Setter, Getter, int>> fields = {
+            {&CDWriterPro::setVolumeIdentifier, &CDWriterPro::VolumeIdentifier, 32},
+            {&CDWriterPro::setSystemIdentifier, &CDWriterPro::SystemIdentifier, 32},
+            {&CDWriterPro::setVolumeSetIdentifier, &CDWriterPro::VolumeSetIdentifier, 128},
+            {&CDWriterPro::setCopyrightFileIdentifier, &CDWriterPro::CopyrightFileIdentifier, 37}};
+        for (const auto &[set, get, length] : fields) {
+            (e.engine.*set)(QString(200, u'X'));
+            QCOMPARE((e.engine.*get)(), QString(length, u'X'));
+        }
+    }
+
+    void badSources_data() {
+        QTest::addColumn<QString>("kind");
+        QTest::newRow("missing path") << "missing";
+        QTest::newRow("FIFO") << "fifo";
+        QTest::newRow("device") << "device";
+        QTest::newRow("directory as a file") << "directory";
+        QTest::newRow("empty source") << "empty";
+    }
+
+    void badSources() {
+        QFETCH(QString, kind);
+        EngineRig e(EngineRig::NoDrive);
+        QTemporaryDir src;
+        QString path;
+        if (kind == "missing")
+            path = src.filePath("not there.txt");
+        else if (kind == "fifo") {
+            path = src.filePath("pipe");
+            QCOMPARE(mkfifo(QFile::encodeName(path).constData(), 0600), 0);
+        } else if (kind == "device")
+            path = "/dev/null";
+        else if (kind == "directory")
+            path = src.path();
+        e.engine.AddISOFile("\\item", path);
+        QVERIFY(e.probe.added.isEmpty());
+        QCOMPARE(e.engine.ISOFileCount(), 0);
+        // In a folder, such entries are passed over and the rest is taken.
+        if (kind == "fifo") {
+            writeFile(src.filePath("ok.txt"), "ok");
+            e.engine.AddISODirectory("\\dir", src.path() + "\\*.*");
+            QCOMPARE(e.probe.added, QStringList({"\\dir", "\\dir\\ok.txt"}));
+        }
+        e.engine.AddISODirectory("\\dir2", src.filePath("no such folder") + "\\*.*");
+        QVERIFY(!e.probe.added.contains("\\dir2"));
+    }
+
+    void symlinkLoopEnds() {
+        EngineRig e(EngineRig::NoDrive);
+        QTemporaryDir src;
+        writeFile(src.filePath("a/file.txt"), "x");
+        QVERIFY(QFile::link(src.filePath("a"), src.filePath("a/back")));  // a loop upward
+        QVERIFY(QFile::link(src.filePath("self"), src.filePath("self"))); // a link to itself
+        e.engine.AddISOFile("\\self", src.filePath("self"));
+        QVERIFY(e.probe.added.isEmpty());
+        e.engine.AddISODirectory("\\t", src.path() + "\\*.*");
+        // The link upward is recorded as a link; the one to itself leads nowhere and is left out.
+        QCOMPARE(e.probe.added, QStringList({"\\t", "\\t\\a", "\\t\\a\\back", "\\t\\a\\file.txt"}));
+    }
+
+    void nameOver255BytesIsRefused() {
+        EngineRig e(EngineRig::NoDrive);
+        QTemporaryDir src;
+        writeFile(src.filePath("f.txt"), "x");
+        e.engine.AddISOFile("\\" + QString(256, u'n'), src.filePath("f.txt"));
+        e.engine.AddISOFile("\\" + QString(128, u'é'), src.filePath("f.txt")); // 256 bytes
+        QVERIFY(e.probe.added.isEmpty());
+        e.engine.AddISOFile("\\" + QString(255, u'n'), src.filePath("f.txt"));
+        QCOMPARE(e.probe.added.size(), 1);
+        QVERIFY(!e.engine.RenameISOFile("\\" + QString(255, u'n'), QString(300, u'm')));
+        QVERIFY(!e.engine.RenameISOFile("\\" + QString(255, u'n'), "a/b"));
+    }
+
+    void failedCreateLeavesNoFile() {
+        EngineRig e(EngineRig::NoDrive);
+        QTemporaryDir src;
+        writeFile(src.filePath("f.txt"), pseudoRandom(10000, 9));
+        e.engine.AddISOFile("\\f.txt", src.filePath("f.txt"));
+        QVERIFY(!e.engine.CreateISOFile(src.filePath("no folder/x.iso")));
+        QVERIFY(!QFileInfo::exists(src.filePath("no folder/x.iso")));
+        // A full disk, as a file size limit makes it: the write fails with EFBIG midway.
+        struct rlimit old {};
+        getrlimit(RLIMIT_FSIZE, &old);
+        signal(SIGXFSZ, SIG_IGN);
+        struct rlimit small = old;
+        small.rlim_cur = 64 * 1024;
+        QCOMPARE(setrlimit(RLIMIT_FSIZE, &small), 0);
+        const bool created = e.engine.CreateISOFile(src.filePath("full.iso"));
+        setrlimit(RLIMIT_FSIZE, &old);
+        QVERIFY(!created);
+        QVERIFY(
+            QDir(src.path()).entryList({"*.iso*", ".*iso*"}, QDir::Files | QDir::Hidden).isEmpty());
+    }
+
+    void vanishedSourceFailsCreate() {
+        EngineRig e(EngineRig::NoDrive);
+        QTemporaryDir src;
+        writeFile(src.filePath("stays.txt"), pseudoRandom(9000, 1));
+        writeFile(src.filePath("goes.txt"), pseudoRandom(9000, 2));
+        writeFile(src.filePath("shrinks.txt"), pseudoRandom(9000, 3));
+        e.engine.AddISOFile("\\stays.txt", src.filePath("stays.txt"));
+        e.engine.AddISOFile("\\goes.txt", src.filePath("goes.txt"));
+        QFile::remove(src.filePath("goes.txt"));
+        QTemporaryDir out;
+        QVERIFY(!e.engine.CreateISOFile(out.filePath("a.iso")));
+        QVERIFY(QDir(out.path()).entryList(QDir::Files | QDir::Hidden).isEmpty());
+        QCOMPARE(e.probe.fileError, 0);
+
+        QVERIFY(e.engine.RemoveISOItem("\\goes.txt"));
+        e.engine.AddISOFile("\\shrinks.txt", src.filePath("shrinks.txt"));
+        QVERIFY(QFile::resize(src.filePath("shrinks.txt"), 100));
+        e.probe.fileError = -1;
+        QVERIFY(!e.engine.CreateISOFile(out.filePath("b.iso")));
+        QVERIFY(QDir(out.path()).entryList(QDir::Files | QDir::Hidden).isEmpty());
+        QCOMPARE(e.probe.fileError, 2);
+        QCOMPARE(e.probe.failedFile, src.filePath("shrinks.txt"));
+    }
+
+    void fiftyThousandFiles() {
+        EngineRig e(EngineRig::NoDrive);
+        // Fifty thousand files cost half a minute on a busy disk and seconds in memory.
+        const QString memory = QDir("/dev/shm").exists() ? "/dev/shm/" : QDir::tempPath() + u'/';
+        QTemporaryDir src(memory + "tessaly-many-XXXXXX");
+        QVERIFY(src.isValid());
+        QDir().mkpath(src.filePath("many"));
+        for (int i = 0; i < 50000; ++i) {
+            QFile f(
+                src.filePath(QStringLiteral("many/file%1.txt").arg(i, 5, 10, QLatin1Char('0'))));
+            QVERIFY(f.open(QIODevice::WriteOnly));
+        }
+        e.engine.AddISODirectory("\\many", src.filePath("many") + "\\*.*");
+        QCOMPARE(e.engine.ISOFileCount(), 50000);
+        QCOMPARE(e.probe.added.size(), 50001);
+        const qint32 blocks = e.engine.ISOImageBlocks();
+        QVERIFY(blocks > 50000 / 20); // directory records for every name
+        const QString iso = src.filePath("many.iso");
+        QVERIFY(e.engine.CreateISOFile(iso));
+        QCOMPARE(QFileInfo(iso).size(), qint64(blocks) * 2048);
+        // "stdio:" keeps xorriso from taking a file under /dev for a drive.
+        const QByteArray listing =
+            ReadBack::run("xorriso", {"-indev", "stdio:" + iso, "-find", "/many", "-type", "f"});
+        QCOMPARE(listing.count('\n'), 50000);
+    }
+
+    // The size is laid out on a worker while the UI thread serves timers: a timer may ask for the
+    // size again, or change the image, and each answer is the size of the image as it was asked.
+    void sizingServesEventsMeanwhile() {
+        EngineRig e(EngineRig::NoDrive);
+        QTemporaryDir src;
+        for (int i = 0; i < 2000; ++i)
+            writeFile(src.filePath(QStringLiteral("d%1/f%2.txt").arg(i % 20).arg(i)), "x");
+        writeFile(src.filePath("../late.bin"), pseudoRandom(10 * 2048, 7));
+        e.engine.AddISODirectory("\\d", src.path() + "\\*.*");
+
+        qint32 nested = -1;
+        QTimer::singleShot(0, [&] { nested = e.engine.ISOImageBlocks(); });
+        const qint32 first = e.engine.ISOImageBlocks();
+        QCOMPARE(nested, first);
+
+        e.engine.AddISOFile("\\early.txt", src.filePath("d0/f0.txt"));
+        QTimer::singleShot(0, [&] {
+            e.engine.AddISOFile("\\late.bin",
+                                QFileInfo(src.path() + "/../late.bin").absoluteFilePath());
+        });
+        const qint32 asked = e.engine.ISOImageBlocks();
+        const qint32 afterwards = e.engine.ISOImageBlocks();
+        QVERIFY2(afterwards >= asked + 10,
+                 qPrintable(QStringLiteral("%1 %2").arg(asked).arg(afterwards)));
+
+        QTemporaryDir out;
+        QVERIFY(e.engine.CreateISOFile(out.filePath("late.iso")));
+        QCOMPARE(QFileInfo(out.filePath("late.iso")).size(), qint64(afterwards) * 2048);
+    }
+
+    void conversions() {
+        CDWriterPro engine;
+        QCOMPARE(engine.BlocksToBytes(10, 1), 20480.0);
+        QCOMPARE(engine.BlocksToBytes(10, 0), 23520.0);
+    }
 };
-
-void tst_IsoImage::createIsoFileReadsBackWithOutsideTools() {
-    EngineRig e(EngineRig::NoDrive);
-    QTemporaryDir src;
-    const QString longName = QString(120, u'L') + QStringLiteral(".dat");
-    const QMap<QString, QByteArray> files = {
-        {"top.txt", "top level\n"},
-        {"Café Menü/crème brûlée.txt", pseudoRandom(5000, 1)},
-        {"Café Menü/empty file", QByteArray()},
-        {"deep/a/b/c/d/e/f/g/h/i/leaf.bin", pseudoRandom(70000, 2)},
-        {"with spaces/a file with spaces.doc", pseudoRandom(2048, 3)},
-        {"with spaces/" + longName, pseudoRandom(100, 4)},
-        {"exact block.bin", pseudoRandom(4096, 5)},
-    };
-    for (auto it = files.begin(); it != files.end(); ++it)
-        writeFile(src.filePath(it.key()), it.value());
-    writeFile(src.filePath("../single.txt"), "one\n"); // outside the tree
-    e.engine.ClearISOImage();
-    e.engine.AddISODirectory("\\tree", src.path() + "\\*.*");
-    e.engine.AddISOFile("\\single.txt",
-                        QFileInfo(src.path() + "/../single.txt").absoluteFilePath());
-    QCOMPARE(e.engine.ISOFileCount(), files.size() + 1);
-    QCOMPARE(e.engine.ISODirectoryCount(), 13); // tree, Café Menü, deep + 9 below, with spaces
-
-    const QStringList ids = {"TESSALY_TEST",   "LINUX",         "SET 1",
-                             "Publisher Name", "Preparer Name", "TESSALY",
-                             "COPYRIGHT.TXT",  "ABSTRACT.TXT",  "BIBLIO.TXT"};
-    e.engine.setVolumeIdentifier(ids[0]);
-    e.engine.setSystemIdentifier(ids[1]);
-    e.engine.setVolumeSetIdentifier(ids[2]);
-    e.engine.setPublisherIdentifier(ids[3]);
-    e.engine.setDataPreparerIdentifier(ids[4]);
-    e.engine.setApplicationIdentifier(ids[5]);
-    e.engine.setCopyrightFileIdentifier(ids[6]);
-    e.engine.setAbstractFileIdentifier(ids[7]);
-    e.engine.setBiblioFileIdentifier(ids[8]);
-    e.engine.setISOFileSystem(1);
-
-    QTemporaryDir out;
-    const QString iso = out.filePath("image.iso");
-    const qint32 blocks = e.engine.ISOImageBlocks();
-    QVERIFY(e.engine.CreateISOFile(iso));
-    QCOMPARE(QFileInfo(iso).size(), qint64(blocks) * 2048);
-    QVERIFY(!e.probe.caching.isEmpty());
-    QCOMPARE(e.probe.caching.first(), qint16(0));
-    QCOMPARE(e.probe.caching.last(), qint16(100));
-    QCOMPARE(e.probe.count("WriteComplete"), 0); // saving a file is not a write
-
-    // Rock Ridge and Joliet names as isoinfo lists them.
-    int status = 0;
-    const QString rr =
-        QString::fromUtf8(ReadBack::run("isoinfo", {"-R", "-f", "-i", iso}, &status));
-    QCOMPARE(status, 0);
-    const QString joliet = QString::fromLatin1(
-        ReadBack::run("isoinfo", {"-J", "-j", "iso8859-1", "-f", "-i", iso}, &status));
-    QCOMPARE(status, 0);
-    // Directories deeper than ISO 9660's eight levels are relocated for Rock Ridge readers
-    // (isoinfo lists them where they lie, xorriso below where they belong).
-    for (auto it = files.begin(); it != files.end(); ++it) {
-        if (!it.key().startsWith("deep/"))
-            QVERIFY2(rr.contains("/tree/" + it.key()), qPrintable(it.key()));
-    }
-    QVERIFY(joliet.contains("/tree/Café Menü/crème brûlée.txt"));
-    QVERIFY(joliet.contains("/single.txt"));
-
-    // The identifiers of the volume descriptor.
-    const QString pvd = QString::fromUtf8(ReadBack::run("isoinfo", {"-d", "-i", iso}));
-    const QStringList labels = {
-        "Volume id: ",         "System id: ",        "Volume set id: ",
-        "Publisher id: ",      "Data preparer id: ", "Application id: ",
-        "Copyright File id: ", "Abstract File id: ", "Bibliographic File id: "};
-    const QStringList engineIds = {
-        e.engine.VolumeIdentifier(),        e.engine.SystemIdentifier(),
-        e.engine.VolumeSetIdentifier(),     e.engine.PublisherIdentifier(),
-        e.engine.DataPreparerIdentifier(),  e.engine.ApplicationIdentifier(),
-        e.engine.CopyrightFileIdentifier(), e.engine.AbstractFileIdentifier(),
-        e.engine.BiblioFileIdentifier()};
-    for (int i = 0; i < labels.size(); ++i) {
-        QVERIFY2(pvd.contains(labels[i] + engineIds[i] + "\n"), qPrintable(labels[i] + "\n" + pvd));
-    }
-
-    // Contents, byte for byte, extracted by xorriso.
-    QTemporaryDir extracted;
-    const QByteArray log = ReadBack::run(
-        "xorriso", {"-osirrox", "on", "-indev", iso, "-extract", "/", extracted.filePath("x")},
-        &status);
-    QVERIFY2(status == 0, log.constData());
-    for (auto it = files.begin(); it != files.end(); ++it)
-        QCOMPARE(ReadBack::sha256(extracted.filePath("x/tree/" + it.key())),
-                 ReadBack::sha256(src.filePath(it.key())));
-    QCOMPARE(QFileInfo(extracted.filePath("x/tree/Café Menü/empty file")).size(), 0);
-}
-
-void tst_IsoImage::eventsComeParentsFirst() {
-    EngineRig e(EngineRig::NoDrive);
-    QTemporaryDir src;
-    writeFile(src.filePath("a/b/c.txt"), "c");
-    writeFile(src.filePath("a/d.txt"), "d");
-    writeFile(src.filePath("e.txt"), "e");
-    e.engine.AddISODirectory("\\x", src.path() + "/*.*");
-    QCOMPARE(e.probe.added, QStringList({"\\x", "\\x\\a", "\\x\\a\\b", "\\x\\a\\b\\c.txt",
-                                         "\\x\\a\\d.txt", "\\x\\e.txt"}));
-    // A file added under a missing folder brings the folder in first.
-    e.probe.added.clear();
-    e.engine.AddISOFile("\\new\\deeper\\c.txt", src.filePath("e.txt"));
-    QCOMPARE(e.probe.added, QStringList({"\\new", "\\new\\deeper", "\\new\\deeper\\c.txt"}));
-}
-
-void tst_IsoImage::listRemoveRename() {
-    EngineRig e(EngineRig::NoDrive);
-    QTemporaryDir src;
-    writeFile(src.filePath("d/one.txt"), "1");
-    writeFile(src.filePath("d/two.txt"), "22");
-    e.engine.AddISODirectory("\\d", src.filePath("d") + "\\*.*");
-    QStringList listed;
-    QList<qint64> sizes;
-    connect(&e.engine, &CDWriterPro::EnumISOItems, this,
-            [&](const QString &parent, const QString &dest, const QString &name,
-                const QString &source, bool dir, VbDate, qint64 size) {
-                QCOMPARE(parent, QStringLiteral("\\d"));
-                QCOMPARE(dest, parent + "\\" + name);
-                QVERIFY(!dir);
-                QCOMPARE(source, src.filePath("d/" + name));
-                listed.append(dest);
-                sizes.append(size);
-            });
-    e.engine.ListISOItems("\\d");
-    QCOMPARE(listed, QStringList({"\\d\\one.txt", "\\d\\two.txt"}));
-    QCOMPARE(sizes, QList<qint64>({1, 2}));
-    listed.clear();
-    e.engine.ListISOItems("\\missing");
-    QVERIFY(listed.isEmpty());
-
-    QVERIFY(e.engine.RenameISOFile("\\d\\one.txt", "uno.txt"));
-    QVERIFY(!e.engine.RenameISOFile("\\d\\uno.txt", "two.txt")); // taken
-    QVERIFY(!e.engine.RenameISOFile("\\d", "dd"));               // not a file
-    QStringList changed;
-    connect(&e.engine, &CDWriterPro::ISODestPathChanged, this,
-            [&](const QString &o, const QString &n, bool dir) {
-                QVERIFY(dir);
-                changed << o << n;
-            });
-    QVERIFY(e.engine.RenameISODirectory("\\d", "renamed"));
-    QCOMPARE(changed, QStringList({"\\d", "\\renamed"}));
-
-    QStringList removed;
-    connect(&e.engine, &CDWriterPro::ISOItemRemoved, this,
-            [&](const QString &dest, const QString &name, bool dir) {
-                removed << dest << name << (dir ? "dir" : "file");
-            });
-    QVERIFY(e.engine.RemoveISOItem("\\renamed\\uno.txt"));
-    QCOMPARE(e.engine.ISOFileCount(), 1);
-    QVERIFY(e.engine.RemoveISOItem("\\renamed"));
-    QCOMPARE(removed,
-             QStringList({"\\renamed\\uno.txt", "uno.txt", "file", "\\renamed", "renamed", "dir"}));
-    QCOMPARE(e.engine.ISOFileCount(), 0);
-    QCOMPARE(e.engine.ISODirectoryCount(), 0);
-    QVERIFY(!e.engine.RemoveISOItem("\\"));
-    QVERIFY(!e.engine.RemoveISOItem("\\renamed"));
-
-    int resets = 0;
-    connect(&e.engine, &CDWriterPro::ISOImageReset, this, [&] { ++resets; });
-    e.engine.AddISOFile("\\x.txt", src.filePath("d/two.txt"));
-    e.engine.ClearISOImage();
-    QCOMPARE(resets, 1);
-    QCOMPARE(e.engine.ISOFileCount(), 0);
-    listed.clear();
-    e.engine.ListISOItems("\\");
-    QVERIFY(listed.isEmpty());
-}
-
-void tst_IsoImage::identifiersAreCut_data() {
-    QTest::addColumn<int>("which");
-    QTest::addColumn<int>("length");
-    QTest::newRow("volume") << 0 << 32;
-    QTest::newRow("system") << 1 << 32;
-    QTest::newRow("volume set") << 2 << 128;
-    QTest::newRow("copyright") << 6 << 37;
-}
-
-void tst_IsoImage::identifiersAreMadeIso() {
-    EngineRig e(EngineRig::NoDrive);
-    e.engine.setVolumeIdentifier("My Disc é");
-    QCOMPARE(e.engine.VolumeIdentifier(), QStringLiteral("MY_DISC__"));
-    e.engine.setPublisherIdentifier("Tessaly, Inc. (2026)");
-    QCOMPARE(e.engine.PublisherIdentifier(), QStringLiteral("TESSALY, INC. (2026)"));
-    e.engine.setCopyrightFileIdentifier("copy right.txt");
-    QCOMPARE(e.engine.CopyrightFileIdentifier(), QStringLiteral("COPY_RIGHT_TXT"));
-    e.engine.setVolumeSetIdentifier("Set 1");
-    QCOMPARE(e.engine.VolumeSetIdentifier(), QStringLiteral("SET_1"));
-    // The reset of the image leaves them.
-    e.engine.ClearISOImage();
-    QCOMPARE(e.engine.VolumeIdentifier(), QStringLiteral("MY_DISC__"));
-    QTemporaryDir out;
-    QVERIFY(e.engine.CreateISOFile(out.filePath("ids.iso")));
-    const QByteArray pvd = ReadBack::run("isoinfo", {"-d", "-i", out.filePath("ids.iso")});
-    QVERIFY(pvd.contains("Volume id: MY_DISC__\n"));
-    QVERIFY(pvd.contains("Publisher id: TESSALY, INC. (2026)\n"));
-    QVERIFY(pvd.contains("Copyright File id: COPY_RIGHT_TXT\n"));
-    QVERIFY(pvd.contains("Volume set id: SET_1\n"));
-}
-
-void tst_IsoImage::identifiersAreCut() {
-    QFETCH(int, which);
-    QFETCH(int, length);
-    EngineRig e(EngineRig::NoDrive);
-    const QString text(200, u'X');
-    using Setter = void (CDWriterPro::*)(const QString &);
-    using Getter = QString (CDWriterPro::*)() const;
-    const QList<QPair<Setter, Getter>> members = {
-        {&CDWriterPro::setVolumeIdentifier, &CDWriterPro::VolumeIdentifier},
-        {&CDWriterPro::setSystemIdentifier, &CDWriterPro::SystemIdentifier},
-        {&CDWriterPro::setVolumeSetIdentifier, &CDWriterPro::VolumeSetIdentifier},
-        {nullptr, nullptr},
-        {nullptr, nullptr},
-        {nullptr, nullptr},
-        {&CDWriterPro::setCopyrightFileIdentifier, &CDWriterPro::CopyrightFileIdentifier},
-    };
-    (e.engine.*members[which].first)(text);
-    QCOMPARE((e.engine.*members[which].second)(), QString(length, u'X'));
-}
-
-void tst_IsoImage::badSources_data() {
-    QTest::addColumn<QString>("kind");
-    QTest::newRow("missing path") << "missing";
-    QTest::newRow("FIFO") << "fifo";
-    QTest::newRow("device") << "device";
-    QTest::newRow("directory as a file") << "directory";
-    QTest::newRow("empty source") << "empty";
-}
-
-void tst_IsoImage::badSources() {
-    QFETCH(QString, kind);
-    EngineRig e(EngineRig::NoDrive);
-    QTemporaryDir src;
-    QString path;
-    if (kind == "missing")
-        path = src.filePath("not there.txt");
-    else if (kind == "fifo") {
-        path = src.filePath("pipe");
-        QCOMPARE(mkfifo(QFile::encodeName(path).constData(), 0600), 0);
-    } else if (kind == "device")
-        path = "/dev/null";
-    else if (kind == "directory")
-        path = src.path();
-    e.engine.AddISOFile("\\item", path);
-    QVERIFY(e.probe.added.isEmpty());
-    QCOMPARE(e.engine.ISOFileCount(), 0);
-    // In a folder, such entries are passed over and the rest is taken.
-    if (kind == "fifo") {
-        writeFile(src.filePath("ok.txt"), "ok");
-        e.engine.AddISODirectory("\\dir", src.path() + "\\*.*");
-        QCOMPARE(e.probe.added, QStringList({"\\dir", "\\dir\\ok.txt"}));
-    }
-    e.engine.AddISODirectory("\\dir2", src.filePath("no such folder") + "\\*.*");
-    QVERIFY(!e.probe.added.contains("\\dir2"));
-}
-
-void tst_IsoImage::symlinkLoopEnds() {
-    EngineRig e(EngineRig::NoDrive);
-    QTemporaryDir src;
-    writeFile(src.filePath("a/file.txt"), "x");
-    QVERIFY(QFile::link(src.filePath("a"), src.filePath("a/back")));  // a loop upward
-    QVERIFY(QFile::link(src.filePath("self"), src.filePath("self"))); // a link to itself
-    e.engine.AddISOFile("\\self", src.filePath("self"));
-    QVERIFY(e.probe.added.isEmpty());
-    e.engine.AddISODirectory("\\t", src.path() + "\\*.*");
-    // The link upward is recorded as a link; the one to itself leads nowhere and is left out.
-    QCOMPARE(e.probe.added, QStringList({"\\t", "\\t\\a", "\\t\\a\\back", "\\t\\a\\file.txt"}));
-}
-
-void tst_IsoImage::nameOver255BytesIsRefused() {
-    EngineRig e(EngineRig::NoDrive);
-    QTemporaryDir src;
-    writeFile(src.filePath("f.txt"), "x");
-    e.engine.AddISOFile("\\" + QString(256, u'n'), src.filePath("f.txt"));
-    e.engine.AddISOFile("\\" + QString(128, u'é'), src.filePath("f.txt")); // 256 bytes
-    QVERIFY(e.probe.added.isEmpty());
-    e.engine.AddISOFile("\\" + QString(255, u'n'), src.filePath("f.txt"));
-    QCOMPARE(e.probe.added.size(), 1);
-    QVERIFY(!e.engine.RenameISOFile("\\" + QString(255, u'n'), QString(300, u'm')));
-    QVERIFY(!e.engine.RenameISOFile("\\" + QString(255, u'n'), "a/b"));
-}
-
-void tst_IsoImage::failedCreateLeavesNoFile() {
-    EngineRig e(EngineRig::NoDrive);
-    QTemporaryDir src;
-    writeFile(src.filePath("f.txt"), pseudoRandom(10000, 9));
-    e.engine.AddISOFile("\\f.txt", src.filePath("f.txt"));
-    QVERIFY(!e.engine.CreateISOFile(src.filePath("no folder/x.iso")));
-    QVERIFY(!QFileInfo::exists(src.filePath("no folder/x.iso")));
-    // A full disk, as a file size limit makes it: the write fails with EFBIG midway.
-    struct rlimit old {};
-    getrlimit(RLIMIT_FSIZE, &old);
-    signal(SIGXFSZ, SIG_IGN);
-    struct rlimit small = old;
-    small.rlim_cur = 64 * 1024;
-    QCOMPARE(setrlimit(RLIMIT_FSIZE, &small), 0);
-    const bool created = e.engine.CreateISOFile(src.filePath("full.iso"));
-    setrlimit(RLIMIT_FSIZE, &old);
-    QVERIFY(!created);
-    QVERIFY(QDir(src.path()).entryList({"*.iso*", ".*iso*"}, QDir::Files | QDir::Hidden).isEmpty());
-}
-
-void tst_IsoImage::vanishedSourceFailsCreate() {
-    EngineRig e(EngineRig::NoDrive);
-    QTemporaryDir src;
-    writeFile(src.filePath("stays.txt"), pseudoRandom(9000, 1));
-    writeFile(src.filePath("goes.txt"), pseudoRandom(9000, 2));
-    writeFile(src.filePath("shrinks.txt"), pseudoRandom(9000, 3));
-    e.engine.AddISOFile("\\stays.txt", src.filePath("stays.txt"));
-    e.engine.AddISOFile("\\goes.txt", src.filePath("goes.txt"));
-    QFile::remove(src.filePath("goes.txt"));
-    QTemporaryDir out;
-    QVERIFY(!e.engine.CreateISOFile(out.filePath("a.iso")));
-    QVERIFY(QDir(out.path()).entryList(QDir::Files | QDir::Hidden).isEmpty());
-    QCOMPARE(e.probe.fileError, 0);
-
-    QVERIFY(e.engine.RemoveISOItem("\\goes.txt"));
-    e.engine.AddISOFile("\\shrinks.txt", src.filePath("shrinks.txt"));
-    QVERIFY(QFile::resize(src.filePath("shrinks.txt"), 100));
-    e.probe.fileError = -1;
-    QVERIFY(!e.engine.CreateISOFile(out.filePath("b.iso")));
-    QVERIFY(QDir(out.path()).entryList(QDir::Files | QDir::Hidden).isEmpty());
-    QCOMPARE(e.probe.fileError, 2);
-    QCOMPARE(e.probe.failedFile, src.filePath("shrinks.txt"));
-}
-
-void tst_IsoImage::fiftyThousandFiles() {
-    EngineRig e(EngineRig::NoDrive);
-    // Fifty thousand files cost half a minute on a busy disk and seconds in memory.
-    const QString memory = QDir("/dev/shm").exists() ? "/dev/shm/" : QDir::tempPath() + u'/';
-    QTemporaryDir src(memory + "tessaly-many-XXXXXX");
-    QVERIFY(src.isValid());
-    QDir().mkpath(src.filePath("many"));
-    for (int i = 0; i < 50000; ++i) {
-        QFile f(src.filePath(QStringLiteral("many/file%1.txt").arg(i, 5, 10, QLatin1Char('0'))));
-        QVERIFY(f.open(QIODevice::WriteOnly));
-    }
-    e.engine.AddISODirectory("\\many", src.filePath("many") + "\\*.*");
-    QCOMPARE(e.engine.ISOFileCount(), 50000);
-    QCOMPARE(e.probe.added.size(), 50001);
-    const qint32 blocks = e.engine.ISOImageBlocks();
-    QVERIFY(blocks > 50000 / 20); // directory records for every name
-    const QString iso = src.filePath("many.iso");
-    QVERIFY(e.engine.CreateISOFile(iso));
-    QCOMPARE(QFileInfo(iso).size(), qint64(blocks) * 2048);
-    // "stdio:" keeps xorriso from taking a file under /dev for a drive.
-    const QByteArray listing =
-        ReadBack::run("xorriso", {"-indev", "stdio:" + iso, "-find", "/many", "-type", "f"});
-    QCOMPARE(listing.count('\n'), 50000);
-}
-
-void tst_IsoImage::conversions() {
-    CDWriterPro engine;
-    QCOMPARE(engine.BlocksToBytes(10, 1), 20480.0);
-    QCOMPARE(engine.BlocksToBytes(10, 0), 23520.0);
-    QCOMPARE(engine.BlocksToTime(0), QStringLiteral("00:00:00"));
-    QCOMPARE(engine.BlocksToTime(75 * 61 + 3), QStringLiteral("01:01:03"));
-    QCOMPARE(engine.ISOLevel(), 3);
-    QCOMPARE(engine.ISOFileSystem(), 1);
-}
-
-// The size is laid out on a worker while the UI thread serves timers: a timer may ask for the
-// size again, or change the image, and each answer is the size of the image as it was asked.
-void tst_IsoImage::sizingServesEventsMeanwhile() {
-    EngineRig e(EngineRig::NoDrive);
-    QTemporaryDir src;
-    for (int i = 0; i < 2000; ++i)
-        writeFile(src.filePath(QStringLiteral("d%1/f%2.txt").arg(i % 20).arg(i)), "x");
-    writeFile(src.filePath("../late.bin"), pseudoRandom(10 * 2048, 7));
-    e.engine.AddISODirectory("\\d", src.path() + "\\*.*");
-
-    qint32 nested = -1;
-    QTimer::singleShot(0, [&] { nested = e.engine.ISOImageBlocks(); });
-    const qint32 first = e.engine.ISOImageBlocks();
-    QCOMPARE(nested, first);
-
-    e.engine.AddISOFile("\\early.txt", src.filePath("d0/f0.txt"));
-    QTimer::singleShot(0, [&] {
-        e.engine.AddISOFile("\\late.bin",
-                            QFileInfo(src.path() + "/../late.bin").absoluteFilePath());
-    });
-    const qint32 asked = e.engine.ISOImageBlocks();
-    const qint32 afterwards = e.engine.ISOImageBlocks();
-    QVERIFY2(afterwards >= asked + 10,
-             qPrintable(QStringLiteral("%1 %2").arg(asked).arg(afterwards)));
-
-    QTemporaryDir out;
-    QVERIFY(e.engine.CreateISOFile(out.filePath("late.iso")));
-    QCOMPARE(QFileInfo(out.filePath("late.iso")).size(), qint64(afterwards) * 2048);
-}
 
 QTEST_GUILESS_MAIN(tst_IsoImage)
 #include "tst_isoimage.moc"

@@ -67,183 +67,178 @@ struct DataRig : EngineRig {
 class tst_Reentrancy : public QObject {
     Q_OBJECT
 private slots:
-    void changedFromInsideEvents_data();
-    void changedFromInsideEvents();
-    void destroyedFromInsideEvents_data();
-    void destroyedFromInsideEvents();
-    void importedSessions();
-};
-
-void tst_Reentrancy::changedFromInsideEvents_data() {
-    QTest::addColumn<QString>("during");
-    QTest::addColumn<QString>("act");
-    for (const char *act : {"clear", "remove parent", "remove sibling", "add over"})
-        QTest::addRow("folder added, %s", act) << "add" << act;
-    for (const char *during : {"list", "import"}) {
-        for (const char *act : {"remove parent", "remove sibling"})
-            QTest::addRow("%s, %s", during, act) << during << act;
-    }
-    QTest::newRow("replace question, remove the file (refused)") << "replace"
-                                                                 << "remove file";
-}
-
-void tst_Reentrancy::changedFromInsideEvents() {
-    QFETCH(QString, during);
-    QFETCH(QString, act);
-    DataRig rig;
-    CDWriterPro &e = rig.engine;
-    if (during != u"add")
-        e.AddISODirectory("\\src", rig.src.path());
-    if (during == u"import" || during == u"replace") {
-        QVERIFY(rig.write());
-        e.ClearISOImage();
-        QVERIFY(during == u"import" || e.ImportLastSession(true));
-    }
-    // The first event about \src\a.bin does it, once, after it was seen.
-    const QMap<QString, std::function<bool()>> acts{
-        {"clear", [&] { return e.ClearISOImage(), e.ISOFileCount() == 0; }},
-        {"remove parent", [&] { return e.RemoveISOItem("\\src"); }},
-        {"remove sibling", [&] { return e.RemoveISOItem("\\src\\b.bin"); }},
-        {"remove file", [&] { return !e.RemoveISOItem("\\src\\a.bin"); }},
-        {"add over", [&] {
-             e.AddISOFile("\\src\\e.bin", rig.src.filePath("other.bin"));
-             return rig.mirror.value("\\src\\e.bin").second == 3000 + 700 * 9;
-         }}};
-    qsizetype after = -1;
-    auto onItem = [&](const QString &, const QString &dest) {
-        if (after < 0 && dest == u"\\src\\a.bin") {
-            QVERIFY(acts[act]());
-            after = rig.announced.size();
+    void changedFromInsideEvents_data() {
+        QTest::addColumn<QString>("during");
+        QTest::addColumn<QString>("act");
+        for (const char *act : {"clear", "remove parent", "remove sibling", "add over"})
+            QTest::addRow("folder added, %s", act) << "add" << act;
+        for (const char *during : {"list", "import"}) {
+            for (const char *act : {"remove parent", "remove sibling"})
+                QTest::addRow("%s, %s", during, act) << during << act;
         }
-    };
-    QObject::connect(&e, &CDWriterPro::EnumISOItems, &rig.probe,
-                     [&](const QString &, const QString &dest) { rig.announced << dest; });
-    QObject::connect(&e, &CDWriterPro::ISOItemAdded, &rig.probe, onItem);
-    QObject::connect(&e, &CDWriterPro::EnumISOItems, &rig.probe, onItem);
-    QObject::connect(&e, &CDWriterPro::ReplaceImportedISOFile, &rig.probe,
-                     [&](const QString &dest, const QString &, const QString &, bool &yes) {
-                         onItem({}, dest);
-                         yes = true;
-                     });
-    if (during == u"add")
-        e.AddISODirectory("\\src", rig.src.path());
-    else if (during == u"list")
-        e.ListISOItems("\\src");
-    else if (during == u"import")
-        QVERIFY(e.ImportLastSession(true));
-    else
-        e.AddISOFile("\\src\\a.bin", rig.src.filePath("other.bin"));
-    QVERIFY(after >= 0);
-
-    // Events, listing and counts agree; nothing gone was announced after it went.
-    int folders = 0;
-    const Files now = rig.listed("\\", folders);
-    QCOMPARE(rig.mirror, now);
-    QCOMPARE(e.ISOFileCount(), now.size());
-    QCOMPARE(e.ISODirectoryCount(), folders);
-    for (const QString &dest : rig.announced.mid(after))
-        QVERIFY2(
-            std::any_of(now.keyBegin(), now.keyEnd(),
-                        [&](const QString &k) { return (k + u'\\').startsWith(dest + u'\\'); }),
-            qPrintable(dest));
-    // The ISO file holds exactly those files with their bytes, imported ones read from the disc.
-    Hashes want;
-    for (auto it = now.begin(); it != now.end(); ++it) {
-        const QString rel = it.key().mid(5).replace(u'\\', u'/'); // after "\src\"
-        want.insert("/src/" + rel,
-                    ReadBack::sha256(it->first.isEmpty() ? rig.src.filePath(rel) : it->first));
+        QTest::newRow("replace question, remove the file (refused)") << "replace"
+                                                                     << "remove file";
     }
-    const QString iso = rig.src.filePath("image.iso");
-    QVERIFY(e.CreateISOFile(iso));
-    for (auto tool : {ReadBack::Tool::Xorriso, ReadBack::Tool::Isoinfo, ReadBack::Tool::Bsdtar})
-        QCOMPARE(ReadBack::fileHashes(tool, iso), want);
-}
 
-void tst_Reentrancy::destroyedFromInsideEvents_data() {
-    QTest::addColumn<QString>("call");
-    QTest::addColumn<bool>("owner");
-    for (const char *call : {"CreateISOFile", "AddISODirectory", "ListISOItems"}) {
-        QTest::addRow("%s, the engine", call) << call << false;
-        QTest::addRow("%s, its owner", call) << call << true;
+    void changedFromInsideEvents() {
+        QFETCH(QString, during);
+        QFETCH(QString, act);
+        DataRig rig;
+        CDWriterPro &e = rig.engine;
+        if (during != u"add")
+            e.AddISODirectory("\\src", rig.src.path());
+        if (during == u"import" || during == u"replace") {
+            QVERIFY(rig.write());
+            e.ClearISOImage();
+            QVERIFY(during == u"import" || e.ImportLastSession(true));
+        }
+        // The first event about \src\a.bin does it, once, after it was seen.
+        const QMap<QString, std::function<bool()>> acts{
+            {"clear", [&] { return e.ClearISOImage(), e.ISOFileCount() == 0; }},
+            {"remove parent", [&] { return e.RemoveISOItem("\\src"); }},
+            {"remove sibling", [&] { return e.RemoveISOItem("\\src\\b.bin"); }},
+            {"remove file", [&] { return !e.RemoveISOItem("\\src\\a.bin"); }},
+            {"add over", [&] {
+                 e.AddISOFile("\\src\\e.bin", rig.src.filePath("other.bin"));
+                 return rig.mirror.value("\\src\\e.bin").second == 3000 + 700 * 9;
+             }}};
+        qsizetype after = -1;
+        auto onItem = [&](const QString &, const QString &dest) {
+            if (after < 0 && dest == u"\\src\\a.bin") {
+                QVERIFY(acts[act]());
+                after = rig.announced.size();
+            }
+        };
+        QObject::connect(&e, &CDWriterPro::EnumISOItems, &rig.probe,
+                         [&](const QString &, const QString &dest) { rig.announced << dest; });
+        QObject::connect(&e, &CDWriterPro::ISOItemAdded, &rig.probe, onItem);
+        QObject::connect(&e, &CDWriterPro::EnumISOItems, &rig.probe, onItem);
+        QObject::connect(&e, &CDWriterPro::ReplaceImportedISOFile, &rig.probe,
+                         [&](const QString &dest, const QString &, const QString &, bool &yes) {
+                             onItem({}, dest);
+                             yes = true;
+                         });
+        if (during == u"add")
+            e.AddISODirectory("\\src", rig.src.path());
+        else if (during == u"list")
+            e.ListISOItems("\\src");
+        else if (during == u"import")
+            QVERIFY(e.ImportLastSession(true));
+        else
+            e.AddISOFile("\\src\\a.bin", rig.src.filePath("other.bin"));
+        QVERIFY(after >= 0);
+
+        // Events, listing and counts agree; nothing gone was announced after it went.
+        int folders = 0;
+        const Files now = rig.listed("\\", folders);
+        QCOMPARE(rig.mirror, now);
+        QCOMPARE(e.ISOFileCount(), now.size());
+        QCOMPARE(e.ISODirectoryCount(), folders);
+        for (const QString &dest : rig.announced.mid(after))
+            QVERIFY2(
+                std::any_of(now.keyBegin(), now.keyEnd(),
+                            [&](const QString &k) { return (k + u'\\').startsWith(dest + u'\\'); }),
+                qPrintable(dest));
+        // The ISO file holds exactly those files with their bytes, imported ones read from the
+        // disc.
+        Hashes want;
+        for (auto it = now.begin(); it != now.end(); ++it) {
+            const QString rel = it.key().mid(5).replace(u'\\', u'/'); // after "\src\"
+            want.insert("/src/" + rel,
+                        ReadBack::sha256(it->first.isEmpty() ? rig.src.filePath(rel) : it->first));
+        }
+        const QString iso = rig.src.filePath("image.iso");
+        QVERIFY(e.CreateISOFile(iso));
+        for (auto tool : {ReadBack::Tool::Xorriso, ReadBack::Tool::Isoinfo, ReadBack::Tool::Bsdtar})
+            QCOMPARE(ReadBack::fileHashes(tool, iso), want);
     }
-}
 
-void tst_Reentrancy::destroyedFromInsideEvents() {
-    QFETCH(QString, call);
-    QFETCH(bool, owner);
-    TestEnvironment env;
-    QTemporaryDir src;
-    for (int i = 0; i < 5; ++i)
-        writeFile(src.filePath(QStringLiteral("f%1.bin").arg(i)), pseudoRandom(300000, i));
-    std::unique_ptr<QObject> parent = std::make_unique<QObject>();
-    QPointer<CDWriterPro> e = new CDWriterPro(parent.get());
-    if (call != u"AddISODirectory")
-        e->AddISODirectory("\\", src.path());
-    auto destroy = [&] { owner ? parent.reset() : delete e.data(); };
-    QObject::connect(e.data(), &CDWriterPro::CachingStatus, destroy);
-    QObject::connect(e.data(), &CDWriterPro::ISOItemAdded, destroy);
-    QObject::connect(e.data(), &CDWriterPro::EnumISOItems, destroy);
-    if (call == u"CreateISOFile")
-        QVERIFY(!e->CreateISOFile(src.filePath("out.iso")));
-    else if (call == u"AddISODirectory")
-        e->AddISODirectory("\\", src.path());
-    else
-        e->ListISOItems("\\");
-    QVERIFY(e.isNull()); // and the call came back
-}
+    void destroyedFromInsideEvents_data() {
+        QTest::addColumn<QString>("call");
+        QTest::addColumn<bool>("owner");
+        for (const char *call : {"CreateISOFile", "AddISODirectory", "ListISOItems"}) {
+            QTest::addRow("%s, the engine", call) << call << false;
+            QTest::addRow("%s, its owner", call) << call << true;
+        }
+    }
 
-void tst_Reentrancy::importedSessions() {
-    // A session cut by a failure, then closed: its directory names a file never written.
-    DataRig rig;
-    writeFile(rig.src.filePath("z big.bin"), pseudoRandom(3 << 20, 6));
-    rig.engine.AddISOFile("\\a.bin", rig.src.filePath("a.bin"));
-    rig.engine.AddISOFile("\\z big.bin", rig.src.filePath("z big.bin"));
-    EngineRig::setting("FailAtBlock", "600");
-    QVERIFY(rig.write());
-    QCOMPARE(rig.probe.driveError, 1005);
-    rig.probe.events.clear();
-    QVERIFY(rig.engine.FinishDisc(false));
-    QVERIFY(rig.probe.waitForEnd());
-    rig.engine.ClearISOImage();
-    QStringList missing;
-    QObject::connect(&rig.engine, &CDWriterPro::importedFilesMissing, &rig.probe,
-                     [&](const QStringList &paths) { missing += paths; });
-    QVERIFY(rig.engine.ImportLastSession(true));
-    QCOMPARE(missing, QStringList({"\\z big.bin"}));
-    QCOMPARE(rig.mirror.keys(), QStringList({"\\a.bin"}));
-    rig.engine.AddISOFile("\\e.bin", rig.src.filePath("e.bin"));
-    const qint32 start = 360000 - rig.engine.FreeBlocks();
-    QVERIFY(rig.write());
-    QCOMPARE(rig.probe.endingEvent(), QStringLiteral("WriteComplete"));
+    void destroyedFromInsideEvents() {
+        QFETCH(QString, call);
+        QFETCH(bool, owner);
+        TestEnvironment env;
+        QTemporaryDir src;
+        for (int i = 0; i < 5; ++i)
+            writeFile(src.filePath(QStringLiteral("f%1.bin").arg(i)), pseudoRandom(300000, i));
+        std::unique_ptr<QObject> parent = std::make_unique<QObject>();
+        QPointer<CDWriterPro> e = new CDWriterPro(parent.get());
+        if (call != u"AddISODirectory")
+            e->AddISODirectory("\\", src.path());
+        auto destroy = [&] { owner ? parent.reset() : delete e.data(); };
+        QObject::connect(e.data(), &CDWriterPro::CachingStatus, destroy);
+        QObject::connect(e.data(), &CDWriterPro::ISOItemAdded, destroy);
+        QObject::connect(e.data(), &CDWriterPro::EnumISOItems, destroy);
+        if (call == u"CreateISOFile")
+            QVERIFY(!e->CreateISOFile(src.filePath("out.iso")));
+        else if (call == u"AddISODirectory")
+            e->AddISODirectory("\\", src.path());
+        else
+            e->ListISOItems("\\");
+        QVERIFY(e.isNull()); // and the call came back
+    }
 
-    // Carried on elsewhere: on a blank disc its files lie nowhere, so nothing is written.
-    rig.engine.ClearISOImage();
-    QVERIFY(rig.engine.ImportLastSession(true));
-    const QString image = rig.eject("iso");
-    for (auto tool : {ReadBack::Tool::Xorriso, ReadBack::Tool::Isoinfo})
-        QCOMPARE(ReadBack::fileHashes(tool, image, start), rig.hashes({"a.bin", "e.bin"}));
-    rig.engine.MoveTray(true);
-    QVERIFY(!rig.engine.CreateISOFile(rig.src.filePath("x.iso")));
-    QVERIFY(rig.write());
-    QCOMPARE(rig.probe.events, QStringList({"PreparingToWrite", "WriteError"}));
-    QCOMPARE(rig.probe.writeError, 5);
-    QCOMPARE(rig.engine.DiscStatus(), 0);
+    void importedSessions() {
+        // A session cut by a failure, then closed: its directory names a file never written.
+        DataRig rig;
+        writeFile(rig.src.filePath("z big.bin"), pseudoRandom(3 << 20, 6));
+        rig.engine.AddISOFile("\\a.bin", rig.src.filePath("a.bin"));
+        rig.engine.AddISOFile("\\z big.bin", rig.src.filePath("z big.bin"));
+        EngineRig::setting("FailAtBlock", "600");
+        QVERIFY(rig.write());
+        QCOMPARE(rig.probe.driveError, 1005);
+        rig.probe.events.clear();
+        QVERIFY(rig.engine.FinishDisc(false));
+        QVERIFY(rig.probe.waitForEnd());
+        rig.engine.ClearISOImage();
+        QStringList missing;
+        QObject::connect(&rig.engine, &CDWriterPro::importedFilesMissing, &rig.probe,
+                         [&](const QStringList &paths) { missing += paths; });
+        QVERIFY(rig.engine.ImportLastSession(true));
+        QCOMPARE(missing, QStringList({"\\z big.bin"}));
+        QCOMPARE(rig.mirror.keys(), QStringList({"\\a.bin"}));
+        rig.engine.AddISOFile("\\e.bin", rig.src.filePath("e.bin"));
+        const qint32 start = 360000 - rig.engine.FreeBlocks();
+        QVERIFY(rig.write());
+        QCOMPARE(rig.probe.endingEvent(), QStringLiteral("WriteComplete"));
 
-    // A disc of 99 sessions takes no 100th, and stays a disc.
-    rig.engine.MoveTray(false);
-    ImageMedium full = ImageMedium::blank(*ImageMedium::kindByName("DVD+R"), "full.iso");
-    for (int i = 0; i < 99; ++i)
-        full.sessions.append({i * 32, 32, 1, true, {}});
-    writeFile(QDir(ImageRecorder::trayFolder()).filePath("full.tdisc"), full.serialize());
-    writeFile(QDir(ImageRecorder::trayFolder()).filePath("full.iso"), QByteArray(99 << 16, 0));
-    QCOMPARE(rig.engine.SessionCount(), 99);
-    rig.engine.ClearISOImage();
-    rig.engine.AddISOFile("\\a.bin", rig.src.filePath("a.bin"));
-    QVERIFY(rig.write());
-    QCOMPARE(rig.probe.events, QStringList({"PreparingToWrite", "WriteError"}));
-    QCOMPARE(rig.probe.driveError, 1050);
-    QCOMPARE(rig.engine.SessionCount(), 99);
-}
+        // Carried on elsewhere: on a blank disc its files lie nowhere, so nothing is written.
+        rig.engine.ClearISOImage();
+        QVERIFY(rig.engine.ImportLastSession(true));
+        const QString image = rig.eject("iso");
+        for (auto tool : {ReadBack::Tool::Xorriso, ReadBack::Tool::Isoinfo})
+            QCOMPARE(ReadBack::fileHashes(tool, image, start), rig.hashes({"a.bin", "e.bin"}));
+        rig.engine.MoveTray(true);
+        QVERIFY(!rig.engine.CreateISOFile(rig.src.filePath("x.iso")));
+        QVERIFY(rig.write());
+        QCOMPARE(rig.probe.events, QStringList({"PreparingToWrite", "WriteError"}));
+        QCOMPARE(rig.probe.writeError, 5);
+        QCOMPARE(rig.engine.DiscStatus(), 0);
+
+        // A disc of 99 sessions takes no 100th, and stays a disc.
+        rig.engine.MoveTray(false);
+        ImageMedium full = ImageMedium::blank(*ImageMedium::kindByName("DVD+R"), "full.iso");
+        for (int i = 0; i < 99; ++i)
+            full.sessions.append({i * 32, 32, 1, true, {}});
+        writeFile(QDir(ImageRecorder::trayFolder()).filePath("full.tdisc"), full.serialize());
+        writeFile(QDir(ImageRecorder::trayFolder()).filePath("full.iso"), QByteArray(99 << 16, 0));
+        QCOMPARE(rig.engine.SessionCount(), 99);
+        rig.engine.ClearISOImage();
+        rig.engine.AddISOFile("\\a.bin", rig.src.filePath("a.bin"));
+        QVERIFY(rig.write());
+        QCOMPARE(rig.probe.events, QStringList({"PreparingToWrite", "WriteError"}));
+        QCOMPARE(rig.probe.driveError, 1050);
+        QCOMPARE(rig.engine.SessionCount(), 99);
+    }
+};
 
 QTEST_GUILESS_MAIN(tst_Reentrancy)
 #include "tst_reentrancy.moc"

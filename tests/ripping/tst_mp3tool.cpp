@@ -81,228 +81,223 @@ void runTool(frmDecode *form, ScriptedAnswers &answers, bool encode, const QStri
 class tst_mp3tool : public QObject {
     Q_OBJECT
 private slots:
-    void commandLines_data();
-    void commandLines();
-    void lameFailures_data();
-    void lameFailures();
-    void realLame_data();
-    void realLame();
-    void settingsFile();
-    void commandsOpenTools();
+    void commandLines_data() {
+        QTest::addColumn<QString>("setup");
+        QTest::addColumn<bool>("encode");
+        QTest::addColumn<QString>("file");
+        QTest::addColumn<QString>("words"); // what lame receives, joined by "|"
+        QTest::newRow("defaults") << "" << true << "/a/song.wav"
+                                  << "-S|-b|128|/a/song.wav|/a/song.mp3";
+        QTest::newRow("decode passes the switches too")
+            << "chkCRC" << false << "/a/song.mp3"
+            << "--decode|-S|-b|128|-p|/a/song.mp3|/a/song.wav";
+        QTest::newRow("VBR with quality") << "chkEnableVBR,txtQuality=2" << true << "/a/s.wav"
+                                          << "-S|-b|128|-V|2|-B|128|/a/s.wav|/a/s.mp3";
+        QTest::newRow("maximum and mono")
+            << "chkEnableVBR,maxrate=18,cboMode=3" << true << "/a/s.wav"
+            << "-S|-b|128|-m|m|-V|4|-B|320|/a/s.wav|/a/s.mp3";
+        QTest::newRow("ABR, tag and minimum")
+            << "chkEnableVBR,chkUseABR,txtABRBitrate=200,chkDisableVBRTag,chkEnforceMinBitrate,"
+               "cboOptimize=2"
+            << true << "/a/s.wav"
+            << "-S|-b|128|-h|-B|128|-t|-F|--abr|200|/a/s.wav|/a/s.mp3";
+        QTest::newRow("ABR without VBR gives nothing")
+            << "chkUseABR,txtABRBitrate=200" << true << "/a/s.wav"
+            << "-S|-b|128|/a/s.wav|/a/s.mp3";
+        QTest::newRow("CRC, copy, copyright")
+            << "chkCRC,chkCopy,chkCopyright,cboOptimize=1" << true << "/a/s.wav"
+            << "-S|-b|128|-f|-p|-o|-c|/a/s.wav|/a/s.mp3";
+        QTest::newRow("resample") << "cboOutputFreq=2" << true << "/a/s.wav"
+                                  << "-S|-b|128|--resample|22.05|/a/s.wav|/a/s.mp3";
+        QTest::newRow("slider position 16") << "rate=16" << true << "/a/s.wav"
+                                            << "-S|-b|0|/a/s.wav|/a/s.mp3";
+        QTest::newRow("width without its filter")
+            << "chkHighPassWidth,txtHighPassWidth=1" << true << "/a/s.wav"
+            << "-S|-b|128|/a/s.wav|/a/s.mp3";
+        QTest::newRow("filters with widths")
+            << "chkHighPassFreq,txtHighPassFreq=0.5,chkHighPassWidth,txtHighPassWidth=0.25,"
+               "chkLowPassFreq,txtLowPassFreq=16.5,chkLowPassWidth,txtLowPassWidth=x"
+            << true << "/a/s.wav"
+            << "-S|-b|128|--highpass|0.5|--highpass-width|0.25|--lowpass|16.5|--lowpass-width|0|"
+               "/a/s.wav|/a/s.mp3";
+        QTest::newRow("path with blanks") << "rate=15" << true << "/a/my song.wav"
+                                          << "-S|-b|192|/a/my|song.wav|/a/my|song.mp3";
+    }
+
+    void commandLines() {
+        QFETCH(QString, setup);
+        QFETCH(bool, encode);
+        QFETCH(QString, file);
+        QFETCH(QString, words);
+        TestEnvironment env;
+        ScriptedAnswers answers;
+        installFakeLame(env, false);
+        QPointer<frmDecode> form = new frmDecode;
+        form->Form_Load();
+        apply(form, setup);
+        const QStringList expected = words.split(u'|');
+        // The status shows the switches as soon as anything changes, before any run.
+        const qsizetype firstFile = expected.indexOf(file.section(u' ', 0, 0));
+        const QStringList switches = expected.mid(0, firstFile);
+        QCOMPARE(form->lblStatus->text(),
+                 u' ' + switches.mid(switches.indexOf(QStringLiteral("-S")) + 1).join(u' '));
+        runTool(form, answers, encode, file);
+        QCOMPARE(QString::fromUtf8(fileBytes(env.appFolder() + QStringLiteral("/args.txt")))
+                     .trimmed()
+                     .split(u'\n'),
+                 expected);
+        QCOMPARE(answers.boxes.size(), 1);
+        QCOMPARE(answers.boxes[0].prompt, encode ? QStringLiteral("Finished Encoding File!")
+                                                 : QStringLiteral("Finished Decoding File!"));
+        QCOMPARE(answers.fileBoxes[0].title,
+                 encode ? QStringLiteral("Open a WAV File") : QStringLiteral("Open a MP3 File"));
+        QVERIFY(fileBytes(clsMP3::logFile()).contains("fake lame was here"));
+        delete form;
+    }
+
+    void lameFailures_data() {
+        QTest::addColumn<QString>("lame"); // "failing", "missing", "none chosen"
+        QTest::addColumn<QString>("box");
+        QTest::newRow("non-zero exit") << "failing"
+                                       << "lame ended with exit code 3.";
+        QTest::newRow("no lame anywhere") << "missing"
+                                          << "found neither in";
+        QTest::newRow("file box cancelled") << "none chosen"
+                                            << "User Canceled File Selection!";
+    }
+
+    void lameFailures() {
+        QFETCH(QString, lame);
+        QFETCH(QString, box);
+        TestEnvironment env;
+        ScriptedAnswers answers;
+        QTemporaryDir emptyPath;
+        const QByteArray path = qgetenv("PATH");
+        if (lame == QLatin1String("missing")) {
+            qputenv("PATH", emptyPath.path().toUtf8());
+        } else {
+            installFakeLame(env, true);
+        }
+        QPointer<frmDecode> form = new frmDecode;
+        form->Form_Load();
+        const QString source = env.appFolder() + QStringLiteral("/song.wav");
+        runTool(form, answers, true, lame == QLatin1String("none chosen") ? QString() : source);
+        qputenv("PATH", path);
+        QCOMPARE(answers.boxes.size(), 1);
+        QVERIFY2(answers.boxes[0].prompt.contains(box), qPrintable(answers.boxes[0].prompt));
+        QVERIFY(answers.errors.isEmpty());
+        // Whatever lame left behind is gone, and the buttons work again.
+        QVERIFY(!QFile::exists(env.appFolder() + QStringLiteral("/song.mp3")));
+        QVERIFY(form->cmdEncode->isEnabled());
+        delete form;
+    }
+
+    void realLame_data() {
+        QTest::addColumn<QString>("setup");
+        QTest::addColumn<QString>("bitRate");
+        QTest::addColumn<QString>("channels");
+        QTest::newRow("defaults") << ""
+                                  << "128000"
+                                  << "2";
+        QTest::newRow("64 kbits mono") << "rate=8,cboMode=3"
+                                       << "64000"
+                                       << "1";
+    }
+
+    void realLame() {
+        QFETCH(QString, setup);
+        QFETCH(QString, bitRate);
+        QFETCH(QString, channels);
+        TestEnvironment env;
+        ScriptedAnswers answers;
+        const QString wave = env.appFolder() + QStringLiteral("/tone.wav");
+        QVERIFY(soxMake(wave, {"-r", "44100", "-c", "2", "-b", "16"},
+                        {"synth", "2", "sine", "440", "vol", "-6dB"}));
+        QPointer<frmDecode> form = new frmDecode;
+        form->Form_Load();
+        apply(form, setup);
+        runTool(form, answers, true, wave);
+        const QString mp3 = env.appFolder() + QStringLiteral("/tone.mp3");
+        QCOMPARE(ffprobeStream(mp3, QStringLiteral("bit_rate")), bitRate);
+        QCOMPARE(ffprobeStream(mp3, QStringLiteral("channels")), channels);
+        QFile::remove(wave);
+        runTool(form, answers, false, mp3);
+        QCOMPARE(answers.boxes.size(), 2);
+        QCOMPARE(answers.boxes[1].prompt, QStringLiteral("Finished Decoding File!"));
+        QCOMPARE(soxi(wave, 'b'), QStringLiteral("16"));
+        QCOMPARE(soxi(wave, 's'), QStringLiteral("88200"));
+        delete form;
+    }
+
+    void settingsFile() {
+        TestEnvironment env;
+        ScriptedAnswers answers;
+        const QString file = modMP3Support::OptionsFile();
+        QVERIFY(!QFile::exists(file));
+        QPointer<frmDecode> form = new frmDecode;
+        form->Form_Load();
+        QCOMPARE(fileBytes(file), DefaultRecord);
+        QCOMPARE(form->lblStatus->text(), QStringLiteral(" -b 128"));
+        QVERIFY(answers.boxes.isEmpty());
+        delete form;
+
+        // Several records: the last one counts; a value that is no number spoils the load.
+        const QByteArray last =
+            "192,1,2,1,0,1,1,1,256,3,0,1,1,160,0,0,0,0,0,0,0,\"  custom  \",0,5,"
+            "1,1,0.5,0.25,0,1,17.5,1.5\r\n";
+        env.writeFile(QStringLiteral("Dat/OptMP3.dat"), DefaultRecord + last);
+        form = new frmDecode;
+        form->Form_Load();
+        QVERIFY(answers.boxes.isEmpty());
+        QCOMPARE(
+            form->lblStatus->text(),
+            QStringLiteral(" -b 192 -m j -h -p -c -B 256 -F --abr 160 --resample 44.1 --highpass "
+                           "0.5 --highpass-width 0.25"));
+        QCOMPARE(form->cboOutputFreq->currentIndex(), 5);
+        // Frames of the tabs not shown are disabled as a whole; what counts is within each frame.
+        QVERIFY(form->txtABRBitrate->isEnabledTo(form->fraOptions[1]));
+        QVERIFY(!form->txtQuality->isEnabledTo(form->fraOptions[1]));
+        QVERIFY(form->txtHighPassWidth->isEnabledTo(form->fraOptions[2]));
+        QVERIFY(form->chkLowPassWidth->isChecked());
+        QVERIFY(!form->txtLowPassWidth->isEnabledTo(form->fraOptions[2]));
+        answers.answerBox(vbYes);
+        QVERIFY(form->close());
+        QCOMPARE(answers.boxes[0].prompt, QStringLiteral("Do you want to Save Program Options?"));
+        QCOMPARE(answers.boxes[0].title, QStringLiteral("Save Program Options"));
+        QCOMPARE(fileBytes(file), last);
+
+        env.writeFile(QStringLiteral("Dat/OptMP3.dat"), last + "192,x\r\n");
+        form = new frmDecode;
+        form->Form_Load();
+        QCOMPARE(answers.boxes.last().prompt, QStringLiteral("Error Loading Program Options!."));
+        QCOMPARE(form->lblStatus->text().left(7), QStringLiteral(" -b 192"));
+        // The label follows the position, also at 16, whose rate is 0.
+        for (const auto &[position, label] : {std::pair{16, "224"}, {15, "192"}, {1, "8"}}) {
+            form->sldBitrate[0]->setValue(position);
+            QCOMPARE(form->lblBitrate->text(),
+                     QStringLiteral("Current Bitrate: %1 kbits").arg(label));
+        }
+        delete form;
+    }
+
+    void commandsOpenTools() {
+        TestEnvironment env;
+        ScriptedAnswers answers;
+        QVERIFY(env.startProgram());
+        mdiMain *main = DefaultInstance<mdiMain>::peek();
+        // A second command brings the open window forward instead of making another.
+        for (int i = 0; i < 2; ++i) {
+            main->runCommand(QStringLiteral("DECODEMP3"));
+            main->runCommand(QStringLiteral("NORMALIZE"));
+        }
+        QCOMPARE(main->findChildren<frmDecode *>().size(), 1);
+        QCOMPARE(main->findChildren<frmNormalize *>().size(), 1);
+        QVERIFY(DefaultInstance<frmNormalize>::peek()->isVisible());
+        QCOMPARE(DefaultInstance<frmDecode>::peek()->lblStatus->text(), QStringLiteral(" -b 128"));
+        env.stopProgram(); // while the answers stand: the MP3 tool asks whether to save its options
+        QCOMPARE(answers.boxes.last().title, QStringLiteral("Save Program Options"));
+    }
 };
-
-void tst_mp3tool::commandLines_data() {
-    QTest::addColumn<QString>("setup");
-    QTest::addColumn<bool>("encode");
-    QTest::addColumn<QString>("file");
-    QTest::addColumn<QString>("words"); // what lame receives, joined by "|"
-    QTest::newRow("defaults") << "" << true << "/a/song.wav"
-                              << "-S|-b|128|/a/song.wav|/a/song.mp3";
-    QTest::newRow("decode passes the switches too")
-        << "chkCRC" << false << "/a/song.mp3"
-        << "--decode|-S|-b|128|-p|/a/song.mp3|/a/song.wav";
-    QTest::newRow("VBR with quality") << "chkEnableVBR,txtQuality=2" << true << "/a/s.wav"
-                                      << "-S|-b|128|-V|2|-B|128|/a/s.wav|/a/s.mp3";
-    QTest::newRow("maximum and mono") << "chkEnableVBR,maxrate=18,cboMode=3" << true << "/a/s.wav"
-                                      << "-S|-b|128|-m|m|-V|4|-B|320|/a/s.wav|/a/s.mp3";
-    QTest::newRow("ABR, tag and minimum")
-        << "chkEnableVBR,chkUseABR,txtABRBitrate=200,chkDisableVBRTag,chkEnforceMinBitrate,"
-           "cboOptimize=2"
-        << true << "/a/s.wav"
-        << "-S|-b|128|-h|-B|128|-t|-F|--abr|200|/a/s.wav|/a/s.mp3";
-    QTest::newRow("ABR without VBR gives nothing")
-        << "chkUseABR,txtABRBitrate=200" << true << "/a/s.wav"
-        << "-S|-b|128|/a/s.wav|/a/s.mp3";
-    QTest::newRow("CRC, copy, copyright")
-        << "chkCRC,chkCopy,chkCopyright,cboOptimize=1" << true << "/a/s.wav"
-        << "-S|-b|128|-f|-p|-o|-c|/a/s.wav|/a/s.mp3";
-    QTest::newRow("resample") << "cboOutputFreq=2" << true << "/a/s.wav"
-                              << "-S|-b|128|--resample|22.05|/a/s.wav|/a/s.mp3";
-    QTest::newRow("slider position 16") << "rate=16" << true << "/a/s.wav"
-                                        << "-S|-b|0|/a/s.wav|/a/s.mp3";
-    QTest::newRow("width without its filter")
-        << "chkHighPassWidth,txtHighPassWidth=1" << true << "/a/s.wav"
-        << "-S|-b|128|/a/s.wav|/a/s.mp3";
-    QTest::newRow("filters with widths")
-        << "chkHighPassFreq,txtHighPassFreq=0.5,chkHighPassWidth,txtHighPassWidth=0.25,"
-           "chkLowPassFreq,txtLowPassFreq=16.5,chkLowPassWidth,txtLowPassWidth=x"
-        << true << "/a/s.wav"
-        << "-S|-b|128|--highpass|0.5|--highpass-width|0.25|--lowpass|16.5|--lowpass-width|0|"
-           "/a/s.wav|/a/s.mp3";
-    QTest::newRow("path with blanks") << "rate=15" << true << "/a/my song.wav"
-                                      << "-S|-b|192|/a/my|song.wav|/a/my|song.mp3";
-}
-
-void tst_mp3tool::commandLines() {
-    QFETCH(QString, setup);
-    QFETCH(bool, encode);
-    QFETCH(QString, file);
-    QFETCH(QString, words);
-    TestEnvironment env;
-    ScriptedAnswers answers;
-    installFakeLame(env, false);
-    QPointer<frmDecode> form = new frmDecode;
-    form->Form_Load();
-    apply(form, setup);
-    const QStringList expected = words.split(u'|');
-    // The status shows the switches as soon as anything changes, before any run.
-    const qsizetype firstFile = expected.indexOf(file.section(u' ', 0, 0));
-    const QStringList switches = expected.mid(0, firstFile);
-    QCOMPARE(form->lblStatus->text(),
-             u' ' + switches.mid(switches.indexOf(QStringLiteral("-S")) + 1).join(u' '));
-    runTool(form, answers, encode, file);
-    QCOMPARE(QString::fromUtf8(fileBytes(env.appFolder() + QStringLiteral("/args.txt")))
-                 .trimmed()
-                 .split(u'\n'),
-             expected);
-    QCOMPARE(answers.boxes.size(), 1);
-    QCOMPARE(answers.boxes[0].prompt, encode ? QStringLiteral("Finished Encoding File!")
-                                             : QStringLiteral("Finished Decoding File!"));
-    QCOMPARE(answers.fileBoxes[0].title,
-             encode ? QStringLiteral("Open a WAV File") : QStringLiteral("Open a MP3 File"));
-    QVERIFY(fileBytes(clsMP3::logFile()).contains("fake lame was here"));
-    delete form;
-}
-
-void tst_mp3tool::lameFailures_data() {
-    QTest::addColumn<QString>("lame"); // "failing", "missing", "none chosen"
-    QTest::addColumn<QString>("box");
-    QTest::newRow("non-zero exit") << "failing"
-                                   << "lame ended with exit code 3.";
-    QTest::newRow("no lame anywhere") << "missing"
-                                      << "found neither in";
-    QTest::newRow("file box cancelled") << "none chosen"
-                                        << "User Canceled File Selection!";
-}
-
-void tst_mp3tool::lameFailures() {
-    QFETCH(QString, lame);
-    QFETCH(QString, box);
-    TestEnvironment env;
-    ScriptedAnswers answers;
-    QTemporaryDir emptyPath;
-    const QByteArray path = qgetenv("PATH");
-    if (lame == QLatin1String("missing")) {
-        qputenv("PATH", emptyPath.path().toUtf8());
-    } else {
-        installFakeLame(env, true);
-    }
-    QPointer<frmDecode> form = new frmDecode;
-    form->Form_Load();
-    const QString source = env.appFolder() + QStringLiteral("/song.wav");
-    runTool(form, answers, true, lame == QLatin1String("none chosen") ? QString() : source);
-    qputenv("PATH", path);
-    QCOMPARE(answers.boxes.size(), 1);
-    QVERIFY2(answers.boxes[0].prompt.contains(box), qPrintable(answers.boxes[0].prompt));
-    QVERIFY(answers.errors.isEmpty());
-    // Whatever lame left behind is gone, and the buttons work again.
-    QVERIFY(!QFile::exists(env.appFolder() + QStringLiteral("/song.mp3")));
-    QVERIFY(form->cmdEncode->isEnabled());
-    delete form;
-}
-
-void tst_mp3tool::realLame_data() {
-    QTest::addColumn<QString>("setup");
-    QTest::addColumn<QString>("bitRate");
-    QTest::addColumn<QString>("channels");
-    QTest::newRow("defaults") << ""
-                              << "128000"
-                              << "2";
-    QTest::newRow("64 kbits mono") << "rate=8,cboMode=3"
-                                   << "64000"
-                                   << "1";
-}
-
-void tst_mp3tool::realLame() {
-    QFETCH(QString, setup);
-    QFETCH(QString, bitRate);
-    QFETCH(QString, channels);
-    TestEnvironment env;
-    ScriptedAnswers answers;
-    const QString wave = env.appFolder() + QStringLiteral("/tone.wav");
-    QVERIFY(soxMake(wave, {"-r", "44100", "-c", "2", "-b", "16"},
-                    {"synth", "2", "sine", "440", "vol", "-6dB"}));
-    QPointer<frmDecode> form = new frmDecode;
-    form->Form_Load();
-    apply(form, setup);
-    runTool(form, answers, true, wave);
-    const QString mp3 = env.appFolder() + QStringLiteral("/tone.mp3");
-    QCOMPARE(ffprobeStream(mp3, QStringLiteral("bit_rate")), bitRate);
-    QCOMPARE(ffprobeStream(mp3, QStringLiteral("channels")), channels);
-    QFile::remove(wave);
-    runTool(form, answers, false, mp3);
-    QCOMPARE(answers.boxes.size(), 2);
-    QCOMPARE(answers.boxes[1].prompt, QStringLiteral("Finished Decoding File!"));
-    QCOMPARE(soxi(wave, 'b'), QStringLiteral("16"));
-    QCOMPARE(soxi(wave, 's'), QStringLiteral("88200"));
-    delete form;
-}
-
-void tst_mp3tool::settingsFile() {
-    TestEnvironment env;
-    ScriptedAnswers answers;
-    const QString file = modMP3Support::OptionsFile();
-    QVERIFY(!QFile::exists(file));
-    QPointer<frmDecode> form = new frmDecode;
-    form->Form_Load();
-    QCOMPARE(fileBytes(file), DefaultRecord);
-    QCOMPARE(form->lblStatus->text(), QStringLiteral(" -b 128"));
-    QVERIFY(answers.boxes.isEmpty());
-    delete form;
-
-    // Several records: the last one counts; a value that is no number spoils the load.
-    const QByteArray last = "192,1,2,1,0,1,1,1,256,3,0,1,1,160,0,0,0,0,0,0,0,\"  custom  \",0,5,"
-                            "1,1,0.5,0.25,0,1,17.5,1.5\r\n";
-    env.writeFile(QStringLiteral("Dat/OptMP3.dat"), DefaultRecord + last);
-    form = new frmDecode;
-    form->Form_Load();
-    QVERIFY(answers.boxes.isEmpty());
-    QCOMPARE(form->lblStatus->text(),
-             QStringLiteral(" -b 192 -m j -h -p -c -B 256 -F --abr 160 --resample 44.1 --highpass "
-                            "0.5 --highpass-width 0.25"));
-    QCOMPARE(form->cboOutputFreq->currentIndex(), 5);
-    // Frames of the tabs not shown are disabled as a whole; what counts is within each frame.
-    QVERIFY(form->txtABRBitrate->isEnabledTo(form->fraOptions[1]));
-    QVERIFY(!form->txtQuality->isEnabledTo(form->fraOptions[1]));
-    QVERIFY(form->txtHighPassWidth->isEnabledTo(form->fraOptions[2]));
-    QVERIFY(form->chkLowPassWidth->isChecked());
-    QVERIFY(!form->txtLowPassWidth->isEnabledTo(form->fraOptions[2]));
-    answers.answerBox(vbYes);
-    QVERIFY(form->close());
-    QCOMPARE(answers.boxes[0].prompt, QStringLiteral("Do you want to Save Program Options?"));
-    QCOMPARE(answers.boxes[0].title, QStringLiteral("Save Program Options"));
-    QCOMPARE(fileBytes(file), last);
-
-    env.writeFile(QStringLiteral("Dat/OptMP3.dat"), last + "192,x\r\n");
-    form = new frmDecode;
-    form->Form_Load();
-    QCOMPARE(answers.boxes.last().prompt, QStringLiteral("Error Loading Program Options!."));
-    QCOMPARE(form->lblStatus->text().left(7), QStringLiteral(" -b 192"));
-    // The label follows the position, also at 16, whose rate is 0.
-    for (const auto &[position, label] : {std::pair{16, "224"}, {15, "192"}, {1, "8"}}) {
-        form->sldBitrate[0]->setValue(position);
-        QCOMPARE(form->lblBitrate->text(), QStringLiteral("Current Bitrate: %1 kbits").arg(label));
-    }
-    delete form;
-}
-
-void tst_mp3tool::commandsOpenTools() {
-    TestEnvironment env;
-    ScriptedAnswers answers;
-    QVERIFY(env.startProgram());
-    mdiMain *main = DefaultInstance<mdiMain>::peek();
-    // A second command brings the open window forward instead of making another.
-    for (int i = 0; i < 2; ++i) {
-        main->runCommand(QStringLiteral("DECODEMP3"));
-        main->runCommand(QStringLiteral("NORMALIZE"));
-    }
-    QCOMPARE(main->findChildren<frmDecode *>().size(), 1);
-    QCOMPARE(main->findChildren<frmNormalize *>().size(), 1);
-    QVERIFY(DefaultInstance<frmNormalize>::peek()->isVisible());
-    QCOMPARE(DefaultInstance<frmDecode>::peek()->lblStatus->text(), QStringLiteral(" -b 128"));
-    env.stopProgram(); // while the answers stand: the MP3 tool asks whether to save its options
-    QCOMPARE(answers.boxes.last().title, QStringLiteral("Save Program Options"));
-}
 
 QTEST_MAIN(tst_mp3tool)
 #include "tst_mp3tool.moc"

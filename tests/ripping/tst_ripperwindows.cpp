@@ -46,137 +46,134 @@ QStringList logOf(QListWidget *list) {
 class tst_RipperWindows : public QObject {
     Q_OBJECT
 private slots:
-    void openedFromTheFrame();
-    void rowsFollowTheDisc();
-    void extract_data();
-    void extract();
-};
-
-void tst_RipperWindows::openedFromTheFrame() {
-    RipperRig rig;
-    registerRippingWindows();
-    QVERIFY(rig.writer.env.startProgram());
-    mdiMain *frame = DefaultInstance<mdiMain>::peek();
-    frame->runCommand("RIPCD");
-    frmRipper *window = DefaultInstance<frmRipper>::peek();
-    QVERIFY(window);
-    QCOMPARE(frame->openForms().size(), 2); // the file browser and the ripper
-    frame->runCommand("RIPAUDIO");          // the open one comes to the front
-    QCOMPARE(DefaultInstance<frmRipper>::peek(), window);
-    QCOMPARE(frame->openForms().size(), 2);
-    window->cboDevices->setCurrentIndex(window->cboDevices->count() - 1);
-    window->cboDevices_Click();
-    QCOMPARE(window->lvwTracks->topLevelItemCount(), 3);
-    rig.writer.env.stopProgram();
-}
-
-void tst_RipperWindows::rowsFollowTheDisc() {
-    RipperRig rig;
-    frmRipper window(rig.ripper.get());
-    loadOnImageRecorder(window);
-    QCOMPARE(window.cboDevices->itemText(window.cboDevices->count() - 1),
-             QStringLiteral("IMG: Tessaly Image Recorder"));
-    QCOMPARE(window.cboSpeeds->itemText(5), QStringLiteral("12x (1800 kB/sec.)"));
-    QCOMPARE(window.cboSpeeds->count(), 1 + 3 + 12); // Auto, 1 2 4, then 8 to 52 by 4
-    QCOMPARE(window.lvwTracks->topLevelItemCount(), 3);
-    CDRipperX &r = *rig.ripper;
-    for (int t = 1; t <= 3; ++t) {
-        const qint32 start = r.TrackStartFrame(t), length = r.TrackLengthFrames(t);
-        QCOMPARE(rowTexts(window.lvwTracks, t - 1),
-                 QStringList({QStringLiteral("0%1").arg(t), r.FramesToTime(start),
-                              r.FramesToTime(start + length), r.FramesToTime(length), "Audio",
-                              r.TrackCopyProtected(t) ? "N" : "Y"}));
+    void openedFromTheFrame() {
+        RipperRig rig;
+        registerRippingWindows();
+        QVERIFY(rig.writer.env.startProgram());
+        mdiMain *frame = DefaultInstance<mdiMain>::peek();
+        frame->runCommand("RIPCD");
+        frmRipper *window = DefaultInstance<frmRipper>::peek();
+        QVERIFY(window);
+        QCOMPARE(frame->openForms().size(), 2); // the file browser and the ripper
+        frame->runCommand("RIPAUDIO");          // the open one comes to the front
+        QCOMPARE(DefaultInstance<frmRipper>::peek(), window);
+        QCOMPARE(frame->openForms().size(), 2);
+        window->cboDevices->setCurrentIndex(window->cboDevices->count() - 1);
+        window->cboDevices_Click();
+        QCOMPARE(window->lvwTracks->topLevelItemCount(), 3);
+        rig.writer.env.stopProgram();
     }
-    KeyedPanel *media = window.smartStatusBarRipper->Item("MEDIA");
-    QTRY_COMPARE(media->Text(), QStringLiteral(" Disc Loaded..."));
-    // Stepping back from the first row stays there.
-    window.lvwTracks->setCurrentItem(window.lvwTracks->topLevelItem(0));
-    window.cmdBack->click();
-    QCOMPARE(window.lvwTracks->currentItem(), window.lvwTracks->topLevelItem(0));
 
-    window.cmdEject->click();
-    QTRY_COMPARE(media->Text(), QStringLiteral(" No Disc Loaded..."));
-    QCOMPARE(window.lvwTracks->topLevelItemCount(), 0);
-    QVERIFY(!window.cmdPlay->isEnabled());
-    // The disc goes back in: the rows come back, none ticked.
-    const QDir ejected(ImageRecorder::ejectedFolder());
-    for (const QString &file : ejected.entryList(QDir::Files))
-        QVERIFY(QFile::rename(ejected.filePath(file), ImageRecorder::trayFolder() + "/" + file));
-    QTRY_COMPARE(window.lvwTracks->topLevelItemCount(), 3);
-    QCOMPARE(window.lvwTracks->topLevelItem(2)->checkState(0), Qt::Unchecked);
-    QCOMPARE(media->Text(), QStringLiteral(" Disc Loaded..."));
-}
-
-void tst_RipperWindows::extract_data() {
-    QTest::addColumn<QList<int>>("ticked");
-    QTest::addColumn<QStringList>("log");
-    QTest::addColumn<QStringList>("files");
-    const auto ripping = [](int t) {
-        const QString track =
-            QStringLiteral("Track#%1 to OUT/Song%1.wav").arg(t, 2, 10, QChar('0'));
-        return QStringList{"Ripping " + track, "Finished Ripping " + track};
-    };
-    const QString preparing = "Preparing for Audio Extraction!", done = "Audio Ripping Complete!";
-    QTest::newRow("tracks 1 and 3")
-        << QList<int>{1, 3} << (QStringList{preparing} << ripping(1) << ripping(3) << done)
-        << QStringList{"Song01.wav", "Song03.wav"};
-    QTest::newRow("cancelled in track 2")
-        << QList<int>{1, 2, 3}
-        << (QStringList{preparing} << ripping(1) << ripping(2).first() << "Ripping Cancelled."
-                                   << done)
-        << QStringList{"Song01.wav"};
-    QTest::newRow("nothing ticked") << QList<int>{} << QStringList{} << QStringList{};
-}
-
-void tst_RipperWindows::extract() {
-    QFETCH(QList<int>, ticked);
-    QFETCH(QStringList, log);
-    QFETCH(QStringList, files);
-    RipperRig rig;
-    ScriptedAnswers answers;
-    frmRipper window(rig.ripper.get());
-    loadOnImageRecorder(window);
-    window.cboEncoders->setCurrentIndex(1); // Wav
-    for (int t : ticked)
-        window.lvwTracks->topLevelItem(t - 1)->setCheckState(0, Qt::Checked);
-    const QString out = rig.writer.env.appFolder() + "/Music";
-    QDir().mkpath(out);
-    // Waves all the same, through an encoder that holds inside Song02 until the user cancels.
-    auto encoder = std::make_shared<HoldingEncoder>();
-    encoder->holdIn = QStringLiteral("Song02.wav");
-    rig.ripper->SetEncoder(encoder);
-    rig.ripper->setUseEncoder(true);
-    QStringList shown;
-    QTimer::singleShot(0, [&] {
-        frmExtract *dialog = frmExtract::instance();
-        QCOMPARE(dialog->windowTitle(), QStringLiteral("Extract Wav Files"));
-        QCOMPARE(dialog->txtFileName->text(), dialog->mstrPath + "/Track.wav");
-        dialog->txtFileName->setText(out + "/Song.wav");
-        dialog->cmdGo->click();
-        if (ticked.contains(2)) {
-            QTRY_VERIFY(
-                logOf(dialog->lstStatus).contains("Ripping Track#02 to " + out + "/Song02.wav"));
-            QCOMPARE(dialog->cmdCancel->text(), QStringLiteral("&Cancel"));
-            dialog->cmdCancel->click();
-            encoder->cancelled = true;
+    void rowsFollowTheDisc() {
+        RipperRig rig;
+        frmRipper window(rig.ripper.get());
+        loadOnImageRecorder(window);
+        QCOMPARE(window.cboDevices->itemText(window.cboDevices->count() - 1),
+                 QStringLiteral("IMG: Tessaly Image Recorder"));
+        QCOMPARE(window.cboSpeeds->itemText(5), QStringLiteral("12x (1800 kB/sec.)"));
+        QCOMPARE(window.cboSpeeds->count(), 1 + 3 + 12); // Auto, 1 2 4, then 8 to 52 by 4
+        QCOMPARE(window.lvwTracks->topLevelItemCount(), 3);
+        CDRipperX &r = *rig.ripper;
+        for (int t = 1; t <= 3; ++t) {
+            const qint32 start = r.TrackStartFrame(t), length = r.TrackLengthFrames(t);
+            QCOMPARE(rowTexts(window.lvwTracks, t - 1),
+                     QStringList({QStringLiteral("0%1").arg(t), r.FramesToTime(start),
+                                  r.FramesToTime(start + length), r.FramesToTime(length), "Audio",
+                                  r.TrackCopyProtected(t) ? "N" : "Y"}));
         }
-        if (!ticked.isEmpty()) {
-            QTRY_VERIFY_WITH_TIMEOUT(logOf(dialog->lstStatus).contains("Audio Ripping Complete!"),
-                                     60000);
-            QCOMPARE(dialog->cmdCancel->text(), QStringLiteral("&Close"));
-            shown = logOf(dialog->lstStatus);
-            dialog->cmdCancel->click();
-        }
-    });
-    window.cmdExtract->click(); // modal until the dialog closes
-    QCOMPARE(shown, log.replaceInStrings("OUT", out));
-    QCOMPARE(QDir(out).entryList(QDir::Files, QDir::Name), files);
-    QCOMPARE(answers.boxes.size(), ticked.isEmpty() ? 1 : 0);
-    if (ticked.isEmpty())
-        QCOMPARE(answers.boxes.first().prompt,
-                 QStringLiteral("No Tracks Selected for Extraction."));
-    QVERIFY(window.Timer1->isActive());
-}
+        KeyedPanel *media = window.smartStatusBarRipper->Item("MEDIA");
+        QTRY_COMPARE(media->Text(), QStringLiteral(" Disc Loaded..."));
+        // Stepping back from the first row stays there.
+        window.lvwTracks->setCurrentItem(window.lvwTracks->topLevelItem(0));
+        window.cmdBack->click();
+        QCOMPARE(window.lvwTracks->currentItem(), window.lvwTracks->topLevelItem(0));
+
+        window.cmdEject->click();
+        QTRY_COMPARE(media->Text(), QStringLiteral(" No Disc Loaded..."));
+        QCOMPARE(window.lvwTracks->topLevelItemCount(), 0);
+        QVERIFY(!window.cmdPlay->isEnabled());
+        // The disc goes back in: the rows come back, none ticked.
+        const QDir ejected(ImageRecorder::ejectedFolder());
+        for (const QString &file : ejected.entryList(QDir::Files))
+            QVERIFY(
+                QFile::rename(ejected.filePath(file), ImageRecorder::trayFolder() + "/" + file));
+        QTRY_COMPARE(window.lvwTracks->topLevelItemCount(), 3);
+        QCOMPARE(window.lvwTracks->topLevelItem(2)->checkState(0), Qt::Unchecked);
+        QCOMPARE(media->Text(), QStringLiteral(" Disc Loaded..."));
+    }
+
+    void extract_data() {
+        QTest::addColumn<QList<int>>("ticked");
+        QTest::addColumn<QStringList>("log");
+        QTest::addColumn<QStringList>("files");
+        const auto ripping = [](int t) {
+            const QString track =
+                QStringLiteral("Track#%1 to OUT/Song%1.wav").arg(t, 2, 10, QChar('0'));
+            return QStringList{"Ripping " + track, "Finished Ripping " + track};
+        };
+        const QString preparing = "Preparing for Audio Extraction!",
+                      done = "Audio Ripping Complete!";
+        QTest::newRow("tracks 1 and 3")
+            << QList<int>{1, 3} << (QStringList{preparing} << ripping(1) << ripping(3) << done)
+            << QStringList{"Song01.wav", "Song03.wav"};
+        QTest::newRow("cancelled in track 2")
+            << QList<int>{1, 2, 3}
+            << (QStringList{preparing} << ripping(1) << ripping(2).first() << "Ripping Cancelled."
+                                       << done)
+            << QStringList{"Song01.wav"};
+        QTest::newRow("nothing ticked") << QList<int>{} << QStringList{} << QStringList{};
+    }
+
+    void extract() {
+        QFETCH(QList<int>, ticked);
+        QFETCH(QStringList, log);
+        QFETCH(QStringList, files);
+        RipperRig rig;
+        ScriptedAnswers answers;
+        frmRipper window(rig.ripper.get());
+        loadOnImageRecorder(window);
+        window.cboEncoders->setCurrentIndex(1); // Wav
+        for (int t : ticked)
+            window.lvwTracks->topLevelItem(t - 1)->setCheckState(0, Qt::Checked);
+        const QString out = rig.writer.env.appFolder() + "/Music";
+        QDir().mkpath(out);
+        // Waves all the same, through an encoder that holds inside Song02 until the user cancels.
+        auto encoder = std::make_shared<HoldingEncoder>();
+        encoder->holdIn = QStringLiteral("Song02.wav");
+        rig.ripper->SetEncoder(encoder);
+        rig.ripper->setUseEncoder(true);
+        QStringList shown;
+        QTimer::singleShot(0, [&] {
+            frmExtract *dialog = frmExtract::instance();
+            QCOMPARE(dialog->windowTitle(), QStringLiteral("Extract Wav Files"));
+            QCOMPARE(dialog->txtFileName->text(), dialog->mstrPath + "/Track.wav");
+            dialog->txtFileName->setText(out + "/Song.wav");
+            dialog->cmdGo->click();
+            if (ticked.contains(2)) {
+                QTRY_VERIFY(logOf(dialog->lstStatus)
+                                .contains("Ripping Track#02 to " + out + "/Song02.wav"));
+                QCOMPARE(dialog->cmdCancel->text(), QStringLiteral("&Cancel"));
+                dialog->cmdCancel->click();
+                encoder->cancelled = true;
+            }
+            if (!ticked.isEmpty()) {
+                QTRY_VERIFY_WITH_TIMEOUT(
+                    logOf(dialog->lstStatus).contains("Audio Ripping Complete!"), 60000);
+                QCOMPARE(dialog->cmdCancel->text(), QStringLiteral("&Close"));
+                shown = logOf(dialog->lstStatus);
+                dialog->cmdCancel->click();
+            }
+        });
+        window.cmdExtract->click(); // modal until the dialog closes
+        QCOMPARE(shown, log.replaceInStrings("OUT", out));
+        QCOMPARE(QDir(out).entryList(QDir::Files, QDir::Name), files);
+        QCOMPARE(answers.boxes.size(), ticked.isEmpty() ? 1 : 0);
+        if (ticked.isEmpty())
+            QCOMPARE(answers.boxes.first().prompt,
+                     QStringLiteral("No Tracks Selected for Extraction."));
+        QVERIFY(window.Timer1->isActive());
+    }
+};
 
 QTEST_MAIN(tst_RipperWindows)
 #include "tst_ripperwindows.moc"

@@ -7,21 +7,16 @@
 #include "Fixtures.h"
 #include "WriteRig.h"
 
-#include "EngineProbe.h"
 #include "app/frmChooseDiscType.h"
 #include "app/mdiMain.h"
 #include "compilation/frmData.h"
-#include "engine/writer/CDWriterPro.h"
 #include "widgets/DefaultInstance.h"
 #include "writing/frmBurn.h"
 
 #include <QApplication>
 #include <QComboBox>
-#include <QDeadlineTimer>
 #include <QDir>
-#include <QFileInfo>
 #include <QMimeData>
-#include <QPixmap>
 #include <QProgressBar>
 #include <QPushButton>
 #include <QRadioButton>
@@ -40,9 +35,7 @@ int main(int argc, char **argv) {
     }
     QTemporaryDir generated;
     const bool dataOnly = args.contains(QStringLiteral("--data-only"));
-    QString folder = args.value(2);
-    if (folder == QStringLiteral("--data-only"))
-        folder.clear();
+    QString folder = args.value(2) == QStringLiteral("--data-only") ? QString() : args.value(2);
     if (folder.isEmpty()) {
         for (int i = 0; i < 8; ++i)
             Fixtures::writeFile(generated.filePath(QString("Holiday/photo%1.jpg").arg(i)),
@@ -87,16 +80,12 @@ int main(int argc, char **argv) {
     burn->move(f->geometry().center() - burn->rect().center());
     burn->optWrite->click();
     burn->cmdWrite->click();
-    QDeadlineTimer deadline(120000);
-    while (burn->prgTrackProgress->value() < 33 && !deadline.hasExpired() && frmBurn::instance())
-        QTest::qWait(50);
+    (void)QTest::qWaitFor(
+        [&] { return !frmBurn::instance() || burn->prgTrackProgress->value() >= 33; }, 120000);
     QTest::qWait(300);
-    const QPixmap screen = QGuiApplication::primaryScreen()->grabWindow(0);
-    const bool saved = screen.save(args.at(1));
+    const bool saved = QGuiApplication::primaryScreen()->grabWindow(0).save(args.at(1));
     if (frmBurn::instance() && burn->cmdCancel->isEnabled())
         burn->cmdCancel->click();
-    QDeadlineTimer end(60000);
-    while (frmBurn::instance() && !end.hasExpired())
-        QTest::qWait(50);
+    (void)QTest::qWaitFor([] { return !frmBurn::instance(); }, 60000);
     return saved ? 0 : 1;
 }

@@ -94,167 +94,165 @@ QString information(const char *text) {
 class tst_AudioWindow : public QObject {
     Q_OBJECT
 private slots:
-    void compileWriteAndRipBack();
-    void overrunWarning_data();
-    void overrunWarning();
-    void hundredthTrackRefused();
-    void loadAndUnload();
-};
+    void compileWriteAndRipBack() {
+        AudioWindow w;
+        QVERIFY(w.rig.started());
+        QByteArray five, seven, odd, four;
+        const QString fivePath = w.wave("five.wav", 5 * Rate, &five);
+        const QString sevenPath = w.wave("seven.wav", 7 * Rate, &seven);
+        // Ends inside a CD frame: padded with silence on the disc.
+        const QString oddPath = w.wave("odd.wav", 6 * Rate + 7, &odd);
+        const QString fourPath = w.wave("FOUR.WAV", 4 * Rate, &four);
+        const QString high = w.file("high.wav", riff(fmtChunk(1, 2, 48000, 16) +
+                                                     chunk("data", pseudoRandom(48000 * 4, 3))));
+        const QString mp3 = w.file("song.mp3", "ID3");
+        QVERIFY(QDir(w.dir.path()).mkdir("folder.wav"));
+        ViewGestures::drop(w.list(), {fivePath, mp3, high, sevenPath, w.dir.filePath("folder.wav"),
+                                      oddPath, fourPath});
+        QCOMPARE(
+            w.prompts(),
+            QStringList({information("Only .wav files are allowed for an audio disc."),
+                         information("Invalid Audio Format...High quality .wav files only!")}));
+        QCOMPARE(w.rows(1), QStringList({fivePath, sevenPath, oddPath, fourPath}));
+        QCOMPARE(w.rows(0), QStringList({"Track 01", "Track 02", "Track 03", "Track 04"}));
+        QCOMPARE(w.rows(2), QStringList(4, "Wave"));
+        QCOMPARE(w.rows(3).first(), QStringLiteral("00:05:00"));
 
-void tst_AudioWindow::compileWriteAndRipBack() {
-    AudioWindow w;
-    QVERIFY(w.rig.started());
-    QByteArray five, seven, odd, four;
-    const QString fivePath = w.wave("five.wav", 5 * Rate, &five);
-    const QString sevenPath = w.wave("seven.wav", 7 * Rate, &seven);
-    // Ends inside a CD frame: padded with silence on the disc.
-    const QString oddPath = w.wave("odd.wav", 6 * Rate + 7, &odd);
-    const QString fourPath = w.wave("FOUR.WAV", 4 * Rate, &four);
-    const QString high = w.file(
-        "high.wav", riff(fmtChunk(1, 2, 48000, 16) + chunk("data", pseudoRandom(48000 * 4, 3))));
-    const QString mp3 = w.file("song.mp3", "ID3");
-    QVERIFY(QDir(w.dir.path()).mkdir("folder.wav"));
-    ViewGestures::drop(w.list(), {fivePath, mp3, high, sevenPath, w.dir.filePath("folder.wav"),
-                                  oddPath, fourPath});
-    QCOMPARE(w.prompts(),
-             QStringList({information("Only .wav files are allowed for an audio disc."),
-                          information("Invalid Audio Format...High quality .wav files only!")}));
-    QCOMPARE(w.rows(1), QStringList({fivePath, sevenPath, oddPath, fourPath}));
-    QCOMPARE(w.rows(0), QStringList({"Track 01", "Track 02", "Track 03", "Track 04"}));
-    QCOMPARE(w.rows(2), QStringList(4, "Wave"));
-    QCOMPARE(w.rows(3).first(), QStringLiteral("00:05:00"));
+        // Removing a track plays the one that takes its place.
+        w.list()->setCurrentItem(w.list()->topLevelItem(1));
+        w.rig.frame()->runCommand(QStringLiteral("REMOVEAUDIOTRACK"));
+        QCOMPARE(w.rows(1), QStringList({fivePath, oddPath, fourPath}));
+        QCOMPARE(w.list()->currentItem()->text(1), oddPath);
+        QVERIFY(modCDPlay::isPlaying());
+        QTRY_VERIFY(!w.sink.heard.isEmpty());
+        QVERIFY(odd.startsWith(w.sink.heard));
+        w.window()->cmdStop->click();
+        QCOMPARE(w.window()->Slider1->value(), 0);
 
-    // Removing a track plays the one that takes its place.
-    w.list()->setCurrentItem(w.list()->topLevelItem(1));
-    w.rig.frame()->runCommand(QStringLiteral("REMOVEAUDIOTRACK"));
-    QCOMPARE(w.rows(1), QStringList({fivePath, oddPath, fourPath}));
-    QCOMPARE(w.list()->currentItem()->text(1), oddPath);
-    QVERIFY(modCDPlay::isPlaying());
-    QTRY_VERIFY(!w.sink.heard.isEmpty());
-    QVERIFY(odd.startsWith(w.sink.heard));
-    w.window()->cmdStop->click();
-    QCOMPARE(w.window()->Slider1->value(), 0);
+        // The last track dragged onto the first goes before it.
+        ViewGestures::move(w.list()->topLevelItem(2), w.list()->topLevelItem(0));
+        QCOMPARE(w.rows(1), QStringList({fourPath, fivePath, oddPath}));
+        QCOMPARE(w.panel("DIRECTORIES"), QStringLiteral(" Tracks: 3"));
+        QVERIFY(w.prompts().isEmpty());
 
-    // The last track dragged onto the first goes before it.
-    ViewGestures::move(w.list()->topLevelItem(2), w.list()->topLevelItem(0));
-    QCOMPARE(w.rows(1), QStringList({fourPath, fivePath, oddPath}));
-    QCOMPARE(w.panel("DIRECTORIES"), QStringLiteral(" Tracks: 3"));
-    QVERIFY(w.prompts().isEmpty());
+        frmBurn *burn = w.rig.openDialog();
+        QVERIFY(burn);
+        QVERIFY(burn->chkFinalizeDisc->isChecked() && !burn->chkFinalizeDisc->isEnabled());
+        burn->optWrite->setChecked(true);
+        QVERIFY(w.rig.writeAndWait(burn));
+        QCOMPARE(w.rig.ending, QStringLiteral("WriteComplete"));
+        QVERIFY(w.list()->isEnabled());
 
-    frmBurn *burn = w.rig.openDialog();
-    QVERIFY(burn);
-    QVERIFY(burn->chkFinalizeDisc->isChecked() && !burn->chkFinalizeDisc->isEnabled());
-    burn->optWrite->setChecked(true);
-    QVERIFY(w.rig.writeAndWait(burn));
-    QCOMPARE(w.rig.ending, QStringLiteral("WriteComplete"));
-    QVERIFY(w.list()->isEnabled());
-
-    const QDir ejected(ImageRecorder::ejectedFolder());
-    const QStringList cues = ejected.entryList({"*.cue"}, QDir::Files);
-    QCOMPARE(cues.size(), 1);
-    const QString cue = ejected.filePath(cues.first());
-    const QList<QByteArray> order = {four, five, odd};
-    QList<int> starts = {0};
-    for (const QByteArray &pcm : order)
-        starts.append(starts.last() + int(ReadBack::ripOfTrack(pcm, false).size() / 2352));
-    starts.last() -= 150; // no gap after the last track
-    QCOMPARE(ReadBack::cdInfoTrackStarts(cue), starts);
-    for (int i = 0; i < order.size(); ++i)
-        QVERIFY2(ReadBack::cdParanoiaTrack(cue, i + 1, w.dir) ==
-                     ReadBack::ripOfTrack(order[i], i + 1 == order.size()),
-                 qPrintable(QStringLiteral("track %1").arg(i + 1)));
-}
-
-void tst_AudioWindow::overrunWarning_data() {
-    QTest::addColumn<int>("frames");
-    QTest::addColumn<bool>("warned");
-    // 703 MB free on a CD-R 80, five kept in reserve: the bar reaches 698 at 313,088 blocks
-    // with the gap.
-    QTest::newRow("at the boundary") << 312938 << true;
-    QTest::newRow("one frame before") << 312937 << false;
-}
-
-void tst_AudioWindow::overrunWarning() {
-    QFETCH(int, frames);
-    QFETCH(bool, warned);
-    AudioWindow w;
-    // A sparse wave: its header, then the samples' length as a hole.
-    const QString path = w.file("long.wav", cdWave(QByteArray()));
-    {
-        QFile f(path);
-        QVERIFY(f.open(QIODevice::ReadWrite));
-        QVERIFY(f.seek(4));
-        f.write(le32(quint32(36 + qint64(frames) * 2352)));
-        QVERIFY(f.seek(40));
-        f.write(le32(quint32(qint64(frames) * 2352)));
-        QVERIFY(f.resize(44 + qint64(frames) * 2352));
+        const QDir ejected(ImageRecorder::ejectedFolder());
+        const QStringList cues = ejected.entryList({"*.cue"}, QDir::Files);
+        QCOMPARE(cues.size(), 1);
+        const QString cue = ejected.filePath(cues.first());
+        const QList<QByteArray> order = {four, five, odd};
+        QList<int> starts = {0};
+        for (const QByteArray &pcm : order)
+            starts.append(starts.last() + int(ReadBack::ripOfTrack(pcm, false).size() / 2352));
+        starts.last() -= 150; // no gap after the last track
+        QCOMPARE(ReadBack::cdInfoTrackStarts(cue), starts);
+        for (int i = 0; i < order.size(); ++i)
+            QVERIFY2(ReadBack::cdParanoiaTrack(cue, i + 1, w.dir) ==
+                         ReadBack::ripOfTrack(order[i], i + 1 == order.size()),
+                     qPrintable(QStringLiteral("track %1").arg(i + 1)));
     }
-    ViewGestures::drop(w.list(), {path});
-    QCOMPARE(w.list()->topLevelItemCount(), 1);
-    const QStringList expected = {
-        App::ProductName() +
-        " - Warning|Audio image size is bigger than free space on media!\nYou must remove some "
-        "files from the image."};
-    QCOMPARE(w.prompts(), warned ? expected : QStringList());
-}
 
-void tst_AudioWindow::hundredthTrackRefused() {
-    AudioWindow w;
-    QStringList paths;
-    for (int i = 1; i <= 101; ++i)
-        paths.append(w.wave(QStringLiteral("t%1.wav").arg(i), 100));
-    ViewGestures::drop(w.list(), paths);
-    QCOMPARE(w.list()->topLevelItemCount(), 99);
-    QCOMPARE(w.rig.frame()->Tessaly->AudioTrackCount(), 99);
-    QCOMPARE(w.prompts(), QStringList({information("An audio CD holds no more than 99 tracks.\n"
-                                                   "\"t100.wav\" and the files after it were not "
-                                                   "added.")}));
-}
+    void overrunWarning_data() {
+        QTest::addColumn<int>("frames");
+        QTest::addColumn<bool>("warned");
+        // 703 MB free on a CD-R 80, five kept in reserve: the bar reaches 698 at 313,088 blocks
+        // with the gap.
+        QTest::newRow("at the boundary") << 312938 << true;
+        QTest::newRow("one frame before") << 312937 << false;
+    }
 
-void tst_AudioWindow::loadAndUnload() {
-    AudioWindow w;
-    mdiMain *frame = w.rig.frame();
-    // NEW and IMPPRESES go off while the window is open, the others on.
-    const auto check = [&](bool open) {
-        for (const char *key : {"NEW", "IMPPRESES", "WRITEDISC", "PRINT"}) {
-            const bool on = open != (qstrcmp(key, "NEW") == 0 || qstrcmp(key, "IMPPRESES") == 0);
-            QVERIFY2(frame->SmartMenu->Item(key)->Enabled() == on, key);
-            QVERIFY2(frame->SmartToolbar->Item(key)->Enabled() == on, key);
+    void overrunWarning() {
+        QFETCH(int, frames);
+        QFETCH(bool, warned);
+        AudioWindow w;
+        // A sparse wave: its header, then the samples' length as a hole.
+        const QString path = w.file("long.wav", cdWave(QByteArray()));
+        {
+            QFile f(path);
+            QVERIFY(f.open(QIODevice::ReadWrite));
+            QVERIFY(f.seek(4));
+            f.write(le32(quint32(36 + qint64(frames) * 2352)));
+            QVERIFY(f.seek(40));
+            f.write(le32(quint32(qint64(frames) * 2352)));
+            QVERIFY(f.resize(44 + qint64(frames) * 2352));
         }
-        QCOMPARE(frame->SmartMenu->Item("AUDIODISC")->Shown() != 0, open);
-    };
-    check(true);
-    QCOMPARE(w.window()->windowTitle(), QStringLiteral("Audio Disc"));
-    for (QWidget *player : std::initializer_list<QWidget *>{
-             w.window()->cmdPlay, w.window()->cmdStop, w.window()->cmdPause, w.window()->Slider1})
-        QVERIFY(!player->isEnabled());
-    QCOMPARE(w.panel("DATA"), QStringLiteral(" Audio Disc Size:"));
-    QCOMPARE(w.panel("DIRECTORIES"), QStringLiteral(" Tracks:"));
-    ViewGestures::drop(w.list(), {w.wave("a.wav", 5 * Rate)});
-    QCOMPARE(w.panel("DATA"), QStringLiteral(" 00:07:00 of 80:00:00 Used"));
-    QCOMPARE(w.panel("DIRECTORIES"), QStringLiteral(" Tracks: 1"));
-    QCOMPARE(frame->smartStatusBar->Item("FILES")->ImageKey(), QStringLiteral("NOTE"));
-    QCOMPARE(frame->lblSize.at(8)->text(), QStringLiteral("80MIN"));
-    // Seven seconds are a megabyte on the ruler: 10 twips.
-    QCOMPARE(frame->prbSize->value(), 1);
-    QCOMPARE(frame->prbSize->width(), Twips::toPixels(10));
-    ViewGestures::drop(w.list(), {w.wave("b.wav", Rate)});
-    QVERIFY(w.prompts().isEmpty());
+        ViewGestures::drop(w.list(), {path});
+        QCOMPARE(w.list()->topLevelItemCount(), 1);
+        const QStringList expected = {
+            App::ProductName() +
+            " - Warning|Audio image size is bigger than free space on media!\nYou must remove some "
+            "files from the image."};
+        QCOMPARE(w.prompts(), warned ? expected : QStringList());
+    }
 
-    // Closing leaves the engine's tracks alone; the next window shows them once it reloads.
-    DefaultInstance<frmAudio>::unload();
-    Waits::settle();
-    check(false);
-    QCOMPARE(w.panel("DATA"), QStringLiteral(" Data Image Size:"));
-    FormRegistry::open(QStringLiteral("frmAudio"), frame);
-    QCOMPARE(w.list()->topLevelItemCount(), 0);
-    w.window()->LoadTrackList();
-    QCOMPARE(w.list()->topLevelItemCount(), 2);
-    frame->runCommand(QStringLiteral("CLEARAUDIOTRACKS"));
-    QCOMPARE(w.list()->topLevelItemCount(), 0);
-    QCOMPARE(frame->Tessaly->AudioTrackCount(), 0);
-    QCOMPARE(w.panel("DATA"), QStringLiteral(" 00:00:00 of 80:00:00 Used"));
-}
+    void hundredthTrackRefused() {
+        AudioWindow w;
+        QStringList paths;
+        for (int i = 1; i <= 101; ++i)
+            paths.append(w.wave(QStringLiteral("t%1.wav").arg(i), 100));
+        ViewGestures::drop(w.list(), paths);
+        QCOMPARE(w.list()->topLevelItemCount(), 99);
+        QCOMPARE(w.rig.frame()->Tessaly->AudioTrackCount(), 99);
+        QCOMPARE(w.prompts(),
+                 QStringList({information("An audio CD holds no more than 99 tracks.\n"
+                                          "\"t100.wav\" and the files after it were not "
+                                          "added.")}));
+    }
+
+    void loadAndUnload() {
+        AudioWindow w;
+        mdiMain *frame = w.rig.frame();
+        // NEW and IMPPRESES go off while the window is open, the others on.
+        const auto check = [&](bool open) {
+            for (const char *key : {"NEW", "IMPPRESES", "WRITEDISC", "PRINT"}) {
+                const bool on =
+                    open != (qstrcmp(key, "NEW") == 0 || qstrcmp(key, "IMPPRESES") == 0);
+                QVERIFY2(frame->SmartMenu->Item(key)->Enabled() == on, key);
+                QVERIFY2(frame->SmartToolbar->Item(key)->Enabled() == on, key);
+            }
+            QCOMPARE(frame->SmartMenu->Item("AUDIODISC")->Shown() != 0, open);
+        };
+        check(true);
+        QCOMPARE(w.window()->windowTitle(), QStringLiteral("Audio Disc"));
+        for (QWidget *player :
+             std::initializer_list<QWidget *>{w.window()->cmdPlay, w.window()->cmdStop,
+                                              w.window()->cmdPause, w.window()->Slider1})
+            QVERIFY(!player->isEnabled());
+        QCOMPARE(w.panel("DATA"), QStringLiteral(" Audio Disc Size:"));
+        QCOMPARE(w.panel("DIRECTORIES"), QStringLiteral(" Tracks:"));
+        ViewGestures::drop(w.list(), {w.wave("a.wav", 5 * Rate)});
+        QCOMPARE(w.panel("DATA"), QStringLiteral(" 00:07:00 of 80:00:00 Used"));
+        QCOMPARE(w.panel("DIRECTORIES"), QStringLiteral(" Tracks: 1"));
+        QCOMPARE(frame->smartStatusBar->Item("FILES")->ImageKey(), QStringLiteral("NOTE"));
+        QCOMPARE(frame->lblSize.at(8)->text(), QStringLiteral("80MIN"));
+        // Seven seconds are a megabyte on the ruler: 10 twips.
+        QCOMPARE(frame->prbSize->value(), 1);
+        QCOMPARE(frame->prbSize->width(), Twips::toPixels(10));
+        ViewGestures::drop(w.list(), {w.wave("b.wav", Rate)});
+        QVERIFY(w.prompts().isEmpty());
+
+        // Closing leaves the engine's tracks alone; the next window shows them once it reloads.
+        DefaultInstance<frmAudio>::unload();
+        Waits::settle();
+        check(false);
+        QCOMPARE(w.panel("DATA"), QStringLiteral(" Data Image Size:"));
+        FormRegistry::open(QStringLiteral("frmAudio"), frame);
+        QCOMPARE(w.list()->topLevelItemCount(), 0);
+        w.window()->LoadTrackList();
+        QCOMPARE(w.list()->topLevelItemCount(), 2);
+        frame->runCommand(QStringLiteral("CLEARAUDIOTRACKS"));
+        QCOMPARE(w.list()->topLevelItemCount(), 0);
+        QCOMPARE(frame->Tessaly->AudioTrackCount(), 0);
+        QCOMPARE(w.panel("DATA"), QStringLiteral(" 00:00:00 of 80:00:00 Used"));
+    }
+};
 
 QTEST_MAIN(tst_AudioWindow)
 #include "tst_audiowindow.moc"

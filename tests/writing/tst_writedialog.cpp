@@ -2,18 +2,15 @@
 // from the click to the end, and what is left for the next try.
 #include "Fixtures.h"
 #include "ReadBack.h"
+#include "Rows.h"
 #include "WriteRig.h"
 
 #include "EngineProbe.h"
-#include "app/FormRegistry.h"
 #include "app/mdiMain.h"
 #include "app/modDeclarations.h"
 #include "app/modGlobals.h"
-#include "compilation/frmData.h"
-#include "engine/system/SystemCalls.h"
 #include "engine/writer/CDWriterPro.h"
 #include "widgets/AnimationControl.h"
-#include "widgets/DefaultInstance.h"
 #include "widgets/KeyedItem.h"
 #include "widgets/KeyedMenu.h"
 #include "widgets/KeyedPanel.h"
@@ -63,530 +60,402 @@ QList<QString *> labelGlobals() {
 
 const QStringList labelValues{"VOLUME", "APP", "PUB", "SYS", "SET", "PREP", "COPY", "ABS", "BIB"};
 
+struct Opening {
+    int kind;
+    bool finalizeChecked, finalizeEnabled, joliet;
+    QString cacheCaption;
+};
+struct Options {
+    int kind;
+    bool finalize, joliet, cache, mode2, logging, expectFinalize;
+    int expectFileSystem, expectTrackMode;
+};
+struct Percent {
+    int tracks, track, written, toWrite, trackBar, totalBar; // bars: -1 kept as they were
+    bool cancelOffered;
+};
 } // namespace
 
 class tst_WriteDialog : public QObject {
     Q_OBJECT
 private slots:
-    void openingState_data();
-    void openingState();
-    void mediumChecks_data();
-    void mediumChecks();
-    void optionsReachTheEngine_data();
-    void optionsReachTheEngine();
-    void statusTextsInOrder_data();
-    void statusTextsInOrder();
-    void cancelAtOnePercent();
-    void driveFailureThenSecondWrite();
-    void imageBiggerThanMedium();
-    void trackPercentages_data();
-    void trackPercentages();
-    void closingEmptiesThreeLabels_data();
-    void closingEmptiesThreeLabels();
-    void closeWindowsWhenFinished_data();
-    void closeWindowsWhenFinished();
-};
-
-void tst_WriteDialog::openingState_data() {
-    QTest::addColumn<int>("kind");
-    QTest::addColumn<bool>("finalizeChecked");
-    QTest::addColumn<bool>("finalizeEnabled");
-    QTest::addColumn<bool>("jolietChecked");
-    QTest::addColumn<bool>("jolietEnabled");
-    QTest::addColumn<QString>("cacheCaption");
-    QTest::addColumn<bool>("mode2Enabled");
-    QTest::newRow("data") << 0 << false << true << true << true << "Cac&he Image Before Writing"
-                          << true;
-    QTest::newRow("audio") << 1 << true << false << false << false << "Cach Files Locally" << false;
-}
-
-void tst_WriteDialog::openingState() {
-    QFETCH(int, kind);
-    QFETCH(bool, finalizeChecked);
-    QFETCH(bool, finalizeEnabled);
-    QFETCH(bool, jolietChecked);
-    QFETCH(bool, jolietEnabled);
-    QFETCH(QString, cacheCaption);
-    QFETCH(bool, mode2Enabled);
-    WriteRig rig({}, kind);
-    QVERIFY(rig.started());
-    frmBurn *burn = rig.openDialog();
-    QVERIFY(burn);
-    QVERIFY(burn->isVisible());
-    QCOMPARE(burn->windowModality(), Qt::ApplicationModal);
-    QCOMPARE(burn->windowTitle(), QStringLiteral("Write Disc..."));
-    // Pressing the button straight away runs a test, never the real write.
-    QVERIFY(burn->optTest->isChecked());
-    QVERIFY(!burn->optWrite->isChecked());
-    QCOMPARE(burn->cmdWrite->text(), QStringLiteral("&Test Write"));
-    QCOMPARE(burn->cmdWrite->toolTip(), QStringLiteral("Start Writing Disc"));
-    QCOMPARE(burn->cmdCancel->toolTip(), QStringLiteral("Cancel Write Disc"));
-    QCOMPARE(burn->cmdClose->toolTip(), QStringLiteral("Close"));
-    QVERIFY(burn->cmdWrite->isEnabled());
-    QVERIFY(burn->cmdClose->isEnabled());
-    QCOMPARE(burn->chkFinalizeDisc->isChecked(), finalizeChecked);
-    QCOMPARE(burn->chkFinalizeDisc->isEnabled(), finalizeEnabled);
-    QCOMPARE(burn->chkUseJoliet->isChecked(), jolietChecked);
-    QCOMPARE(burn->chkUseJoliet->isEnabled(), jolietEnabled);
-    QCOMPARE(burn->chkCacheImage->text(), cacheCaption);
-    QVERIFY(burn->chkCacheImage->isChecked());
-    QCOMPARE(burn->chkUseMode2XA->isEnabled(), mode2Enabled);
-    QVERIFY(!burn->chkUseMode2XA->isChecked());
-    QVERIFY(!burn->chkLogging->isChecked());
-    QVERIFY(!burn->chkCloseWin->isChecked());
-    // The Image Recorder protects against under-runs: the drive decides the box.
-    QVERIFY(burn->chkUseBurnProof->isChecked());
-    QVERIFY(burn->chkUseBurnProof->isEnabled());
-    QVERIFY(!burn->tmrBurn->isActive());
-    QVERIFY(burn->lblTime->text().isEmpty());
-    QVERIFY(!burn->aniBurn->isVisible());
-    // The test write takes the close-all box away; the real write leaves it as it was.
-    burn->optWrite->click();
-    QCOMPARE(burn->cmdWrite->text(), QStringLiteral("&Write"));
-    QVERIFY(!gblnIsTestWrite);
-    burn->optTest->click();
-    QCOMPARE(burn->cmdWrite->text(), QStringLiteral("&Test Write"));
-    QVERIFY(!burn->chkCloseWin->isEnabled());
-    QVERIFY(gblnIsTestWrite);
-    burn->optWrite->click();
-    QVERIFY(!burn->chkCloseWin->isEnabled());
-    burn->chkLogging->click();
-    QCOMPARE(burn->chkLogging->text(),
-             "Log CDR/W write to: " + rig.appFolder() + "/Dat/Burnlog.txt");
-    burn->chkLogging->click();
-    QCOMPARE(burn->chkLogging->text(), QStringLiteral("Enable Logging"));
-}
-
-void tst_WriteDialog::mediumChecks_data() {
-    QTest::addColumn<int>("kind");
-    QTest::addColumn<int>("tray");
-    QTest::addColumn<QString>("text");
-    using Tray = WriteRig::Tray;
-    QTest::newRow("data, no disc")
-        << 0 << int(Tray::Empty) << "Please Insert Writable Media before continuing!";
-    QTest::newRow("data, closed disc")
-        << 0 << int(Tray::ClosedDisc)
-        << "This disc is closed, please insert an empty disc or a multisession disc!";
-    QTest::newRow("audio, no disc")
-        << 1 << int(Tray::Empty) << "Please load an empty disc for recording audio.";
-    QTest::newRow("audio, a disc with a session")
-        << 1 << int(Tray::AppendableDisc) << "Please insert an empty disc for recording audio.";
-    QTest::newRow("no recorder") << 0 << int(Tray::NoRecorder)
-                                 << "A drive is not selected or does not exist.";
-}
-
-void tst_WriteDialog::mediumChecks() {
-    QFETCH(int, kind);
-    QFETCH(int, tray);
-    QFETCH(QString, text);
-    WriteRig rig({}, kind, "CD-R 80", WriteRig::Tray(tray));
-    QVERIFY(rig.started());
-    if (WriteRig::Tray(tray) == WriteRig::Tray::NoRecorder && glngCurrentDrive >= 0)
-        QSKIP("this machine has a recorder of its own");
-    rig.boxes.clear();
-    frmBurn *burn = rig.openDialog();
-    if (WriteRig::Tray(tray) == WriteRig::Tray::NoRecorder) {
-        // No drive to protect the write: the box is greyed and off.
-        QVERIFY(!burn->chkUseBurnProof->isEnabled());
-        QVERIFY(!burn->chkUseBurnProof->isChecked());
+    void openingState_data() {
+        addRows<Opening>({{"data", {0, false, true, true, "Cac&he Image Before Writing"}},
+                          {"audio", {1, true, false, false, "Cach Files Locally"}}});
     }
-    burn->cmdWrite->click();
-    QTest::qWait(20);
-    QCOMPARE(rig.boxes.size(), 1);
-    QCOMPARE(rig.boxes[0].prompt, text);
-    QCOMPARE(rig.boxes[0].title, QStringLiteral("Tessaly - Information"));
-    QCOMPARE(rig.boxes[0].buttons, int(vbInformation));
-    // The dialog stays as it was: nothing started.
-    QCOMPARE(frmBurn::instance(), burn);
-    QVERIFY(burn->cmdWrite->isEnabled());
-    QVERIFY(burn->chkCloseWin->isEnabled());
-    QVERIFY(!burn->tmrBurn->isActive());
-    QVERIFY(rig.panelTexts.isEmpty());
-}
 
-void tst_WriteDialog::optionsReachTheEngine_data() {
-    QTest::addColumn<int>("kind");
-    QTest::addColumn<bool>("finalize");
-    QTest::addColumn<bool>("joliet");
-    QTest::addColumn<bool>("cache");
-    QTest::addColumn<bool>("mode2");
-    QTest::addColumn<bool>("logging");
-    QTest::addColumn<bool>("expectFinalize");
-    QTest::addColumn<int>("expectFileSystem"); // -1: left as it was
-    QTest::addColumn<int>("expectTrackMode");
-    QTest::newRow("data, all off")
-        << 0 << false << false << false << false << false << false << 0 << 1;
-    QTest::newRow("data, all on") << 0 << true << true << true << true << true << true << 1 << 2;
-    QTest::newRow("data, joliet and cache")
-        << 0 << false << true << true << false << false << false << 1 << 1;
-    QTest::newRow("audio, cache off")
-        << 1 << false << false << false << false << false << true << -1 << 0;
-    QTest::newRow("audio, logging asked")
-        << 1 << false << false << true << false << true << true << -1 << 0;
-}
-
-void tst_WriteDialog::optionsReachTheEngine() {
-    QFETCH(int, kind);
-    QFETCH(bool, finalize);
-    QFETCH(bool, joliet);
-    QFETCH(bool, cache);
-    QFETCH(bool, mode2);
-    QFETCH(bool, logging);
-    QFETCH(bool, expectFinalize);
-    QFETCH(int, expectFileSystem);
-    QFETCH(int, expectTrackMode);
-    WriteRig rig({}, kind);
-    QVERIFY(rig.started());
-    CDWriterPro *cd = rig.frame()->Tessaly;
-    QTemporaryDir src;
-    if (kind == 0) {
-        fillImage(cd, src);
-    } else {
-        writeFile(src.filePath("t.wav"), cdWave(rampPcm(44100 * 4)));
-        QVERIFY(cd->AddAudioTrack(src.filePath("t.wav"), 1));
-    }
-    // What the engine held before: a field the write must not touch keeps it.
-    cd->setISOFileSystem(1);
-    cd->setVolumeIdentifier("BEFORE");
-    cd->setCloseSession(false);
-    for (int i = 0; i < labelValues.size(); ++i)
-        *labelGlobals()[i] = labelValues[i];
-    frmBurn *burn = rig.openDialog();
-    QVERIFY(burn);
-    if (burn->chkFinalizeDisc->isEnabled())
-        burn->chkFinalizeDisc->setChecked(finalize);
-    if (burn->chkUseJoliet->isEnabled())
-        burn->chkUseJoliet->setChecked(joliet);
-    burn->chkCacheImage->setChecked(cache);
-    if (burn->chkUseMode2XA->isEnabled())
-        burn->chkUseMode2XA->setChecked(mode2);
-    burn->chkLogging->setChecked(logging);
-    QVERIFY(rig.writeAndWait(burn));
-    QCOMPARE(rig.ending, QStringLiteral("WriteComplete"));
-    QVERIFY(cd->TestWrite());
-    QCOMPARE(cd->FinalizeDisc(), expectFinalize);
-    QVERIFY(cd->CloseSession());
-    QCOMPARE(cd->CacheImage(), cache);
-    QCOMPARE(cd->TrackMode(), expectTrackMode);
-    QCOMPARE(cd->ISOFileSystem(), expectFileSystem < 0 ? 1 : expectFileSystem);
-    if (kind == 0) {
-        const QStringList labels{cd->VolumeIdentifier(),        cd->ApplicationIdentifier(),
-                                 cd->PublisherIdentifier(),     cd->SystemIdentifier(),
-                                 cd->VolumeSetIdentifier(),     cd->DataPreparerIdentifier(),
-                                 cd->CopyrightFileIdentifier(), cd->AbstractFileIdentifier(),
-                                 cd->BiblioFileIdentifier()};
-        QCOMPARE(labels, labelValues);
-    } else {
-        QCOMPARE(cd->VolumeIdentifier(), QStringLiteral("BEFORE"));
-    }
-    // The log is the engine's; the dialog only names it, and only for data.
-    QCOMPARE(QFile::exists(rig.appFolder() + "/Dat/Burnlog.txt"), logging && kind == 0);
-    QVERIFY(rig.answers.errors.isEmpty());
-}
-
-void tst_WriteDialog::statusTextsInOrder_data() {
-    QTest::addColumn<bool>("cache");
-    QTest::addColumn<bool>("test");
-    QTest::newRow("cached test write") << true << true;
-    QTest::newRow("streamed real write") << false << false;
-}
-
-void tst_WriteDialog::statusTextsInOrder() {
-    QFETCH(bool, cache);
-    QFETCH(bool, test);
-    WriteRig rig;
-    QVERIFY(rig.started());
-    mdiMain *f = rig.frame();
-    QTemporaryDir src;
-    fillImage(f->Tessaly, src, 2 * 1024 * 1024);
-    const QString speed = f->mstrSpeed;
-    QVERIFY(!speed.isEmpty());
-    frmBurn *burn = rig.openDialog();
-    burn->chkCacheImage->setChecked(cache);
-    if (!test)
+    void openingState() {
+        QFETCH(Opening, row);
+        WriteRig rig({}, row.kind);
+        QVERIFY(rig.started());
+        frmBurn *burn = rig.openDialog();
+        QVERIFY(burn && burn->isVisible());
+        QCOMPARE(burn->windowModality(), Qt::ApplicationModal);
+        QCOMPARE(burn->windowTitle(), QStringLiteral("Write Disc..."));
+        // Pressing the button straight away runs a test, never the real write.
+        QVERIFY(burn->optTest->isChecked());
+        QVERIFY(!burn->optWrite->isChecked());
+        QCOMPARE(burn->cmdWrite->text(), QStringLiteral("&Test Write"));
+        QVERIFY(burn->cmdWrite->isEnabled() && burn->cmdClose->isEnabled());
+        QCOMPARE(burn->chkFinalizeDisc->isChecked(), row.finalizeChecked);
+        QCOMPARE(burn->chkFinalizeDisc->isEnabled(), row.finalizeEnabled);
+        QCOMPARE(burn->chkUseJoliet->isChecked(), row.joliet);
+        QCOMPARE(burn->chkUseJoliet->isEnabled(), row.joliet);
+        QCOMPARE(burn->chkCacheImage->text(), row.cacheCaption);
+        QVERIFY(burn->chkCacheImage->isChecked());
+        QCOMPARE(burn->chkUseMode2XA->isEnabled(), row.kind == 0);
+        QVERIFY(!burn->chkUseMode2XA->isChecked());
+        QVERIFY(!burn->chkLogging->isChecked());
+        QVERIFY(!burn->chkCloseWin->isChecked());
+        // The Image Recorder protects against under-runs: the drive decides the box.
+        QVERIFY(burn->chkUseBurnProof->isChecked() && burn->chkUseBurnProof->isEnabled());
+        QVERIFY(!burn->tmrBurn->isActive() && !burn->aniBurn->isVisible());
+        QVERIFY(burn->lblTime->text().isEmpty());
+        // The test write takes the close-all box away; the real write leaves it as it was.
         burn->optWrite->click();
-    QVERIFY(rig.writeAndWait(burn));
-    QCOMPARE(rig.ending, QStringLiteral("WriteComplete"));
-    QStringList panel{" Preparing to Write Disc..."};
-    QStringList actions{"Preparing to Write Disc..."};
-    if (cache) {
-        panel << " Caching Track... #";
-        actions << "Caching Track... #";
-    }
-    panel << " Creating Directories..."
-          << " Writing Block: #"
-          << " Closing Track..."
-          << " Closing Session...";
-    actions << "Writing Block: #"
-            << "Closing Track..."
-            << "Closing Session...";
-    QCOMPARE(rig.panelTexts, panel);
-    QCOMPARE(rig.actionTexts, actions);
-    QVERIFY(rig.answers.errors.isEmpty());
-    // Cancel was offered at one per cent only, never while caching.
-    QCOMPARE(rig.cancelEnabledAt, QList<int>({1}));
-    // The disc is out in both cases.
-    QVERIFY(rig.trayDiscs().isEmpty());
-    QCOMPARE(rig.ejectedDiscs().size(), 1);
-    QCOMPARE(f->smartStatusBar->Item("CACHING")->Value(), 0);
-    QVERIFY(f->SmartMenu->Enabled());
-    QVERIFY(gblnUnloadOk);
-    if (test) {
-        // The dialog stays and offers the real write, waiting for the disc.
-        QVERIFY(rig.boxes.isEmpty());
-        QCOMPARE(frmBurn::instance(), burn);
-        QVERIFY(burn->isVisible());
-        QVERIFY(burn->optWrite->isChecked());
         QCOMPARE(burn->cmdWrite->text(), QStringLiteral("&Write"));
-        QVERIFY(!burn->cmdWrite->isEnabled());
-        QVERIFY(!burn->tmrBurn->isActive());
         QVERIFY(!gblnIsTestWrite);
-        QCOMPARE(burn->lblActions->text(), QStringLiteral("Please insert the disc again..."));
-        f->runCommand("CLOSETRAY");
-        QTRY_VERIFY(burn->cmdWrite->isEnabled());
-        QCOMPARE(burn->lblActions->text(), QStringLiteral("Disc inserted ready to write..."));
-        // Nothing was burnt by the test.
-        QVERIFY(QFileInfo(rig.ejectedImage()).size() == 0 ||
-                ReadBack::run("isoinfo", {"-d", "-i", rig.ejectedImage()}).isEmpty());
-    } else {
-        QVERIFY(!frmBurn::instance());
+        burn->optTest->click();
+        QCOMPARE(burn->cmdWrite->text(), QStringLiteral("&Test Write"));
+        QVERIFY(!burn->chkCloseWin->isEnabled());
+        QVERIFY(gblnIsTestWrite);
+        burn->optWrite->click();
+        QVERIFY(!burn->chkCloseWin->isEnabled());
+        burn->chkLogging->click();
+        QCOMPARE(burn->chkLogging->text(),
+                 "Log CDR/W write to: " + rig.appFolder() + "/Dat/Burnlog.txt");
+        burn->chkLogging->click();
+        QCOMPARE(burn->chkLogging->text(), QStringLiteral("Enable Logging"));
+    }
+
+    void mediumChecks_data() {
+        QTest::addColumn<int>("kind");
+        QTest::addColumn<int>("tray");
+        QTest::addColumn<QString>("text");
+        using Tray = WriteRig::Tray;
+        QTest::newRow("data, no disc")
+            << 0 << int(Tray::Empty) << "Please Insert Writable Media before continuing!";
+        QTest::newRow("data, closed disc")
+            << 0 << int(Tray::ClosedDisc)
+            << "This disc is closed, please insert an empty disc or a multisession disc!";
+        QTest::newRow("audio, no disc")
+            << 1 << int(Tray::Empty) << "Please load an empty disc for recording audio.";
+        QTest::newRow("audio, a disc with a session")
+            << 1 << int(Tray::AppendableDisc) << "Please insert an empty disc for recording audio.";
+        QTest::newRow("no recorder")
+            << 0 << int(Tray::NoRecorder) << "A drive is not selected or does not exist.";
+    }
+
+    void mediumChecks() {
+        QFETCH(int, kind);
+        QFETCH(int, tray);
+        QFETCH(QString, text);
+        WriteRig rig({}, kind, "CD-R 80", WriteRig::Tray(tray));
+        QVERIFY(rig.started());
+        if (WriteRig::Tray(tray) == WriteRig::Tray::NoRecorder && glngCurrentDrive >= 0)
+            QSKIP("this machine has a recorder of its own");
+        rig.boxes.clear();
+        frmBurn *burn = rig.openDialog();
+        if (WriteRig::Tray(tray) == WriteRig::Tray::NoRecorder) {
+            // No drive to protect the write: the box is greyed and off.
+            QVERIFY(!burn->chkUseBurnProof->isEnabled());
+            QVERIFY(!burn->chkUseBurnProof->isChecked());
+        }
+        burn->cmdWrite->click();
+        QTest::qWait(20);
         QCOMPARE(rig.boxes.size(), 1);
-        QCOMPARE(rig.boxes[0].prompt,
-                 "Burn process completed successfully at " + speed + ".\r\n\r\nEjecting disc...");
+        QCOMPARE(rig.boxes[0].prompt, text);
         QCOMPARE(rig.boxes[0].title, QStringLiteral("Tessaly - Information"));
         QCOMPARE(rig.boxes[0].buttons, int(vbInformation));
-        QCOMPARE(rig.boxes[0].dataPanel, QStringLiteral(" Writing Complete!"));
-        // Ejected after the box: the disc in the ejected folder holds the image.
-        QCOMPARE(isoinfoFile(rig.ejectedImage(), "/B.BIN;1"),
-                 QString::fromLatin1(pseudoRandom(1024 * 1024, 2).toBase64()));
-    }
-}
-
-void tst_WriteDialog::cancelAtOnePercent() {
-    WriteRig rig({"EmulateSpeed=1"});
-    QVERIFY(rig.started());
-    mdiMain *f = rig.frame();
-    QTemporaryDir src;
-    fillImage(f->Tessaly, src, 3 * 1024 * 1024);
-    const qint32 blocks = f->Tessaly->ISOImageBlocks();
-    f->Tessaly->SetWriteSpeed(4 * 176);
-    frmBurn *burn = rig.openDialog();
-    burn->optWrite->click();
-    rig.cancelWhenOffered = true;
-    QVERIFY(rig.writeAndWait(burn));
-    QCOMPARE(rig.ending, QStringLiteral("WriteCancelled"));
-    QCOMPARE(rig.cancelEnabledAt.value(0), 1);
-    QCOMPARE(rig.boxes.size(), 1);
-    QCOMPARE(rig.boxes[0].prompt, QStringLiteral("Writing Cancelled!"));
-    QCOMPARE(rig.boxes[0].title, QStringLiteral("Tessaly - Information"));
-    QCOMPARE(rig.boxes[0].dataPanel, QStringLiteral(" Writing Cancelled......"));
-    QVERIFY(rig.panelTexts.contains(" Aborting Write...Please Wait!"));
-    // At rest: the dialog gone, the frame free, the image as it was, the disc still in.
-    QVERIFY(!frmBurn::instance());
-    QVERIFY(f->SmartMenu->Enabled());
-    QVERIFY(f->cboDevices->isEnabled());
-    QVERIFY(gblnUnloadOk);
-    QCOMPARE(f->Tessaly->ISOFileCount(), 2);
-    QCOMPARE(f->Tessaly->ISOImageBlocks(), blocks);
-    QCOMPARE(rig.trayDiscs().size(), 1);
-    QVERIFY(rig.ejectedDiscs().isEmpty());
-    QVERIFY(f->Tessaly->MediaType() != CDWriterPro::MediaNone);
-    QCOMPARE(f->smartStatusBar->Item("STATUSIMG")->ImageKey(), QStringLiteral("MEDIA"));
-    QVERIFY(f->mblnCacheFirst);
-    QVERIFY(f->mblnTrackWriteFirst);
-}
-
-void tst_WriteDialog::driveFailureThenSecondWrite() {
-    WriteRig rig({"FailAtBlock=20", "FailDriveCode=1008", "FailSense=3/0C/09 LOSS"});
-    QVERIFY(rig.started());
-    mdiMain *f = rig.frame();
-    QTemporaryDir src;
-    fillImage(f->Tessaly, src);
-    gstrVolumeIdentifier = "FIRST";
-    gstrVolumeSetIdentifier = "KEPT";
-    frmBurn *burn = rig.openDialog();
-    burn->optWrite->click();
-    QVERIFY(rig.writeAndWait(burn));
-    QCOMPARE(rig.ending, QStringLiteral("WriteError"));
-    QCOMPARE(rig.boxes.size(), 1);
-    QCOMPARE(rig.boxes[0].prompt,
-             QStringLiteral("Writing Error: (3)   The drive failed to write block 20\r\n"
-                            "A buffer under-run has occurred (1008).\r\n"
-                            "Error Sense Data: 3/0C/09 LOSS\r\n\r\nEjecting disc..."));
-    QCOMPARE(rig.boxes[0].title, QStringLiteral("Tessaly - Critical"));
-    QCOMPARE(rig.boxes[0].buttons, int(vbCritical));
-    QVERIFY(!frmBurn::instance());
-    QCOMPARE(f->smartStatusBar->Item("DATA")->Text(), QStringLiteral(" A write error occurred..."));
-    QVERIFY(rig.trayDiscs().isEmpty());
-    QCOMPARE(rig.ejectedDiscs().size(), 1);
-    QVERIFY(f->SmartMenu->Enabled());
-    // The image and the labels but the three of the dialog survive for a second try.
-    QCOMPARE(f->Tessaly->ISOFileCount(), 2);
-    QVERIFY(gstrVolumeIdentifier.isEmpty());
-    QCOMPARE(gstrVolumeSetIdentifier, QStringLiteral("KEPT"));
-    QVERIFY(f->mblnTrackWriteFirst);
-    // The cache of the failed write was seen, and that is remembered.
-    QVERIFY(!f->mblnCacheFirst);
-
-    QDir(QFileInfo(rig.ejectedImage()).path()).removeRecursively();
-    f->runCommand("CLOSETRAY");
-    QTRY_COMPARE(f->smartStatusBar->Item("STATUSIMG")->ImageKey(), QStringLiteral("MEDIA"));
-    gstrVolumeIdentifier = "SECOND";
-    rig.boxes.clear();
-    burn = rig.openDialog();
-    QVERIFY(burn->cmdWrite->isEnabled());
-    burn->optWrite->click();
-    QVERIFY(rig.writeAndWait(burn));
-    QCOMPARE(rig.ending, QStringLiteral("WriteComplete"));
-    QCOMPARE(rig.boxes.size(), 1);
-    QVERIFY(rig.boxes[0].prompt.startsWith("Burn process completed successfully at "));
-    const QString image = rig.ejectedImage();
-    QVERIFY(ReadBack::run("isoinfo", {"-d", "-i", image}).contains("Volume id: SECOND"));
-    QCOMPARE(isoinfoFile(image, "/DOCS/A.TXT;1"),
-             QString::fromLatin1(pseudoRandom(200 * 1024, 1).toBase64()));
-}
-
-void tst_WriteDialog::imageBiggerThanMedium() {
-    WriteRig rig({}, 0, "CD-R 74");
-    QVERIFY(rig.started());
-    mdiMain *f = rig.frame();
-    QTemporaryDir src;
-    QFile big(src.filePath("big.bin"));
-    QVERIFY(big.open(QIODevice::WriteOnly));
-    QVERIFY(big.resize(qint64(700) * 1024 * 1024)); // sparse: refused before it is read
-    big.close();
-    f->Tessaly->AddISOFile("\\big.bin", big.fileName());
-    f->RecalcImageSize();
-    // The warning is given, and it does not stand in the way of the write.
-    QCOMPARE(rig.boxes.size(), 1);
-    QCOMPARE(rig.boxes[0].title, QStringLiteral("Tessaly - Warning"));
-    frmBurn *burn = rig.openDialog();
-    burn->optWrite->click();
-    QVERIFY(rig.writeAndWait(burn));
-    QCOMPARE(rig.ending, QStringLiteral("WriteError"));
-    QCOMPARE(rig.boxes.size(), 2);
-    QVERIFY(rig.boxes[1].prompt.startsWith("Writing Error: (3)   "));
-    QVERIFY(rig.boxes[1].prompt.contains("\r\n" + GetDriveErrorMessage(1021) +
-                                         "\r\nError Sense Data: "));
-    QVERIFY(!frmBurn::instance());
-    QCOMPARE(rig.ejectedDiscs().size(), 1);
-}
-
-void tst_WriteDialog::trackPercentages_data() {
-    QTest::addColumn<int>("tracks");
-    QTest::addColumn<int>("track");
-    QTest::addColumn<int>("written");
-    QTest::addColumn<int>("toWrite");
-    QTest::addColumn<int>("trackBar"); // -1: kept as it was
-    QTest::addColumn<int>("totalBar"); // -1: kept as it was
-    QTest::addColumn<bool>("cancelOffered");
-    QTest::newRow("half of the second of three") << 3 << 2 << 500 << 1000 << 50 << 50 << false;
-    QTest::newRow("one per cent of the first") << 3 << 1 << 10 << 1000 << 1 << 0 << true;
-    QTest::newRow("a step over one per cent") << 3 << 1 << 20 << 1000 << 2 << 1 << false;
-    QTest::newRow("end of the last of three") << 3 << 3 << 1000 << 1000 << 100 << 100 << false;
-    QTest::newRow("half rounds to even, down") << 1 << 1 << 25 << 1000 << 2 << 2 << false;
-    QTest::newRow("half rounds to even, up") << 1 << 1 << 35 << 1000 << 4 << 4 << false;
-    QTest::newRow("no tracks to write") << 0 << 1 << 500 << 1000 << 50 << -1 << false;
-    QTest::newRow("nothing to write in the track") << 1 << 1 << 0 << 0 << -1 << -1 << false;
-}
-
-void tst_WriteDialog::trackPercentages() {
-    QFETCH(int, tracks);
-    QFETCH(int, track);
-    QFETCH(int, written);
-    QFETCH(int, toWrite);
-    QFETCH(int, trackBar);
-    QFETCH(int, totalBar);
-    QFETCH(bool, cancelOffered);
-    WriteRig rig({}, 1);
-    QVERIFY(rig.started());
-    mdiMain *f = rig.frame();
-    frmBurn *burn = rig.openDialog();
-    burn->prgTotalProgress->setValue(37);
-    burn->prgTrackProgress->setValue(37);
-    gintTracksToWrite = qint16(tracks);
-    // As the engine tells it: the frame and the dialog each hear it.
-    Q_EMIT f->Tessaly->TrackWriteStatus(track, written, toWrite);
-    // A fault of the display is passed over, never shown.
-    QVERIFY(rig.answers.errors.isEmpty());
-    QCOMPARE(burn->prgTrackProgress->value(), trackBar < 0 ? 37 : trackBar);
-    QCOMPARE(burn->prgTotalProgress->value(), totalBar < 0 ? 37 : totalBar);
-    QCOMPARE(burn->cmdCancel->isEnabled(), cancelOffered);
-    const QString number = QString::number(track).rightJustified(2, u'0');
-    QCOMPARE(f->smartStatusBar->Item("DATA")->Text(), " Writing Track #" + number + "... ");
-    QCOMPARE(burn->lblActions->text(), "Writing Track #" + number + "...");
-    // The first block of a write empties the caching bar, cached or not.
-    QCOMPARE(f->smartStatusBar->Item("CACHING")->Value(), 0);
-    QVERIFY(!f->mblnTrackWriteFirst);
-    QVERIFY(burn->aniBurn->FileName().endsWith("writecd.gif"));
-}
-
-void tst_WriteDialog::closingEmptiesThreeLabels_data() {
-    QTest::addColumn<bool>("writing");
-    QTest::newRow("at rest") << false;
-    QTest::newRow("refused during a write") << true;
-}
-
-void tst_WriteDialog::closingEmptiesThreeLabels() {
-    QFETCH(bool, writing);
-    WriteRig rig;
-    QVERIFY(rig.started());
-    for (QString *label : labelGlobals())
-        *label = "LABEL";
-    frmBurn *burn = rig.openDialog();
-    if (writing)
-        rig.frame()->EnableForm(false);
-    burn->cmdClose->click();
-    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-    QCOMPARE(frmBurn::instance() != nullptr, writing);
-    QStringList values;
-    for (const QString *label : labelGlobals())
-        values << *label;
-    QCOMPARE(values,
-             QStringList({"", "", "", "LABEL", "LABEL", "LABEL", "LABEL", "LABEL", "LABEL"}));
-    rig.frame()->EnableForm(true);
-}
-
-void tst_WriteDialog::closeWindowsWhenFinished_data() {
-    QTest::addColumn<bool>("dataWindow");
-    QTest::newRow("the frame alone") << false;
-    QTest::newRow("a data compilation open") << true;
-}
-
-void tst_WriteDialog::closeWindowsWhenFinished() {
-    QFETCH(bool, dataWindow);
-    int powerOffs = 0;
-    {
-        WriteRig rig;
-        QVERIFY(rig.started());
-        if (dataWindow) {
-            QVERIFY(FormRegistry::open("frmData", rig.frame()));
-            QVERIFY(DefaultInstance<frmData>::exists());
-        }
-        SystemCalls::setPowerOffHandler([&] {
-            ++powerOffs;
-            return true;
-        });
-        QTemporaryDir src;
-        fillImage(rig.frame()->Tessaly, src);
-        frmBurn *burn = rig.openDialog();
-        burn->optWrite->click();
+        // The dialog stays as it was: nothing started.
+        QCOMPARE(frmBurn::instance(), burn);
+        QVERIFY(burn->cmdWrite->isEnabled());
         QVERIFY(burn->chkCloseWin->isEnabled());
-        burn->chkCloseWin->setChecked(true);
+        QVERIFY(!burn->tmrBurn->isActive());
+        QVERIFY(rig.panelTexts.isEmpty());
+    }
+
+    void optionsReachTheEngine_data() {
+        // An audio write leaves the file system as it was (1).
+        addRows<Options>({
+            {"data, all off", {0, false, false, false, false, false, false, 0, 1}},
+            {"data, all on", {0, true, true, true, true, true, true, 1, 2}},
+            {"data, joliet and cache", {0, false, true, true, false, false, false, 1, 1}},
+            {"audio, cache off", {1, false, false, false, false, false, true, 1, 0}},
+            {"audio, logging asked", {1, false, false, true, false, true, true, 1, 0}},
+        });
+    }
+
+    void optionsReachTheEngine() {
+        QFETCH(Options, row);
+        const int kind = row.kind;
+        WriteRig rig({}, kind);
+        QVERIFY(rig.started());
+        CDWriterPro *cd = rig.frame()->Tessaly;
+        QTemporaryDir src;
+        if (kind == 0) {
+            fillImage(cd, src);
+        } else {
+            writeFile(src.filePath("t.wav"), cdWave(rampPcm(44100 * 4)));
+            QVERIFY(cd->AddAudioTrack(src.filePath("t.wav"), 1));
+        }
+        // What the engine held before: a field the write must not touch keeps it.
+        cd->setISOFileSystem(1);
+        cd->setVolumeIdentifier("BEFORE");
+        cd->setCloseSession(false);
+        for (int i = 0; i < labelValues.size(); ++i)
+            *labelGlobals()[i] = labelValues[i];
+        frmBurn *burn = rig.openDialog();
+        QVERIFY(burn);
+        if (burn->chkFinalizeDisc->isEnabled())
+            burn->chkFinalizeDisc->setChecked(row.finalize);
+        if (burn->chkUseJoliet->isEnabled())
+            burn->chkUseJoliet->setChecked(row.joliet);
+        burn->chkCacheImage->setChecked(row.cache);
+        if (burn->chkUseMode2XA->isEnabled())
+            burn->chkUseMode2XA->setChecked(row.mode2);
+        burn->chkLogging->setChecked(row.logging);
         QVERIFY(rig.writeAndWait(burn));
         QCOMPARE(rig.ending, QStringLiteral("WriteComplete"));
-        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-        QCOMPARE(powerOffs, 1);
-        QVERIFY(gblnCloseWindows);
-        // Leaving asks nothing, and the frame is gone with the dialog.
-        QVERIFY(rig.boxes.isEmpty());
-        QVERIFY(!DefaultInstance<mdiMain>::exists());
-        QVERIFY(!DefaultInstance<frmData>::exists());
-        QVERIFY(!frmBurn::instance());
+        QVERIFY(cd->TestWrite() && cd->CloseSession());
+        QCOMPARE(cd->FinalizeDisc(), row.expectFinalize);
+        QCOMPARE(cd->CacheImage(), row.cache);
+        QCOMPARE(cd->TrackMode(), row.expectTrackMode);
+        QCOMPARE(cd->ISOFileSystem(), row.expectFileSystem);
+        if (kind == 0) {
+            const QStringList labels{cd->VolumeIdentifier(),        cd->ApplicationIdentifier(),
+                                     cd->PublisherIdentifier(),     cd->SystemIdentifier(),
+                                     cd->VolumeSetIdentifier(),     cd->DataPreparerIdentifier(),
+                                     cd->CopyrightFileIdentifier(), cd->AbstractFileIdentifier(),
+                                     cd->BiblioFileIdentifier()};
+            QCOMPARE(labels, labelValues);
+        } else {
+            QCOMPARE(cd->VolumeIdentifier(), QStringLiteral("BEFORE"));
+        }
+        // The log is the engine's; the dialog only names it, and only for data.
+        QCOMPARE(QFile::exists(rig.appFolder() + "/Dat/Burnlog.txt"), row.logging && kind == 0);
+        QVERIFY(rig.answers.errors.isEmpty());
     }
-    // Never the real one in a test.
-    SystemCalls::setPowerOffHandler([] { return false; });
-}
+
+    void statusTextsInOrder_data() {
+        QTest::addColumn<bool>("cache");
+        QTest::addColumn<bool>("test");
+        QTest::newRow("cached test write") << true << true;
+        QTest::newRow("streamed real write") << false << false;
+    }
+
+    void statusTextsInOrder() {
+        QFETCH(bool, cache);
+        QFETCH(bool, test);
+        WriteRig rig;
+        QVERIFY(rig.started());
+        mdiMain *f = rig.frame();
+        QTemporaryDir src;
+        fillImage(f->Tessaly, src, 2 * 1024 * 1024);
+        const QString speed = f->mstrSpeed;
+        QVERIFY(!speed.isEmpty());
+        frmBurn *burn = rig.openDialog();
+        burn->chkCacheImage->setChecked(cache);
+        if (!test)
+            burn->optWrite->click();
+        QVERIFY(rig.writeAndWait(burn));
+        QCOMPARE(rig.ending, QStringLiteral("WriteComplete"));
+        QStringList panel{" Preparing to Write Disc..."};
+        QStringList actions{"Preparing to Write Disc..."};
+        if (cache) {
+            panel << " Caching Track... #";
+            actions << "Caching Track... #";
+        }
+        panel << " Creating Directories..."
+              << " Writing Block: #"
+              << " Closing Track..."
+              << " Closing Session...";
+        actions << "Writing Block: #"
+                << "Closing Track..."
+                << "Closing Session...";
+        QCOMPARE(rig.panelTexts, panel);
+        QCOMPARE(rig.actionTexts, actions);
+        QVERIFY(rig.answers.errors.isEmpty());
+        // Cancel was offered at one per cent only, never while caching.
+        QCOMPARE(rig.cancelEnabledAt, QList<int>({1}));
+        // The disc is out in both cases.
+        QVERIFY(rig.trayDiscs().isEmpty());
+        QCOMPARE(rig.ejectedDiscs().size(), 1);
+        QCOMPARE(f->smartStatusBar->Item("CACHING")->Value(), 0);
+        QVERIFY(f->SmartMenu->Enabled());
+        QVERIFY(gblnUnloadOk);
+        if (test) {
+            // The dialog stays and offers the real write, waiting for the disc.
+            QVERIFY(rig.boxes.isEmpty());
+            QCOMPARE(frmBurn::instance(), burn);
+            QVERIFY(burn->isVisible());
+            QVERIFY(burn->optWrite->isChecked());
+            QCOMPARE(burn->cmdWrite->text(), QStringLiteral("&Write"));
+            QVERIFY(!burn->cmdWrite->isEnabled());
+            QVERIFY(!burn->tmrBurn->isActive());
+            QVERIFY(!gblnIsTestWrite);
+            QCOMPARE(burn->lblActions->text(), QStringLiteral("Please insert the disc again..."));
+            f->runCommand("CLOSETRAY");
+            QTRY_VERIFY(burn->cmdWrite->isEnabled());
+            QCOMPARE(burn->lblActions->text(), QStringLiteral("Disc inserted ready to write..."));
+            // Nothing was burnt by the test.
+            QVERIFY(QFileInfo(rig.ejectedImage()).size() == 0 ||
+                    ReadBack::run("isoinfo", {"-d", "-i", rig.ejectedImage()}).isEmpty());
+        } else {
+            QVERIFY(!frmBurn::instance());
+            QCOMPARE(rig.boxes.size(), 1);
+            QCOMPARE(rig.boxes[0].prompt, "Burn process completed successfully at " + speed +
+                                              ".\r\n\r\nEjecting disc...");
+            QCOMPARE(rig.boxes[0].title, QStringLiteral("Tessaly - Information"));
+            QCOMPARE(rig.boxes[0].buttons, int(vbInformation));
+            QCOMPARE(rig.boxes[0].dataPanel, QStringLiteral(" Writing Complete!"));
+            // Ejected after the box: the disc in the ejected folder holds the image.
+            QCOMPARE(isoinfoFile(rig.ejectedImage(), "/B.BIN;1"),
+                     QString::fromLatin1(pseudoRandom(1024 * 1024, 2).toBase64()));
+        }
+    }
+
+    void driveFailureThenSecondWrite() {
+        WriteRig rig({"FailAtBlock=20", "FailDriveCode=1008", "FailSense=3/0C/09 LOSS"});
+        QVERIFY(rig.started());
+        mdiMain *f = rig.frame();
+        QTemporaryDir src;
+        fillImage(f->Tessaly, src);
+        gstrVolumeIdentifier = "FIRST";
+        gstrVolumeSetIdentifier = "KEPT";
+        frmBurn *burn = rig.openDialog();
+        burn->optWrite->click();
+        QVERIFY(rig.writeAndWait(burn));
+        QCOMPARE(rig.ending, QStringLiteral("WriteError"));
+        QCOMPARE(rig.boxes.size(), 1);
+        QCOMPARE(rig.boxes[0].prompt,
+                 QStringLiteral("Writing Error: (3)   The drive failed to write block 20\r\n"
+                                "A buffer under-run has occurred (1008).\r\n"
+                                "Error Sense Data: 3/0C/09 LOSS\r\n\r\nEjecting disc..."));
+        QCOMPARE(rig.boxes[0].title, QStringLiteral("Tessaly - Critical"));
+        QCOMPARE(rig.boxes[0].buttons, int(vbCritical));
+        QVERIFY(!frmBurn::instance());
+        QCOMPARE(f->smartStatusBar->Item("DATA")->Text(),
+                 QStringLiteral(" A write error occurred..."));
+        QVERIFY(rig.trayDiscs().isEmpty());
+        QCOMPARE(rig.ejectedDiscs().size(), 1);
+        QVERIFY(f->SmartMenu->Enabled());
+        // The image and the labels but the three of the dialog survive for a second try.
+        QCOMPARE(f->Tessaly->ISOFileCount(), 2);
+        QVERIFY(gstrVolumeIdentifier.isEmpty());
+        QCOMPARE(gstrVolumeSetIdentifier, QStringLiteral("KEPT"));
+        QVERIFY(f->mblnTrackWriteFirst);
+        // The cache of the failed write was seen, and that is remembered.
+        QVERIFY(!f->mblnCacheFirst);
+
+        QDir(QFileInfo(rig.ejectedImage()).path()).removeRecursively();
+        f->runCommand("CLOSETRAY");
+        QTRY_COMPARE(f->smartStatusBar->Item("STATUSIMG")->ImageKey(), QStringLiteral("MEDIA"));
+        gstrVolumeIdentifier = "SECOND";
+        rig.boxes.clear();
+        burn = rig.openDialog();
+        QVERIFY(burn->cmdWrite->isEnabled());
+        burn->optWrite->click();
+        QVERIFY(rig.writeAndWait(burn));
+        QCOMPARE(rig.ending, QStringLiteral("WriteComplete"));
+        QCOMPARE(rig.boxes.size(), 1);
+        QVERIFY(rig.boxes[0].prompt.startsWith("Burn process completed successfully at "));
+        const QString image = rig.ejectedImage();
+        QVERIFY(ReadBack::run("isoinfo", {"-d", "-i", image}).contains("Volume id: SECOND"));
+        QCOMPARE(isoinfoFile(image, "/DOCS/A.TXT;1"),
+                 QString::fromLatin1(pseudoRandom(200 * 1024, 1).toBase64()));
+    }
+
+    void imageBiggerThanMedium() {
+        WriteRig rig({}, 0, "CD-R 74");
+        QVERIFY(rig.started());
+        mdiMain *f = rig.frame();
+        QTemporaryDir src;
+        QFile big(src.filePath("big.bin"));
+        QVERIFY(big.open(QIODevice::WriteOnly));
+        QVERIFY(big.resize(qint64(700) * 1024 * 1024)); // sparse: refused before it is read
+        big.close();
+        f->Tessaly->AddISOFile("\\big.bin", big.fileName());
+        f->RecalcImageSize();
+        // The warning is given, and it does not stand in the way of the write.
+        QCOMPARE(rig.boxes.size(), 1);
+        QCOMPARE(rig.boxes[0].title, QStringLiteral("Tessaly - Warning"));
+        frmBurn *burn = rig.openDialog();
+        burn->optWrite->click();
+        QVERIFY(rig.writeAndWait(burn));
+        QCOMPARE(rig.ending, QStringLiteral("WriteError"));
+        QCOMPARE(rig.boxes.size(), 2);
+        QVERIFY(rig.boxes[1].prompt.startsWith("Writing Error: (3)   "));
+        QVERIFY(rig.boxes[1].prompt.contains("\r\n" + GetDriveErrorMessage(1021) +
+                                             "\r\nError Sense Data: "));
+        QVERIFY(!frmBurn::instance());
+        QCOMPARE(rig.ejectedDiscs().size(), 1);
+    }
+
+    void trackPercentages_data() {
+        addRows<Percent>({
+            {"half of the second of three", {3, 2, 500, 1000, 50, 50, false}},
+            {"one per cent of the first", {3, 1, 10, 1000, 1, 0, true}},
+            {"a step over one per cent", {3, 1, 20, 1000, 2, 1, false}},
+            {"end of the last of three", {3, 3, 1000, 1000, 100, 100, false}},
+            {"half rounds to even, down", {1, 1, 25, 1000, 2, 2, false}},
+            {"half rounds to even, up", {1, 1, 35, 1000, 4, 4, false}},
+            {"no tracks to write", {0, 1, 500, 1000, 50, -1, false}},
+            {"nothing to write in the track", {1, 1, 0, 0, -1, -1, false}},
+        });
+    }
+
+    void trackPercentages() {
+        QFETCH(Percent, row);
+        WriteRig rig({}, 1);
+        QVERIFY(rig.started());
+        mdiMain *f = rig.frame();
+        frmBurn *burn = rig.openDialog();
+        burn->prgTotalProgress->setValue(37);
+        burn->prgTrackProgress->setValue(37);
+        gintTracksToWrite = qint16(row.tracks);
+        // As the engine tells it: the frame and the dialog each hear it.
+        Q_EMIT f->Tessaly->TrackWriteStatus(row.track, row.written, row.toWrite);
+        // A fault of the display is passed over, never shown.
+        QVERIFY(rig.answers.errors.isEmpty());
+        QCOMPARE(burn->prgTrackProgress->value(), row.trackBar < 0 ? 37 : row.trackBar);
+        QCOMPARE(burn->prgTotalProgress->value(), row.totalBar < 0 ? 37 : row.totalBar);
+        QCOMPARE(burn->cmdCancel->isEnabled(), row.cancelOffered);
+        const QString number = QString::number(row.track).rightJustified(2, u'0');
+        QCOMPARE(f->smartStatusBar->Item("DATA")->Text(), " Writing Track #" + number + "... ");
+        QCOMPARE(burn->lblActions->text(), "Writing Track #" + number + "...");
+        // The first block of a write empties the caching bar, cached or not.
+        QCOMPARE(f->smartStatusBar->Item("CACHING")->Value(), 0);
+        QVERIFY(!f->mblnTrackWriteFirst);
+        QVERIFY(burn->aniBurn->FileName().endsWith("writecd.gif"));
+    }
+
+    void closingEmptiesThreeLabels_data() {
+        QTest::addColumn<bool>("writing");
+        QTest::newRow("at rest") << false;
+        QTest::newRow("refused during a write") << true;
+    }
+
+    void closingEmptiesThreeLabels() {
+        QFETCH(bool, writing);
+        WriteRig rig;
+        QVERIFY(rig.started());
+        for (QString *label : labelGlobals())
+            *label = "LABEL";
+        frmBurn *burn = rig.openDialog();
+        if (writing)
+            rig.frame()->EnableForm(false);
+        burn->cmdClose->click();
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        QCOMPARE(frmBurn::instance() != nullptr, writing);
+        QStringList values;
+        for (const QString *label : labelGlobals())
+            values << *label;
+        QCOMPARE(values,
+                 QStringList({"", "", "", "LABEL", "LABEL", "LABEL", "LABEL", "LABEL", "LABEL"}));
+        rig.frame()->EnableForm(true);
+    }
+};
 
 QTEST_MAIN(tst_WriteDialog)
 #include "tst_writedialog.moc"

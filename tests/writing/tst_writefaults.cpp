@@ -8,6 +8,7 @@
 #include "app/FormRegistry.h"
 #include "app/mdiMain.h"
 #include "app/modDeclarations.h"
+#include "app/modGlobals.h"
 #include "compilation/frmData.h"
 #include "engine/system/SystemCalls.h"
 #include "engine/writer/CDWriterPro.h"
@@ -19,6 +20,7 @@
 #include "writing/frmBurn.h"
 
 #include <QCheckBox>
+#include <QComboBox>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
@@ -51,177 +53,188 @@ QString volumeId(const QString &image) {
 class tst_WriteFaults : public QObject {
     Q_OBJECT
 private slots:
-    void realWriteAfterTestCarriesTheShownLabel_data();
-    void realWriteAfterTestCarriesTheShownLabel();
-    void everyEndLeavesTheWindowsAtRest_data();
-    void everyEndLeavesTheWindowsAtRest();
-    void closeWindowsWhenFinished_data();
-    void closeWindowsWhenFinished();
-    void openLastSessionIsTold();
-};
-
-void tst_WriteFaults::realWriteAfterTestCarriesTheShownLabel_data() {
-    QTest::addColumn<bool>("fromDialog");
-    QTest::newRow("disc put back from the dialog") << true;
-    QTest::newRow("dialog closed, tray closed from the frame") << false;
-}
-
-void tst_WriteFaults::realWriteAfterTestCarriesTheShownLabel() {
-    QFETCH(bool, fromDialog);
-    WriteRig rig;
-    QVERIFY(rig.started());
-    mdiMain *f = rig.frame();
-    QTemporaryDir src;
-    QVERIFY(openCompilation(rig, src));
-    const QString shown = f->txtVolIdentifier->text();
-    QVERIFY(!shown.isEmpty());
-    frmBurn *burn = rig.openDialog();
-    QVERIFY(rig.writeAndWait(burn));
-    // The disc is out and the dialog says how to get it back in.
-    QCOMPARE(burn->lblActions->text(), QStringLiteral("Please insert the disc again..."));
-    QVERIFY(burn->cmdCloseTray->isEnabled());
-    QVERIFY(!burn->cmdWrite->isEnabled());
-    if (fromDialog) {
-        burn->cmdCloseTray->click();
-    } else {
-        burn->cmdClose->click();
-        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-        f->runCommand("CLOSETRAY");
-        burn = rig.openDialog();
-        burn->optWrite->click();
+    void realWriteAfterTestCarriesTheShownLabel_data() {
+        QTest::addColumn<bool>("fromDialog");
+        QTest::newRow("disc put back from the dialog") << true;
+        QTest::newRow("dialog closed, tray closed from the frame") << false;
     }
-    // The same disc went back, not a new blank.
-    QCOMPARE(rig.boxes.size(), 1);
-    QVERIFY(rig.boxes[0].prompt.startsWith("Put the disc ejected last"));
-    QCOMPARE(rig.trayDiscs().size(), 1);
-    QVERIFY(rig.ejectedDiscs().isEmpty());
-    // The disc's arrival reaches the dialog as a queued media event.
-    QTRY_VERIFY(burn->cmdWrite->isEnabled());
-    QVERIFY(burn->optWrite->isChecked());
-    QVERIFY(rig.writeAndWait(burn));
-    QCOMPARE(rig.ending, QStringLiteral("WriteComplete"));
-    QCOMPARE(f->txtVolIdentifier->text(), shown);
-    QCOMPARE(volumeId(rig.ejectedImage()), shown);
-}
 
-void tst_WriteFaults::everyEndLeavesTheWindowsAtRest_data() {
-    QTest::addColumn<QStringList>("settings");
-    QTest::addColumn<bool>("cancel");
-    QTest::addColumn<QString>("ending");
-    QTest::addColumn<bool>("saysEjecting");
-    QTest::newRow("cancelled") << QStringList{} << true << "WriteCancelled" << false;
-    QTest::newRow("drive failure")
-        << QStringList{"FailAtBlock=20"} << false << "WriteError" << true;
-    QTest::newRow("disc pulled out")
-        << QStringList{"RemoveMediumAtBlock=20"} << false << "WriteError" << false;
-}
-
-void tst_WriteFaults::everyEndLeavesTheWindowsAtRest() {
-    QFETCH(QStringList, settings);
-    QFETCH(bool, cancel);
-    QFETCH(QString, ending);
-    QFETCH(bool, saysEjecting);
-    // At a drive's pace, so that the cancel finds the write under way.
-    WriteRig rig(settings << "EmulateSpeed=1");
-    QVERIFY(rig.started());
-    mdiMain *f = rig.frame();
-    QTemporaryDir src;
-    QVERIFY(openCompilation(rig, src));
-    Fixtures::writeFile(src.filePath("big.bin"), Fixtures::pseudoRandom(3 << 20, 2));
-    f->Tessaly->AddISOFile("\\big.bin", src.filePath("big.bin"));
-    f->Tessaly->SetWriteSpeed(4 * 176);
-    rig.boxes.clear();
-    frmBurn *burn = rig.openDialog();
-    burn->optWrite->click();
-    burn->chkCacheImage->setChecked(false);
-    rig.cancelWhenOffered = cancel;
-    // What the windows show while the ending's box is up.
-    QStringList atBox;
-    MessageBoxService::setAnswerer([&](const MessageBoxService::Request &r) {
-        frmBurn *open = frmBurn::instance();
-        atBox << r.prompt << f->smartStatusBar->Item("FILES")->Text()
-              << QString::number(open && open->tmrBurn->isActive())
-              << QString::number(open && open->cmdCancel->isEnabled());
-        return MessageBoxService::defaultButton(r.buttons);
-    });
-    QVERIFY(rig.writeAndWait(burn));
-    QCOMPARE(rig.ending, ending);
-    QCOMPARE(atBox.size(), 4);
-    QCOMPARE(atBox[0].contains("Ejecting disc..."), saysEjecting);
-    QCOMPARE(atBox.mid(1), (QStringList{" Files: 2", "0", "0"}));
-    QVERIFY(!frmBurn::instance());
-    QCOMPARE(f->smartStatusBar->Item("CACHING")->Value(), 0);
-    QVERIFY(f->SmartMenu->Enabled());
-    QVERIFY(DefaultInstance<frmData>::peek()->lvwImageFiles->isEnabled());
-}
-
-void tst_WriteFaults::closeWindowsWhenFinished_data() {
-    QTest::addColumn<bool>("powerOff");
-    QTest::newRow("the computer goes off") << true;
-    QTest::newRow("the power-off is refused") << false;
-}
-
-void tst_WriteFaults::closeWindowsWhenFinished() {
-    QFETCH(bool, powerOff);
-    int asked = 0;
-    {
+    void realWriteAfterTestCarriesTheShownLabel() {
+        QFETCH(bool, fromDialog);
         WriteRig rig;
         QVERIFY(rig.started());
-        SystemCalls::setPowerOffHandler([&] {
-            ++asked;
-            return powerOff;
+        mdiMain *f = rig.frame();
+        QTemporaryDir src;
+        QVERIFY(openCompilation(rig, src));
+        const QString shown = f->txtVolIdentifier->text();
+        QVERIFY(!shown.isEmpty());
+        frmBurn *burn = rig.openDialog();
+        QVERIFY(rig.writeAndWait(burn));
+        // The disc is out and the dialog says how to get it back in.
+        QCOMPARE(burn->lblActions->text(), QStringLiteral("Please insert the disc again..."));
+        QVERIFY(burn->cmdCloseTray->isEnabled());
+        QVERIFY(!burn->cmdWrite->isEnabled());
+        if (fromDialog) {
+            burn->cmdCloseTray->click();
+        } else {
+            burn->cmdClose->click();
+            QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+            f->runCommand("CLOSETRAY");
+            burn = rig.openDialog();
+            burn->optWrite->click();
+        }
+        // The same disc went back, not a new blank.
+        QCOMPARE(rig.boxes.size(), 1);
+        QVERIFY(rig.boxes[0].prompt.startsWith("Put the disc ejected last"));
+        QCOMPARE(rig.trayDiscs().size(), 1);
+        QVERIFY(rig.ejectedDiscs().isEmpty());
+        // The disc's arrival reaches the dialog as a queued media event.
+        QTRY_VERIFY(burn->cmdWrite->isEnabled());
+        QVERIFY(burn->optWrite->isChecked());
+        QVERIFY(rig.writeAndWait(burn));
+        QCOMPARE(rig.ending, QStringLiteral("WriteComplete"));
+        QCOMPARE(f->txtVolIdentifier->text(), shown);
+        QCOMPARE(volumeId(rig.ejectedImage()), shown);
+    }
+
+    void everyEndLeavesTheWindowsAtRest_data() {
+        QTest::addColumn<QStringList>("settings");
+        QTest::addColumn<bool>("cancel");
+        QTest::addColumn<QString>("ending");
+        QTest::addColumn<bool>("saysEjecting");
+        QTest::newRow("cancelled") << QStringList{} << true << "WriteCancelled" << false;
+        QTest::newRow("drive failure")
+            << QStringList{"FailAtBlock=20"} << false << "WriteError" << true;
+        QTest::newRow("disc pulled out")
+            << QStringList{"RemoveMediumAtBlock=20"} << false << "WriteError" << false;
+    }
+
+    void everyEndLeavesTheWindowsAtRest() {
+        QFETCH(QStringList, settings);
+        QFETCH(bool, cancel);
+        QFETCH(QString, ending);
+        QFETCH(bool, saysEjecting);
+        // At a drive's pace, so that the cancel finds the write under way.
+        WriteRig rig(settings << "EmulateSpeed=1");
+        QVERIFY(rig.started());
+        mdiMain *f = rig.frame();
+        QTemporaryDir src;
+        QVERIFY(openCompilation(rig, src));
+        Fixtures::writeFile(src.filePath("big.bin"), Fixtures::pseudoRandom(3 << 20, 2));
+        f->Tessaly->AddISOFile("\\big.bin", src.filePath("big.bin"));
+        f->Tessaly->SetWriteSpeed(4 * 176);
+        const qint32 blocks = f->Tessaly->ISOImageBlocks();
+        rig.boxes.clear();
+        frmBurn *burn = rig.openDialog();
+        burn->optWrite->click();
+        burn->chkCacheImage->setChecked(false);
+        rig.cancelWhenOffered = cancel;
+        // What the windows show while the ending's box is up.
+        QStringList atBox;
+        MessageBoxService::setAnswerer([&](const MessageBoxService::Request &r) {
+            frmBurn *open = frmBurn::instance();
+            atBox << r.prompt << f->smartStatusBar->Item("FILES")->Text()
+                  << f->smartStatusBar->Item("DATA")->Text()
+                  << QString::number(open && open->tmrBurn->isActive())
+                  << QString::number(open && open->cmdCancel->isEnabled());
+            return MessageBoxService::defaultButton(r.buttons);
         });
+        QVERIFY(rig.writeAndWait(burn));
+        QCOMPARE(rig.ending, ending);
+        QCOMPARE(atBox.size(), 5);
+        QCOMPARE(atBox[0].contains("Ejecting disc..."), saysEjecting);
+        QCOMPARE(atBox[1], QStringLiteral(" Files: 2"));
+        QCOMPARE(atBox.mid(3), (QStringList{"0", "0"}));
+        QVERIFY(!frmBurn::instance());
+        QCOMPARE(f->smartStatusBar->Item("CACHING")->Value(), 0);
+        QVERIFY(f->SmartMenu->Enabled() && f->cboDevices->isEnabled() && gblnUnloadOk);
+        QVERIFY(DefaultInstance<frmData>::peek()->lvwImageFiles->isEnabled());
+        // The image survives every ending for a second try.
+        QCOMPARE(f->Tessaly->ISOFileCount(), 2);
+        QCOMPARE(f->Tessaly->ISOImageBlocks(), blocks);
+        if (cancel) {
+            // Offered at one per cent; the disc stays in, ready for the next try.
+            QCOMPARE(atBox[0], QStringLiteral("Writing Cancelled!"));
+            QCOMPARE(atBox[2], QStringLiteral(" Writing Cancelled......"));
+            QCOMPARE(rig.cancelEnabledAt.value(0), 1);
+            QVERIFY(rig.panelTexts.contains(" Aborting Write...Please Wait!"));
+            QCOMPARE(rig.trayDiscs().size(), 1);
+            QVERIFY(rig.ejectedDiscs().isEmpty());
+            QCOMPARE(f->smartStatusBar->Item("STATUSIMG")->ImageKey(), QStringLiteral("MEDIA"));
+            QVERIFY(f->mblnCacheFirst && f->mblnTrackWriteFirst);
+        }
+    }
+
+    void closeWindowsWhenFinished_data() {
+        QTest::addColumn<bool>("powerOff");
+        QTest::newRow("the computer goes off") << true;
+        QTest::newRow("the power-off is refused") << false;
+    }
+
+    void closeWindowsWhenFinished() {
+        QFETCH(bool, powerOff);
+        int asked = 0;
+        {
+            WriteRig rig;
+            QVERIFY(rig.started());
+            SystemCalls::setPowerOffHandler([&] {
+                ++asked;
+                return powerOff;
+            });
+            QTemporaryDir src;
+            QVERIFY(openCompilation(rig, src));
+            frmBurn *burn = rig.openDialog();
+            burn->optWrite->click();
+            burn->chkCloseWin->setChecked(true);
+            QVERIFY(rig.writeAndWait(burn));
+            QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+            QCOMPARE(asked, 1);
+            QVERIFY(!frmBurn::instance());
+            QCOMPARE(DefaultInstance<mdiMain>::exists(), !powerOff);
+            QCOMPARE(DefaultInstance<frmData>::exists(), !powerOff);
+            // Leaving asks nothing.
+            QCOMPARE(rig.boxes.isEmpty(), powerOff);
+            if (!powerOff) {
+                // Told, and still usable: the menus work and the compilation can be closed.
+                QCOMPARE(rig.boxes.size(), 1);
+                QVERIFY(rig.boxes[0].prompt.contains("could not be switched off"));
+                QVERIFY(rig.frame()->SmartMenu->Enabled());
+                QVERIFY(!gblnCloseWindows);
+                DefaultInstance<frmData>::unload();
+                QVERIFY(!DefaultInstance<frmData>::exists());
+            }
+        }
+        SystemCalls::setPowerOffHandler([] { return false; });
+    }
+
+    void openLastSessionIsTold() {
+        WriteRig rig({"FailAtBlock=20"});
+        QVERIFY(rig.started());
+        mdiMain *f = rig.frame();
         QTemporaryDir src;
         QVERIFY(openCompilation(rig, src));
         frmBurn *burn = rig.openDialog();
         burn->optWrite->click();
-        burn->chkCloseWin->setChecked(true);
         QVERIFY(rig.writeAndWait(burn));
-        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-        QCOMPARE(asked, 1);
-        QVERIFY(!frmBurn::instance());
-        QCOMPARE(DefaultInstance<mdiMain>::exists(), !powerOff);
-        QCOMPARE(DefaultInstance<frmData>::exists(), !powerOff);
-        if (!powerOff) {
-            // Told, and still usable: the menus work and the compilation can be closed.
-            QCOMPARE(rig.boxes.size(), 1);
-            QVERIFY(rig.boxes[0].prompt.contains("could not be switched off"));
-            QVERIFY(rig.frame()->SmartMenu->Enabled());
-            QVERIFY(!gblnCloseWindows);
-            DefaultInstance<frmData>::unload();
-            QVERIFY(!DefaultInstance<frmData>::exists());
-        }
+        QCOMPARE(rig.ending, QStringLiteral("WriteError"));
+        rig.boxes.clear();
+        // The failed disc put back: its last session is open.
+        f->runCommand("CLOSETRAY");
+        QCOMPARE(f->Tessaly->LastSessionStatus(), int(CDWriterPro::SessionIncomplete));
+        QTRY_COMPARE(rig.boxes.size(), 2); // the arrival is told by a queued media event
+        QStringList prompts;
+        for (const WriteRig::Box &box : rig.boxes)
+            prompts << box.prompt;
+        QVERIFY(prompts[1].startsWith("The last session of this disc is open"));
+        QVERIFY(f->SmartMenu->Item("SESSION")->Enabled());
+        // A write is refused with the same words, before anything goes to the drive.
+        burn = rig.openDialog();
+        burn->optWrite->click();
+        burn->cmdWrite->click();
+        QCOMPARE(rig.boxes.last().prompt, prompts[1]);
+        QVERIFY(!burn->tmrBurn->isActive());
     }
-    SystemCalls::setPowerOffHandler([] { return false; });
-}
-
-void tst_WriteFaults::openLastSessionIsTold() {
-    WriteRig rig({"FailAtBlock=20"});
-    QVERIFY(rig.started());
-    mdiMain *f = rig.frame();
-    QTemporaryDir src;
-    QVERIFY(openCompilation(rig, src));
-    frmBurn *burn = rig.openDialog();
-    burn->optWrite->click();
-    QVERIFY(rig.writeAndWait(burn));
-    QCOMPARE(rig.ending, QStringLiteral("WriteError"));
-    rig.boxes.clear();
-    // The failed disc put back: its last session is open.
-    f->runCommand("CLOSETRAY");
-    QCOMPARE(f->Tessaly->LastSessionStatus(), int(CDWriterPro::SessionIncomplete));
-    QTRY_COMPARE(rig.boxes.size(), 2); // the arrival is told by a queued media event
-    QStringList prompts;
-    for (const WriteRig::Box &box : rig.boxes)
-        prompts << box.prompt;
-    QVERIFY(prompts[1].startsWith("The last session of this disc is open"));
-    QVERIFY(f->SmartMenu->Item("SESSION")->Enabled());
-    // A write is refused with the same words, before anything goes to the drive.
-    burn = rig.openDialog();
-    burn->optWrite->click();
-    burn->cmdWrite->click();
-    QCOMPARE(rig.boxes.last().prompt, prompts[1]);
-    QVERIFY(!burn->tmrBurn->isActive());
-}
+};
 
 QTEST_MAIN(tst_WriteFaults)
 #include "tst_writefaults.moc"
