@@ -268,12 +268,11 @@ private:
     bool m_hasRecorders = true;
     QHash<QString, std::function<void()>> m_commands;
     // What an error report dumps of the frame; last, so that it goes first.
-    vbwModuleDump m_fieldDump{QStringLiteral("mdiMain"), [this] {
-                                  vbwReportVariable(QStringLiteral("NumberForms"), NumberForms);
-                                  vbwReportVariable(QStringLiteral("mstrSpeed"), mstrSpeed);
-                                  vbwReportVariable(QStringLiteral("mblnTrackWriteFirst"),
-                                                    mblnTrackWriteFirst);
-                                  vbwReportVariable(QStringLiteral("mblnCacheFirst"),
-                                                    mblnCacheFirst);
-                              }};
+    vbwModuleDump m_fieldDump{
+        QStringLiteral("mdiMain"), [this] {
+            vbwReportVariable(QStringLiteral("NumberForms"), NumberForms);
+            vbwReportVariable(QStringLiteral("mstrSpeed"), mstrSpeed);
+            vbwReportVariable(QStringLiteral("mblnTrackWriteFirst"), mblnTrackWriteFirst);
+            vbwReportVariable(QStringLiteral("mblnCacheFirst"), mblnCacheFirst);
+        }};
 };

@@ -1,7 +1,7 @@
 #include "ErrorTrap.h"
 #include "base/App.h"
-#include "base/RuntimeError.h"
 #include "base/FaultSignals.h"
+#include "base/RuntimeError.h"
 #include "vbwDump.h"
 #include "vbwErrHandler.h"
 #include "vbwExceptions.h"
@@ -29,14 +29,14 @@ int runOnce(const QString &proc, const QString &mod, const std::function<void()>
         return vbwHandleError(e.number(), e.description(), 0, proc, mod, App::ProductName());
     } catch (const std::bad_alloc &) {
         return vbwHandleError(RuntimeError::OutOfMemory,
-                              RuntimeError::standardDescription(RuntimeError::OutOfMemory), 0,
-                              proc, mod, App::ProductName());
+                              RuntimeError::standardDescription(RuntimeError::OutOfMemory), 0, proc,
+                              mod, App::ProductName());
     } catch (const std::exception &e) {
         return vbwHandleError(RuntimeError::SystemException, QString::fromLocal8Bit(e.what()), 0,
                               proc, mod, App::ProductName());
     } catch (...) {
-        return vbwHandleError(RuntimeError::SystemException, QStringLiteral("Unknown Exception"),
-                              0, proc, mod, App::ProductName());
+        return vbwHandleError(RuntimeError::SystemException, QStringLiteral("Unknown Exception"), 0,
+                              proc, mod, App::ProductName());
     }
 }
 
@@ -68,7 +68,8 @@ void trapped(const char *procedure, const char *module, const std::function<void
     const QString proc = QString::fromLatin1(procedure);
     const QString mod = QString::fromLatin1(module);
     // Tracing off costs this one test of a flag.
-    const int depth = traced && vbwTraceProcOn ? vbwTraceIn(mod + u'.' + proc, QStringLiteral("()")) : -1;
+    const int depth =
+        traced && vbwTraceProcOn ? vbwTraceIn(mod + u'.' + proc, QStringLiteral("()")) : -1;
     FaultSignals::Landing landing;
     for (;;) {
         int code = vbwIgnore;
@@ -77,8 +78,8 @@ void trapped(const char *procedure, const char *module, const std::function<void
             landing.reenter();
             if (depth >= 0)
                 vbwTraceTruncate(depth);
-            code = vbwHandleError(RuntimeError::SystemException, vbwExceptionText(landing.code),
-                                  0, proc, mod, App::ProductName());
+            code = vbwHandleError(RuntimeError::SystemException, vbwExceptionText(landing.code), 0,
+                                  proc, mod, App::ProductName());
         } else {
             code = runOnce(proc, mod, body);
             if (code == 0)

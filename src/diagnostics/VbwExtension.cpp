@@ -83,11 +83,11 @@ QString VbwExtension::SystemReport() {
     const QStringList mem = fileText(QStringLiteral("/proc/meminfo")).split(u'\n');
     text += QStringLiteral("\n[memory]\n") + mem.mid(0, 3).join(u'\n') + u'\n';
     text += QStringLiteral("\n[drives]\n");
-    const QStringList drives = QDir(QStringLiteral("/dev"))
-                                   .entryList({QStringLiteral("sr*")}, QDir::System, QDir::Name);
-    text += drives.isEmpty() ? QStringLiteral("no optical drive device\n")
-                             : QStringLiteral("/dev/") + drives.join(QStringLiteral(" /dev/")) +
-                                   u'\n';
+    const QStringList drives =
+        QDir(QStringLiteral("/dev")).entryList({QStringLiteral("sr*")}, QDir::System, QDir::Name);
+    text += drives.isEmpty()
+                ? QStringLiteral("no optical drive device\n")
+                : QStringLiteral("/dev/") + drives.join(QStringLiteral(" /dev/")) + u'\n';
     if (QFile::exists(QStringLiteral("/proc/sys/dev/cdrom/info")))
         text += fileText(QStringLiteral("/proc/sys/dev/cdrom/info"));
     return text;

@@ -41,8 +41,8 @@ void entries(const QString &name, const vbwBounds &bounds, const QString &typeNa
         for (int i : index)
             at << QString::number(i);
         vbwReportToFile(tabs(depth) + globalPrefix + name + u'(' + at.join(u',') +
-                        QStringLiteral(") = ") + valueAt(index) + QStringLiteral(" (") +
-                        typeName + u')');
+                        QStringLiteral(") = ") + valueAt(index) + QStringLiteral(" (") + typeName +
+                        u')');
         return;
     }
     for (int i = bounds.dims[dim].first; i <= bounds.dims[dim].second; ++i) {
@@ -134,8 +134,7 @@ QString vbwArrayHead(const QString &name, const vbwBounds &bounds, const QString
         return name + QStringLiteral(" (Undimensioned Array)");
     if (bounds.dims.size() > 4)
         return name + QStringLiteral("() not processed: %1 dimensions").arg(bounds.dims.size());
-    return QStringLiteral("Array ") + name + boundsText(bounds) + QStringLiteral(" As ") +
-           typeName;
+    return QStringLiteral("Array ") + name + boundsText(bounds) + QStringLiteral(" As ") + typeName;
 }
 
 void vbwSetDumpFile(const QString &path) {

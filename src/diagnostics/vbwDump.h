@@ -44,8 +44,7 @@ void vbwReportVariable(const QString &name, Long value, int depth = 0);
 void vbwReportVariable(const QString &name, int value, int depth = 0);
 // An array: the head, then an entry a line with its indices, by recursion over the dimensions.
 void vbwReportArray(const QString &name, const vbwBounds &bounds, const QString &typeName,
-                    const std::function<QString(const QList<int> &index)> &valueAt,
-                    int depth = 0);
+                    const std::function<QString(const QList<int> &index)> &valueAt, int depth = 0);
 template<qsizetype N>
 void vbwReportVariable(const QString &name, const CheckedArray<bool, N> &array, int depth = 0) {
     vbwReportArray(

@@ -1,8 +1,8 @@
 #include "vbwErrHandler.h"
 #include "base/App.h"
 #include "vbwDump.h"
-#include "vbwFrmErrHandler.h"
 #include "vbwErrorReport.h"
+#include "vbwFrmErrHandler.h"
 
 #include <QApplication>
 #include <QList>

@@ -78,8 +78,8 @@ void vbwErrorReport::mail(const QString &zipPath) {
                          s.vbwCircumstancesString + crlf + crlf +
                          QStringLiteral("(Note to sender: the attached file is ") + name +
                          QStringLiteral(".zip - Size: ") + size + QStringLiteral(" Kb)");
-    if (VbwExtension::SendReportMail(o.vbwEmailRecipientName, o.vbwEmailRecipientAdress, name,
-                                     body, zipPath) == 0)
+    if (VbwExtension::SendReportMail(o.vbwEmailRecipientName, o.vbwEmailRecipientAdress, name, body,
+                                     zipPath) == 0)
         return;
 
     QUrl link(QStringLiteral("mailto:") + o.vbwEmailRecipientAdress);

@@ -46,9 +46,8 @@ namespace {
 void onFatalFault(std::uint32_t code) {
     // The program is lost: write what can be written, say where, and let it end.
     const QString text = vbwExceptionText(code);
-    vbwState().vbwMessageString =
-        vbwBuildMessage(65535, text, 0, QStringLiteral("(a worker thread)"), QString(),
-                        App::ProductName());
+    vbwState().vbwMessageString = vbwBuildMessage(
+        65535, text, 0, QStringLiteral("(a worker thread)"), QString(), App::ProductName());
     vbwState().vbwCircumstancesString = QStringLiteral("The program ended on this error.");
     const QString zip = vbwErrorReport::writeUnattended();
     std::fprintf(stderr,
