@@ -61,6 +61,10 @@ vbwFrmErrHandler::vbwFrmErrHandler(const QString &message, QWidget *parent)
                 [this, index = a.index] { cmdAction_Click(index); });
         buttons->addWidget(cmdAction[a.index]);
     }
+    // Enter goes on with the program rather than ending it.
+    cmdAction[5]->setDefault(true);
+    if (reported)
+        cmdAction[5]->setFocus();
     cmdSendMail = new QPushButton(QStringLiteral("Report &Error"), this);
     cmdSendMail->setVisible(!reported);
     connect(cmdSendMail, &QPushButton::clicked, this, &vbwFrmErrHandler::cmdSendMail_Click);
@@ -76,6 +80,7 @@ bool vbwFrmErrHandler::eventFilter(QObject *watched, QEvent *event) {
         cmdSendMail->setDefault(true);
     } else if (watched == txtDescribe && event->type() == QEvent::FocusOut) {
         cmdSendMail->setDefault(false);
+        cmdAction[5]->setDefault(true);
     }
     return QDialog::eventFilter(watched, event);
 }
