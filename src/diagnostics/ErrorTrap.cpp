@@ -5,6 +5,7 @@
 #include "vbwDump.h"
 #include "vbwErrHandler.h"
 #include "vbwExceptions.h"
+#include "vbwParameter.h"
 #include "vbwTrace.h"
 
 #include <QString>
@@ -18,7 +19,13 @@ std::function<void()> &abortSlot() {
 }
 
 void trapped(const char *procedure, const char *module, const std::function<void()> &body,
-             bool traced);
+             bool traced, const ErrorTrap::Parameters &parameters);
+
+QString traceText(const ErrorTrap::Parameters &parameters) {
+    if (!vbwCurrentOptions().vbwTraceParameters)
+        return QString();
+    return vbwTraceParameters(parameters ? parameters() : QList<vbwParameter>());
+}
 
 // One run of the body; 0 when it ended normally, else the user's choice for its error.
 int runOnce(const QString &proc, const QString &mod, const std::function<void()> &body) {
@@ -42,11 +49,13 @@ int runOnce(const QString &proc, const QString &mod, const std::function<void()>
 
 // The report between the handler's two calls: the dump of what is in reach, then the files,
 // the zip and the mail; returns the choice made in the dialog that comes back.
-int vbwReportError(const QString &proc, const QString &mod) {
+int vbwReportError(const QString &proc, const QString &mod,
+                   const ErrorTrap::Parameters &parameters) {
     vbwOpenDumpFile();
     vbwReportToFile(QStringLiteral("\r\n**************************\r\n* LOCAL LEVEL VARIABLES  "
                                    "*\r\n**************************\r\n"));
-    vbwReportVariable(QStringLiteral("Procedure"), mod + u'.' + proc);
+    if (parameters)
+        vbwReportLocals(parameters());
     vbwDumpModule(mod);
     vbwDumpGlobals();
     vbwCloseDumpFile();
@@ -59,17 +68,22 @@ void ErrorTrap::setAbortAction(std::function<void()> action) {
 }
 
 void ErrorTrap::run(const char *procedure, const char *module, const std::function<void()> &body) {
-    trapped(procedure, module, body, true);
+    trapped(procedure, module, body, true, {});
+}
+
+void ErrorTrap::run(const char *procedure, const char *module, const std::function<void()> &body,
+                    const Parameters &parameters) {
+    trapped(procedure, module, body, true, parameters);
 }
 
 namespace {
 void trapped(const char *procedure, const char *module, const std::function<void()> &body,
-             bool traced) {
+             bool traced, const ErrorTrap::Parameters &parameters) {
     const QString proc = QString::fromLatin1(procedure);
     const QString mod = QString::fromLatin1(module);
     // Tracing off costs this one test of a flag.
     const int depth =
-        traced && vbwTraceProcOn ? vbwTraceIn(mod + u'.' + proc, QStringLiteral("()")) : -1;
+        traced && vbwTraceProcOn ? vbwTraceIn(mod + u'.' + proc, traceText(parameters)) : -1;
     FaultSignals::Landing landing;
     for (;;) {
         int code = vbwIgnore;
@@ -86,7 +100,7 @@ void trapped(const char *procedure, const char *module, const std::function<void
                 break;
         }
         if (code == vbwReport)
-            code = vbwReportError(proc, mod);
+            code = vbwReportError(proc, mod, parameters);
         if (code == vbwRetry)
             continue;
         if (code == vbwAbort) {
@@ -107,5 +121,5 @@ void trapped(const char *procedure, const char *module, const std::function<void
 
 void ErrorTrap::runUntraced(const char *procedure, const char *module,
                             const std::function<void()> &body) {
-    trapped(procedure, module, body, false);
+    trapped(procedure, module, body, false, {});
 }

@@ -1,6 +1,7 @@
 #include "vbwDump.h"
 #include "base/App.h"
 #include "vbwErrHandler.h"
+#include "vbwParameter.h"
 #include "vbwTrace.h"
 
 #include <QFile>
@@ -135,6 +136,29 @@ QString vbwArrayHead(const QString &name, const vbwBounds &bounds, const QString
     if (bounds.dims.size() > 4)
         return name + QStringLiteral("() not processed: %1 dimensions").arg(bounds.dims.size());
     return QStringLiteral("Array ") + name + boundsText(bounds) + QStringLiteral(" As ") + typeName;
+}
+
+QString vbwTraceParameters(const QList<vbwParameter> &parameters) {
+    if (parameters.isEmpty())
+        return QStringLiteral("()");
+    QStringList parts;
+    for (const vbwParameter &p : parameters) {
+        if (p.isString)
+            parts << vbwReportParameter(p.name, p.value);
+        else if (p.isObject)
+            parts << p.name + u' ' + p.type + QStringLiteral(" = ") + p.value;
+        else
+            parts << p.name + QStringLiteral(" = ") + p.value;
+    }
+    return u'(' + parts.join(QStringLiteral(", ")) + QStringLiteral(") ");
+}
+
+void vbwReportLocals(const QList<vbwParameter> &parameters) {
+    for (const vbwParameter &p : parameters) {
+        vbwReportToFile(p.name + QStringLiteral(" = ") +
+                        (p.isString ? FormatString(p.value) : p.value) + QStringLiteral(" (") +
+                        p.type + u')');
+    }
 }
 
 void vbwSetDumpFile(const QString &path) {

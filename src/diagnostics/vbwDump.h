@@ -29,6 +29,12 @@ QString vbwReportParameter(const QString &name, qint64 value);
 // The head line of an array in a dump.
 QString vbwArrayHead(const QString &name, const vbwBounds &bounds, const QString &typeName);
 
+struct vbwParameter;
+// "()" without arguments, else "(" each argument ", " between them ") ".
+QString vbwTraceParameters(const QList<vbwParameter> &parameters);
+// The handler's arguments as the local variables of a report.
+void vbwReportLocals(const QList<vbwParameter> &parameters);
+
 void vbwSetDumpFile(const QString &path);
 QString vbwDumpFile();
 void vbwOpenDumpFile();

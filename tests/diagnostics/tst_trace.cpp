@@ -1,6 +1,7 @@
 #include "TestEnvironment.h"
 #include "diagnostics/ErrorTrap.h"
 #include "diagnostics/vbwDump.h"
+#include "diagnostics/vbwParameter.h"
 #include "diagnostics/vbwTrace.h"
 
 #include <QFile>
@@ -95,7 +96,11 @@ private slots:
         vbwSetOptions(trace ? QStringList{"tessaly", "/trace"} : QStringList{"tessaly"});
         QString inner;
         ErrorTrap::run("cmdAdd_Click", "frmData", [&] {
-            ErrorTrap::run("UpdateImage", "frmData", [&] { inner = vbwGetStack(); });
+            ErrorTrap::run(
+                "LoadFileList", "frmData", [&] { inner = vbwGetStack(); },
+                [] {
+                    return vbwParametersOf({"strPath", "lngSize"}, QString("a\r\nb"), 5);
+                });
         });
         vbwTraceOut("extra exit at depth 0");
         const QString log = vbwCloseLog();
@@ -106,13 +111,17 @@ private slots:
             QCOMPARE(inner, QStringLiteral("{Unavailable}"));
             return;
         }
-        QCOMPARE(inner, QStringLiteral("\r\nfrmData.cmdAdd_Click()\r\n frmData.UpdateImage()\r\n"));
+        QCOMPARE(inner,
+                 QStringLiteral("\r\nfrmData.cmdAdd_Click()\r\n frmData.LoadFileList(strPath = "
+                                "\"a<CrLf>b\", lngSize = 5) \r\n"));
         QFile f(log);
         QVERIFY(f.open(QIODevice::ReadOnly));
         const QList<QByteArray> lines = f.readAll().split('\n');
         QVERIFY(lines.first().startsWith("Tracing Tessaly"));
         QCOMPARE(lines.mid(3),
-                 (QList<QByteArray>{"frmData.cmdAdd_Click()", "\tfrmData.UpdateImage()", ""}));
+                 (QList<QByteArray>{"frmData.cmdAdd_Click()",
+                                    "\tfrmData.LoadFileList(strPath = \"a<CrLf>b\", lngSize = 5) ",
+                                    ""}));
         // Depth back at 0: the next entry starts at the margin again.
         QCOMPARE(vbwTraceIn("m.p", "()"), 0);
         vbwTraceOut("m.p");
