@@ -41,9 +41,8 @@ void entries(const QString &name, const vbwBounds &bounds, const QString &typeNa
         QStringList at;
         for (int i : index)
             at << QString::number(i);
-        vbwReportToFile(tabs(depth) + globalPrefix + name + u'(' + at.join(u',') +
-                        QStringLiteral(") = ") + valueAt(index) + QStringLiteral(" (") + typeName +
-                        u')');
+        vbwReportToFile(tabs(depth) + name + u'(' + at.join(u',') + QStringLiteral(") = ") +
+                        valueAt(index) + QStringLiteral(" (") + typeName + u')');
         return;
     }
     for (int i = bounds.dims[dim].first; i <= bounds.dims[dim].second; ++i) {
@@ -205,11 +204,12 @@ void vbwReportVariable(const QString &name, int value, int depth) {
 
 void vbwReportArray(const QString &name, const vbwBounds &bounds, const QString &typeName,
                     const std::function<QString(const QList<int> &index)> &valueAt, int depth) {
-    vbwReportToFile(tabs(depth) + globalPrefix + vbwArrayHead(name, bounds, typeName));
+    const QString fullName = globalPrefix + name;
+    vbwReportToFile(tabs(depth) + vbwArrayHead(fullName, bounds, typeName));
     if (!bounds.dimensioned || bounds.dims.size() > 4)
         return;
     QList<int> index;
-    entries(name, bounds, typeName, valueAt, index, depth + 1);
+    entries(fullName, bounds, typeName, valueAt, index, depth + 1);
 }
 
 void vbwDumpModule(const QString &module) {

@@ -1,11 +1,13 @@
+#include "OutsideTools.h"
+#include "ReadBack.h"
 #include "ScriptedAnswers.h"
 #include "TestEnvironment.h"
 #include "app/modDeclarations.h"
 #include "base/App.h"
-#include "base/FaultSignals.h"
 #include "base/RuntimeError.h"
 #include "diagnostics/ErrorTrap.h"
 #include "diagnostics/VbwExtension.h"
+#include "diagnostics/vbwDump.h"
 #include "diagnostics/vbwErrHandler.h"
 #include "diagnostics/vbwErrorReport.h"
 #include "diagnostics/vbwExceptions.h"
@@ -15,7 +17,6 @@
 #include <QClipboard>
 #include <QDir>
 #include <QGuiApplication>
-#include <QProcess>
 #include <QTest>
 #include <QUrl>
 #include <fcntl.h>
@@ -46,15 +47,11 @@ void fault(const QString &kind) {
 }
 
 QString fileText(const QString &path) {
-    QFile f(path);
-    return f.open(QIODevice::ReadOnly) ? QString::fromUtf8(f.readAll()) : QStringLiteral("-");
+    return QString::fromUtf8(OutsideTools::fileBytes(path));
 }
 
 QStringList unzipList(const QString &zip) {
-    QProcess unzip;
-    unzip.start(QStringLiteral("unzip"), {QStringLiteral("-Z1"), zip});
-    unzip.waitForFinished();
-    QStringList names = QString::fromUtf8(unzip.readAllStandardOutput()).split(u'\n');
+    QStringList names = QString::fromUtf8(ReadBack::run("unzip", {"-Z1", zip})).split(u'\n');
     names.removeAll(QString());
     names.sort();
     return names;
@@ -107,12 +104,6 @@ private slots:
         QVERIFY(answers.errors.first().contains("Procedure: cmdFault_Click"));
     }
 
-    void codesOfSignals() {
-        QCOMPARE(FaultSignals::codeOf(SIGFPE, FPE_FLTDIV, nullptr), 0xC000008Eu);
-        QCOMPARE(vbwExceptionText(0xC000008E), QStringLiteral("Exception: Float Divide By Zero"));
-        QCOMPARE(vbwExceptionText(0x12345678), QStringLiteral("Unknown Exception"));
-    }
-
     void workerFaultLeavesAReport() {
         TestEnvironment env;
         const QString err = env.appFolder() + "/stderr.txt";
@@ -155,6 +146,7 @@ private slots:
             mailArgs = args;
             return 0;
         });
+        vbwModuleDump dump("frmBurn", [] { vbwReportVariable("mstrName", QString("a\r\nb")); });
         ScriptedAnswers answers;
         answers.answerError(vbwReport);
         answers.answerError(vbwIgnore);
@@ -173,7 +165,12 @@ private slots:
                                 "Error 6\r\nDescription: Overflow\r\nProject: Tessaly\r\n"
                                 "Module: frmBurn\r\nProcedure: cmdWrite_Click\r\nLine: 0\r\n"
                                 "Version: 0.1.0\r\n\r\n\r\nCircumstances:\r\nI pressed Write"));
-        QVERIFY(fileText(dir + "Variables.txt").contains("modDeclarations.gstrINIFile = \""));
+        const QString dump = fileText(dir + "Variables.txt");
+        QVERIFY(dump.contains("* MODULE LEVEL VARIABLES *\r\n**************************\r\n\r\n"
+                              "mstrName = \"a<CrLf>b\" (String)\r\n"));
+        QVERIFY(dump.contains("modDeclarations.gstrINIFile = \""));
+        QVERIFY(dump.contains("Array modDeclarations.gblnFormExist(0 To 99) As Boolean\r\n"
+                              "\tmodDeclarations.gblnFormExist(0) = False (Boolean)\r\n"));
         if (trace)
             QVERIFY(fileText(dir + "Stack.txt").contains("frmBurn.cmdWrite_Click()"));
         QCOMPARE(mailArgs.value(mailArgs.indexOf("--attach") + 1), zip);

@@ -54,37 +54,6 @@ private slots:
         QCOMPARE(vbwReportParameter("a", bounds), parameter);
     }
 
-    void dumpOfAModule() {
-        TestEnvironment env;
-        const QString path = env.appFolder() + "/dump.txt";
-        vbwSetDumpFile(path);
-        CheckedArray<bool, 2> flags;
-        flags(1) = true;
-        {
-            vbwModuleDump dump("frmTest", [&] {
-                vbwReportVariable("mintCounter", Integer(7));
-                vbwReportVariable("mstrName", QString("a\r\nb"));
-                vbwReportVariable("mblnFlags", flags);
-            });
-            vbwOpenDumpFile();
-            vbwDumpModule("frmTest");
-            vbwCloseDumpFile();
-        }
-        vbwOpenDumpFile();
-        vbwDumpModule("frmTest"); // gone with its window
-        vbwCloseDumpFile();
-        QFile f(path);
-        QVERIFY(f.open(QIODevice::ReadOnly));
-        QCOMPARE(f.readAll(),
-                 QByteArray("\r\n**************************\r\n* MODULE LEVEL VARIABLES *"
-                            "\r\n**************************\r\n\r\n"
-                            "mintCounter = 7 (Integer)\r\n"
-                            "mstrName = \"a<CrLf>b\" (String)\r\n"
-                            "Array mblnFlags(0 To 1) As Boolean\r\n"
-                            "\tmblnFlags(0) = False (Boolean)\r\n"
-                            "\tmblnFlags(1) = True (Boolean)\r\n"));
-    }
-
     void traceSwitch_data() {
         QTest::addColumn<bool>("trace");
         QTest::newRow("without /trace") << false;
