@@ -146,7 +146,7 @@ private slots:
             mailArgs = args;
             return 0;
         });
-        vbwModuleDump dump("frmBurn", [] { vbwReportVariable("mstrName", QString("a\r\nb")); });
+        vbwModuleDump fields("frmBurn", [] { vbwReportVariable("mstrName", QString("a\r\nb")); });
         ScriptedAnswers answers;
         answers.answerError(vbwReport);
         answers.answerError(vbwIgnore);
