@@ -53,8 +53,8 @@ qint64 vbwErrorReport::sizeInKb(const QString &path) {
 
 QString vbwErrorReport::writeFiles() {
     const QString dir = folder();
-    if (vbwCurrentOptions().vbwTraceProc)
-        writeText(dir + QStringLiteral("Stack.txt"), vbwGetStack());
+    // Without the trace no stack is kept; the file then says so rather than being missing.
+    writeText(dir + QStringLiteral("Stack.txt"), vbwGetStack());
     const QString log = vbwCloseLog();
     if (!log.isEmpty()) {
         QFile::remove(dir + QStringLiteral("Trace.txt"));
