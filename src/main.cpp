@@ -1,5 +1,7 @@
 #include "app/TessalyApplication.h"
 #include "compilation/CompilationWindows.h"
+#include "dialogs/DialogWindows.h"
+#include "disctools/DiscToolWindows.h"
 #include "ripping/RippingWindows.h"
 #include "ripping/ToolWindows.h"
 #include "writing/WritingWindows.h"
@@ -10,5 +12,7 @@ int main(int argc, char **argv) {
     registerWritingWindows();
     registerRippingWindows();
     registerToolWindows();
+    registerDiscToolWindows();
+    registerDialogWindows();
     return app.run();
 }

@@ -189,3 +189,24 @@ QString OpenSessionMessage() {
         "It must be closed before anything more can be written to the disc.\r\n\r\n"
         "Close it with CD Recorder > Session Check..., or insert another disc.");
 }
+
+void SetVolumeIdentifiers(CDWriterPro *cdObj, const QString &volume) {
+    cdObj->setVolumeIdentifier(volume);
+    cdObj->setApplicationIdentifier(gstrVolumeApplicationIdentifier);
+    cdObj->setPublisherIdentifier(gstrVolumePublisher);
+    cdObj->setSystemIdentifier(gstrVolumeSystemIdentifier);
+    cdObj->setVolumeSetIdentifier(gstrVolumeSetIdentifier);
+    cdObj->setDataPreparerIdentifier(gstrVolumeDataPreparerIdentifier);
+    cdObj->setCopyrightFileIdentifier(gstrVolumeCopyrightFileIdentifier);
+    cdObj->setAbstractFileIdentifier(gstrVolumeAbstractFileIdentifier);
+    cdObj->setBiblioFileIdentifier(gstrVolumeBiblioFileIdentifier);
+}
+
+void ClearVolumeTexts() {
+    for (QString *text :
+         {&gstrVolumeIdentifier, &gstrVolumeApplicationIdentifier, &gstrVolumePublisher,
+          &gstrVolumeSystemIdentifier, &gstrVolumeSetIdentifier, &gstrVolumeDataPreparerIdentifier,
+          &gstrVolumeCopyrightFileIdentifier, &gstrVolumeAbstractFileIdentifier,
+          &gstrVolumeBiblioFileIdentifier})
+        text->clear();
+}

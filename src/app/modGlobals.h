@@ -38,3 +38,9 @@ double GetFreeSpace(CDWriterPro *cdObj, int sizeFormat);
 QString OpenSessionMessage();
 double GetUsedSpace(CDWriterPro *cdObj, int sizeFormat);
 double GetTotalSpace(CDWriterPro *cdObj, int sizeFormat);
+
+// The engine takes the volume's nine labels: `volume` as its name, the eight others from the
+// globals, in the order every write and save hands them over.
+void SetVolumeIdentifiers(CDWriterPro *cdObj, const QString &volume);
+// The nine label globals emptied, as a new data compilation starts with none.
+void ClearVolumeTexts();
