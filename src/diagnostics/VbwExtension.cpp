@@ -1,4 +1,5 @@
 #include "VbwExtension.h"
+#include "engine/system/EngineVersions.h"
 
 #include <QDesktopServices>
 #include <QDir>
@@ -9,18 +10,8 @@
 #include <QThread>
 #include <QUrl>
 
-#include <cdio/version.h>
-#include <lame/lame.h>
-#include <libburn/libburn.h>
-#include <libisofs/libisofs.h>
-#include <sndfile.h>
 #include <sys/utsname.h>
-#include <vorbis/codec.h>
 #include <zip.h>
-extern "C" {
-#include <libavcodec/avcodec.h>
-#include <libavutil/avutil.h>
-}
 
 #include <memory>
 
@@ -32,10 +23,6 @@ VbwExtension::ProgramRunner &runnerSlot() {
 VbwExtension::UrlOpener &openerSlot() {
     static VbwExtension::UrlOpener opener;
     return opener;
-}
-
-QString dotted(int a, int b, int c) {
-    return QStringLiteral("%1.%2.%3").arg(a).arg(b).arg(c);
 }
 
 QString fileText(const QString &path) {
@@ -51,21 +38,9 @@ struct ZipDiscard {
 } // namespace
 
 QString VbwExtension::VersionReport() {
-    int ma = 0, mi = 0, mc = 0;
-    burn::burn_version(&ma, &mi, &mc);
-    QString text = QStringLiteral("libburn %1\n").arg(dotted(ma, mi, mc));
-    iso_lib_version(&ma, &mi, &mc);
-    text += QStringLiteral("libisofs %1\n").arg(dotted(ma, mi, mc));
-    text += QStringLiteral("libcdio %1\n").arg(QString::fromLatin1(cdio_version_string));
-    text += QStringLiteral("lame %1\n").arg(QString::fromLatin1(get_lame_version()));
-    text += QStringLiteral("vorbis %1\n").arg(QString::fromLatin1(vorbis_version_string()));
-    const unsigned av = avcodec_version();
-    text += QStringLiteral("avcodec %1 (FFmpeg %2)\n")
-                .arg(dotted(AV_VERSION_MAJOR(av), AV_VERSION_MINOR(av), AV_VERSION_MICRO(av)),
-                     QString::fromLatin1(av_version_info()));
-    text += QStringLiteral("sndfile %1\n").arg(QString::fromLatin1(sf_version_string()));
-    text += QStringLiteral("libzip %1\n").arg(QString::fromLatin1(zip_libzip_version()));
-    text += QStringLiteral("Qt %1\n").arg(QString::fromLatin1(qVersion()));
+    QString text;
+    for (const EngineVersion &v : engineVersions())
+        text += v.name + u' ' + v.version + u'\n';
     return text;
 }
 

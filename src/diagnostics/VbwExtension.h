@@ -10,7 +10,7 @@ class QUrl;
 // data, the zip of the report folder and the mail. Any thread; nothing here shows a window.
 class VbwExtension {
 public:
-    // One line a library, each from the library's own version call.
+    // One line a library, each as the library reports its own version while the program runs.
     static QString VersionReport();
     // uname, the distribution's os-release, memory and the optical drives.
     static QString SystemReport();
