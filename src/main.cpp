@@ -1,5 +1,6 @@
 #include "app/TessalyApplication.h"
 #include "compilation/CompilationWindows.h"
+#include "copying/CopyingWindows.h"
 #include "dialogs/DialogWindows.h"
 #include "disctools/DiscToolWindows.h"
 #include "ripping/RippingWindows.h"
@@ -12,6 +13,7 @@ int main(int argc, char **argv) {
     registerWritingWindows();
     registerRippingWindows();
     registerToolWindows();
+    registerCopyingWindows();
     registerDiscToolWindows();
     registerDialogWindows();
     return app.run();

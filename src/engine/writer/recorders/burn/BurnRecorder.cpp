@@ -99,6 +99,7 @@ std::vector<BurnRecorder::Inquiry> BurnRecorder::scanMachine(QStringList *notes)
         q.address = QString::fromLocal8Bit(adr);
         q.vendor = trimmed(infos[i].vendor);
         q.product = trimmed(infos[i].product);
+        q.revision = trimmed(infos[i].revision);
         q.writes = infos[i].write_cdr || infos[i].write_cdrw || infos[i].write_dvdr ||
                    infos[i].write_dvdram;
         addresses << q.address;
@@ -240,6 +241,20 @@ void BurnRecorder::moveTray(bool close) {
         drive->ejectOnRelease();
     drive.reset();
     BurnLibrary::takeMessages();
+}
+
+bool BurnRecorder::lockTray(bool lock) {
+    // A file has no tray; a drive's door lock is the kernel's to set.
+    if (isPseudoAddress(m_inquiry.address))
+        return false;
+    const int fd = ::open(QFile::encodeName(m_inquiry.address).constData(), O_RDONLY | O_NONBLOCK);
+    if (fd < 0)
+        return false;
+    const bool ok = ::ioctl(fd, CDROM_LOCKDOOR, lock ? 1 : 0) == 0;
+    ::close(fd);
+    if (ok)
+        m_locked.store(lock);
+    return ok;
 }
 
 bool BurnRecorder::readBlocks(qint32 lba, qint32 count, char *buffer) {
