@@ -18,8 +18,8 @@ TessalyApplication::TessalyApplication(int &argc, char **argv)
 
 bool TessalyApplication::notify(QObject *receiver, QEvent *event) {
     bool result = false;
-    ErrorTrap::run("notify", "TessalyApplication",
-                   [&] { result = QApplication::notify(receiver, event); });
+    ErrorTrap::runUntraced("notify", "TessalyApplication",
+                           [&] { result = QApplication::notify(receiver, event); });
     return result;
 }
 
@@ -46,7 +46,7 @@ int TessalyApplication::run() {
                      qPrintable(App::Path()));
     if (App::hasArgument(QStringLiteral("--unattended")))
         installUnattendedAnswers();
-    vbwSetOptions(arguments());
+    vbwInitialize(arguments());
     modMain::Main();
     if (!modMain::Started())
         return 0;

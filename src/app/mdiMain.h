@@ -1,5 +1,7 @@
 #pragma once
 
+#include "diagnostics/vbwDump.h"
+
 #include "FrameServices.h"
 #include "base/Checked.h"
 #include "base/VbDate.h"
@@ -268,4 +270,12 @@ private:
     QWidget *m_ruler = nullptr;
     bool m_hasRecorders = true;
     QHash<QString, std::function<void()>> m_commands;
+    // What an error report dumps of the frame; last, so that it goes first.
+    vbwModuleDump m_fieldDump{
+        QStringLiteral("mdiMain"), [this] {
+            vbwReportVariable(QStringLiteral("NumberForms"), NumberForms);
+            vbwReportVariable(QStringLiteral("mstrSpeed"), mstrSpeed);
+            vbwReportVariable(QStringLiteral("mblnTrackWriteFirst"), mblnTrackWriteFirst);
+            vbwReportVariable(QStringLiteral("mblnCacheFirst"), mblnCacheFirst);
+        }};
 };

@@ -1,4 +1,5 @@
 #include "modDeclarations.h"
+#include "diagnostics/vbwDump.h"
 
 void ResetDeclarations() {
     gstrINIFile.clear();
@@ -19,4 +20,36 @@ void ResetDeclarations() {
                        &gstrVolumeDataPreparerIdentifier, &gstrVolumeCopyrightFileIdentifier,
                        &gstrVolumeAbstractFileIdentifier, &gstrVolumeBiblioFileIdentifier})
         s->clear();
+}
+
+void RegisterDeclarationsDump() {
+    vbwRegisterGlobals(QStringLiteral("modDeclarations"), [] {
+        vbwReportVariable(QStringLiteral("gstrINIFile"), gstrINIFile);
+        vbwReportVariable(QStringLiteral("glngDriveIndex"), glngDriveIndex);
+        vbwReportVariable(QStringLiteral("glngCurrentDrive"), glngCurrentDrive);
+        vbwReportVariable(QStringLiteral("gblnDisctypeIsData"), gblnDisctypeIsData);
+        vbwReportVariable(QStringLiteral("gblnIsTestWrite"), gblnIsTestWrite);
+        vbwReportVariable(QStringLiteral("gblnUnloadOk"), gblnUnloadOk);
+        vbwReportVariable(QStringLiteral("gblnCloseWindows"), gblnCloseWindows);
+        vbwReportVariable(QStringLiteral("gblnFormExist"), gblnFormExist);
+        vbwReportVariable(QStringLiteral("gintActiveFileBrowser"), gintActiveFileBrowser);
+        vbwReportVariable(QStringLiteral("gintTracksToWrite"), gintTracksToWrite);
+        vbwReportVariable(QStringLiteral("gintCurrentTrackCaching"), gintCurrentTrackCaching);
+        vbwReportVariable(QStringLiteral("glngTrackBlocksToWrite"), glngTrackBlocksToWrite);
+        vbwReportVariable(QStringLiteral("glngCurrentTrackBlocksToCache"),
+                          glngCurrentTrackBlocksToCache);
+        const std::pair<const char *, const QString *> volumes[] = {
+            {"gstrVolumeIdentifier", &gstrVolumeIdentifier},
+            {"gstrVolumeApplicationIdentifier", &gstrVolumeApplicationIdentifier},
+            {"gstrVolumePublisher", &gstrVolumePublisher},
+            {"gstrVolumeSystemIdentifier", &gstrVolumeSystemIdentifier},
+            {"gstrVolumeSetIdentifier", &gstrVolumeSetIdentifier},
+            {"gstrVolumeDataPreparerIdentifier", &gstrVolumeDataPreparerIdentifier},
+            {"gstrVolumeCopyrightFileIdentifier", &gstrVolumeCopyrightFileIdentifier},
+            {"gstrVolumeAbstractFileIdentifier", &gstrVolumeAbstractFileIdentifier},
+            {"gstrVolumeBiblioFileIdentifier", &gstrVolumeBiblioFileIdentifier},
+        };
+        for (const auto &[name, value] : volumes)
+            vbwReportVariable(QString::fromLatin1(name), *value);
+    });
 }

@@ -34,3 +34,6 @@ inline QString gstrVolumeBiblioFileIdentifier;
 
 // Puts every global back to its value at start; the tests run many starts in one process.
 void ResetDeclarations();
+
+// Lets an error report dump these globals by their names.
+void RegisterDeclarationsDump();

@@ -54,6 +54,7 @@ void Main() {
     gstrINIFile = App::pathOf(QStringLiteral("/Dat/tessaly.ini"));
     for (int i = 1; i <= 100; ++i)
         gblnFormExist(i - 1) = true;
+    RegisterDeclarationsDump();
 }
 
 bool Started() {

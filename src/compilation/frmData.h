@@ -1,5 +1,7 @@
 #pragma once
 
+#include "diagnostics/vbwDump.h"
+
 #include "app/CompilationWindow.h"
 #include "app/DataImageMirror.h"
 #include "app/FrameServices.h"
@@ -125,4 +127,8 @@ private:
     int m_view = 3;
     int m_sortKey = 0;
     bool m_resizing = false;
+    // What an error report dumps of this window; last, so that it goes first.
+    vbwModuleDump m_fieldDump{QStringLiteral("frmData"), [this] {
+                                  vbwReportVariable(QStringLiteral("mblnMoving"), mblnMoving);
+                              }};
 };

@@ -1,7 +1,9 @@
 #pragma once
 
 #include "ErrorTrap.h"
+#include "vbwParameter.h"
 
+#include <QMetaMethod>
 #include <QObject>
 
 // Connects a signal to a member handler that runs inside the trap, so that a window wires an
@@ -15,8 +17,14 @@ QMetaObject::Connection trappedConnect(const Sender *sender, Signal signal, Rece
                                        void (Receiver::*handler)(Args...), const char *procedure,
                                        const char *module) {
     return QObject::connect(
-        sender, signal, receiver, [receiver, handler, procedure, module](Args... args) {
-            ErrorTrap::run(procedure, module, [&] { (receiver->*handler)(args...); });
+        sender, signal, receiver, [receiver, handler, procedure, module, signal](Args... args) {
+            // The arguments are named and turned to text only for the trace or a report.
+            ErrorTrap::run(
+                procedure, module, [&] { (receiver->*handler)(args...); },
+                [&] {
+                    return vbwParametersOf(QMetaMethod::fromSignal(signal).parameterNames(),
+                                           args...);
+                });
         });
 }
 

@@ -1,5 +1,7 @@
 #include "vbwErrHandler.h"
 #include "base/App.h"
+#include "vbwDump.h"
+#include "vbwErrorReport.h"
 #include "vbwFrmErrHandler.h"
 
 #include <QApplication>
@@ -49,10 +51,31 @@ void restartTimers(const QList<QPointer<QTimer>> &timers) {
 
 } // namespace
 
+namespace {
+// The second call, after the dump: the report's files, the zip and the mail, then the dialog
+// again in its second state.
+int secondCall(const QList<QPointer<QTimer>> &timers) {
+    vbwErrorState &s = vbwState();
+    const QString zip = vbwErrorReport::writeFiles();
+    vbwErrorReport::mail(zip);
+    QApplication::restoreOverrideCursor();
+    QCoreApplication::processEvents();
+    s.vbwfHasReported = true;
+    s.vbwRetCode = vbwFrmErrHandler::ask(s.vbwMessageString);
+    if (s.vbwRetCode == vbwRetry || s.vbwRetCode == vbwIgnore)
+        restartTimers(timers);
+    return s.vbwRetCode;
+}
+} // namespace
+
 int vbwHandleError(int lngErrNumber, const QString &strDescription, int lngLine,
                    const QString &strProcedure, const QString &strModule,
                    const QString &strProject) {
     vbwErrorState &s = vbwState();
+    // The timers a first call stopped wait for the second call to start them again.
+    static QList<QPointer<QTimer>> timers;
+    if (lngErrNumber == -1)
+        return secondCall(timers);
     s.vbwRetCode = 0;
     QApplication::restoreOverrideCursor();
     s.lastNumber = lngErrNumber;
@@ -60,12 +83,22 @@ int vbwHandleError(int lngErrNumber, const QString &strDescription, int lngLine,
     s.lastProcedure = strProcedure;
     s.lastModule = strModule;
 
-    const QList<QPointer<QTimer>> timers = stopTimers();
+    timers = stopTimers();
     QCoreApplication::processEvents();
 
     s.vbwMessageString =
         vbwBuildMessage(lngErrNumber, strDescription, lngLine, strProcedure, strModule, strProject);
     s.vbwRetCode = vbwFrmErrHandler::ask(s.vbwMessageString);
+    if (s.vbwRetCode == vbwReport) {
+        if (s.vbwfHasReported) {
+            s.vbwRetCode = vbwIgnore; // one report a run: the dialog no longer offers it
+        } else {
+            s.vbwErrorPath = vbwErrorReport::folder();
+            vbwErrorReport::prepareFolder();
+            vbwSetDumpFile(s.vbwErrorPath + QStringLiteral("Variables.txt"));
+            return vbwReport;
+        }
+    }
     if (s.vbwRetCode == vbwRetry || s.vbwRetCode == vbwIgnore)
         restartTimers(timers);
     return s.vbwRetCode;

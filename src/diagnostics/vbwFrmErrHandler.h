@@ -7,8 +7,8 @@ class QLabel;
 class QPlainTextEdit;
 class QPushButton;
 
-// The trap's dialog: the error text and the buttons "&Abort", "&Retry", "&Ignore". Stands
-// above every other window. Lives on the UI thread.
+// The trap's dialog: the error text and the buttons "&Abort", "&Retry", "&Ignore", with the
+// offer of a report until one was made this run. Stands above every other window. UI thread.
 class vbwFrmErrHandler : public QDialog {
     Q_OBJECT
 public:
@@ -25,7 +25,11 @@ public:
     QPushButton *cmdAction[6] = {};
     QPushButton *cmdSendMail = nullptr;
 
+protected:
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
 private:
     void cmdAction_Click(int index);
+    void cmdSendMail_Click();
     int m_code = 0;
 };

@@ -1,4 +1,5 @@
 #include "BurnLibrary.h"
+#include "base/FaultSignals.h"
 
 #include <QMutex>
 
@@ -6,11 +7,14 @@
 
 #include <cstdlib>
 #include <mutex>
+#include <optional>
 
 namespace {
 QMutex guardMutex;
 int activeGuards = 0;
 struct sigaction savedActions[NSIG];
+// The program's fault handlers stay on top of libburn's and hand it what no trap takes.
+std::optional<FaultSignals::ForeignHandlers> faultChain;
 } // namespace
 
 bool BurnLibrary::ensureStarted() {
@@ -58,6 +62,7 @@ BurnLibrary::AbortGuard::AbortGuard() {
         sigaction(sig, nullptr, &savedActions[sig]);
     // Action 1: the handler cancels the drives' work, waits for them to become idle and exits.
     burn::burn_set_signal_handling(const_cast<char *>("tessaly : "), nullptr, 0x10);
+    faultChain.emplace();
 }
 
 BurnLibrary::AbortGuard::~AbortGuard() {
@@ -66,6 +71,7 @@ BurnLibrary::AbortGuard::~AbortGuard() {
     QMutexLocker lock(&guardMutex);
     if (--activeGuards > 0)
         return;
+    faultChain.reset();
     for (int sig = 1; sig < NSIG; ++sig) {
         if (sig != SIGKILL && sig != SIGSTOP)
             sigaction(sig, &savedActions[sig], nullptr);

@@ -41,7 +41,8 @@ using SourcePtr = std::unique_ptr<burn::burn_source, SourceDeleter>;
 
 // While a drive job runs, a signal that would end the program goes through libburn's abort
 // handler: it cancels the drive's work, waits until it is idle, releases it and exits. The
-// program's own handlers are put back when the last job ends.
+// program's fault handlers stay on top and hand it what no trap takes. The program's own
+// handlers are put back when the last job ends.
 class AbortGuard {
 public:
     AbortGuard();
