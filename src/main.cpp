@@ -1,5 +1,6 @@
 #include "app/TessalyApplication.h"
 #include "compilation/CompilationWindows.h"
+#include "disctools/DiscInfoWindows.h"
 #include "ripping/RippingWindows.h"
 #include "ripping/ToolWindows.h"
 #include "writing/WritingWindows.h"
@@ -10,5 +11,6 @@ int main(int argc, char **argv) {
     registerWritingWindows();
     registerRippingWindows();
     registerToolWindows();
+    registerDiscInfoWindows();
     return app.run();
 }

@@ -2,6 +2,7 @@
 
 #include <QString>
 #include <functional>
+#include <optional>
 
 // The small calls into the operating system that the windows use. Lives on any thread; keeps
 // no state.
@@ -23,4 +24,26 @@ public:
     static bool WindowsExit();
     using PowerOffHandler = std::function<bool()>;
     static void setPowerOffHandler(PowerOffHandler handler);
+
+    // The label, file system and serial number of the disc in a drive, given its root ("sr0:\\",
+    // "IMG:\\"): read from the newest session's volume descriptors through the drive itself, or
+    // through libblkid when the system has the disc mounted. Empty, empty and 0 for a drive
+    // without a readable volume (no disc, a blank one); an audio disc reads "Audio CD".
+    static QString GetVolumeName(const QString &rootPath);
+    static QString GetFileSystem(const QString &rootPath);
+    static qint32 VolumeSerialNumber(const QString &rootPath);
+
+    // How the engine lets the calls above read the disc of one of its drives, unmounted or
+    // virtual: where its newest session starts, its mode (0 audio) and a block reader.
+    struct DiscAccess {
+        qint32 lastSessionStart = -1;
+        qint32 lastSessionMode = -1;
+        std::function<bool(qint32 lba, qint32 count, char *buffer)> read;
+    };
+    // Answers nothing while the drive can't be read (a job holds it, no disc).
+    using DiscAccessor = std::function<std::optional<DiscAccess>()>;
+    // Registered per drive letter by its owner; a later owner of the same letter replaces an
+    // earlier one, and an owner takes back only its own.
+    static void setDiscAccessor(const QString &letter, const void *owner, DiscAccessor accessor);
+    static void forgetDiscAccessors(const void *owner);
 };

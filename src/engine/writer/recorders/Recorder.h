@@ -106,6 +106,8 @@ public:
     virtual QString vendor() const = 0;
     virtual QString product() const = 0;
     virtual bool isRecorder() const = 0;
+    // The firmware revision from the drive's inquiry; empty when it gives none.
+    virtual QString revision() const { return QString(); }
     // True for a recorder that only exists in this program (its media events come from no
     // kernel, so it is watched by looking).
     virtual bool isVirtual() const { return false; }

@@ -99,6 +99,7 @@ std::vector<BurnRecorder::Inquiry> BurnRecorder::scanMachine(QStringList *notes)
         q.address = QString::fromLocal8Bit(adr);
         q.vendor = trimmed(infos[i].vendor);
         q.product = trimmed(infos[i].product);
+        q.revision = trimmed(infos[i].revision);
         q.writes = infos[i].write_cdr || infos[i].write_cdrw || infos[i].write_dvdr ||
                    infos[i].write_dvdram;
         addresses << q.address;
@@ -324,6 +325,8 @@ JobOutcome BurnRecorder::waitForDrive(BurnDrive &drive, JobMonitor &monitor, con
                                        "to its end.")
                             .arg(what));
         }
+        if (p.sectors > 0)
+            monitor.trackProgress(1, p.sector, p.sectors);
         const qint32 step = p.sectors > 0 ? qint32(qint64(p.sector) * 10 / p.sectors) : 0;
         if (step != lastStep) {
             lastStep = step;

@@ -22,7 +22,7 @@ class BurnRecorder : public Recorder {
 public:
     struct Inquiry {
         QString address; // libburn's address of the drive
-        QString vendor, product;
+        QString vendor, product, revision;
         bool writes = false;
     };
     explicit BurnRecorder(Inquiry inquiry);
@@ -38,6 +38,7 @@ public:
     QString letter() const override { return letterOf(m_inquiry.address); }
     QString vendor() const override { return m_inquiry.vendor; }
     QString product() const override { return m_inquiry.product; }
+    QString revision() const override { return m_inquiry.revision; }
     bool isRecorder() const override { return m_inquiry.writes; }
     bool capability(qint32 code) const override;
     QList<qint32> writeSpeeds() const override;

@@ -64,6 +64,8 @@ ImageRecorder::ImageRecorder() {
                     "; Failures on purpose, each for the next operation only (see the notes):\n"
                     ";   FailAtBlock, FailDriveCode, FailSense, UnreadableSourceAtBlock,\n"
                     ";   RemoveMediumAtBlock, FailErase, FailClose.\n"
+                    "; WithholdCapability: capability codes (comma separated) the recorder\n"
+                    ";   answers as missing.\n"
                     "[Image Recorder]\n"
                     "BlankMedium=CD-R 80\n"
                     "EmulateSpeed=0\n");
@@ -115,6 +117,13 @@ bool ImageRecorder::putBack(const QString &descriptor) {
 }
 
 bool ImageRecorder::capability(qint32 code) const {
+    // A recorder of lesser make, on purpose: the codes listed are answered as missing.
+    const QString withheld = IniFile::read(settingsFile(), QStringLiteral("Image Recorder"),
+                                           QStringLiteral("WithholdCapability"), QString());
+    for (const QString &item : withheld.split(u',', Qt::SkipEmptyParts)) {
+        if (item.trimmed() == QString::number(code))
+            return false;
+    }
     switch (code) {
     case 0:
     case 1:

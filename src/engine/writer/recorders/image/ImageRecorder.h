@@ -27,6 +27,7 @@ public:
     QString letter() const override { return QStringLiteral("IMG"); }
     QString vendor() const override { return QStringLiteral("Tessaly"); }
     QString product() const override { return QStringLiteral("Image Recorder"); }
+    QString revision() const override { return QStringLiteral("1.00"); }
     bool isRecorder() const override { return true; }
     bool isVirtual() const override { return true; }
     bool capability(qint32 code) const override;
