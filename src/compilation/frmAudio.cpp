@@ -204,7 +204,7 @@ void frmAudio::moveTrack(int from, int to) {
     lvwAudioTracks->setCurrentItem(lvwAudioTracks->topLevelItem(target - 1));
 }
 
-bool frmAudio::dropEvent(QEvent *event) {
+bool frmAudio::dropOnList(QEvent *event) {
     auto *drop = static_cast<QDropEvent *>(event);
     // A row of this list carries the list's own format and no file names.
     const QMimeData *mime = drop->mimeData();
@@ -239,7 +239,7 @@ bool frmAudio::eventFilter(QObject *watched, QEvent *event) {
         return QWidget::eventFilter(watched, event);
     const auto type = event->type();
     if (type == QEvent::DragEnter || type == QEvent::DragMove || type == QEvent::Drop)
-        return dropEvent(event);
+        return dropOnList(event);
     if (type == QEvent::MouseButtonRelease &&
         static_cast<QMouseEvent *>(event)->button() == Qt::RightButton) {
         const QPoint at = static_cast<QMouseEvent *>(event)->globalPosition().toPoint();

@@ -84,7 +84,7 @@ protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
-    bool dropEvent(QEvent *event);
+    bool dropOnList(QEvent *event);
     void buildPopup();
     void disablePlayer();
 

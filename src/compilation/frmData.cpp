@@ -494,7 +494,7 @@ void frmData::lvwImageFiles_AfterLabelEdit(int &Cancel, const QString &NewString
 
 // --- Drops and the splitter ---------------------------------------------------------------
 
-bool frmData::dropEvent(QObject *watched, QEvent *event) {
+bool frmData::dropOnView(QObject *watched, QEvent *event) {
     auto *drag = static_cast<QDropEvent *>(event);
     const QMimeData *data = drag->mimeData();
     // Only a list of files is taken, and not while another drop is being added.
@@ -542,7 +542,7 @@ bool frmData::eventFilter(QObject *watched, QEvent *event) {
     }
     if ((watched == tvwDirectories->viewport() || watched == lvwImageFiles->viewport()) &&
         (type == QEvent::DragEnter || type == QEvent::DragMove || type == QEvent::Drop))
-        return dropEvent(watched, event);
+        return dropOnView(watched, event);
     if ((watched == tvwDirectories->viewport() || watched == lvwImageFiles->viewport()) &&
         type == QEvent::MouseButtonRelease &&
         static_cast<QMouseEvent *>(event)->button() == Qt::RightButton) {

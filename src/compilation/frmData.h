@@ -106,7 +106,7 @@ private:
     void forgetNodes(QTreeWidgetItem *item);
     int innerWidth() const;
     int innerHeight() const;
-    bool dropEvent(QObject *watched, QEvent *event);
+    bool dropOnView(QObject *watched, QEvent *event);
 
     WindowContext m_context;
     QHash<QString, QTreeWidgetItem *> m_nodes;

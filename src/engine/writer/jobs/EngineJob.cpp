@@ -118,6 +118,14 @@ EngineJob::~EngineJob() {
     SourceFileStream::setObserver(nullptr);
 }
 
+// Ends libisofs's writer thread but keeps the stream: freeing it drops references on the
+// image's nodes, which the user-interface thread may be taking at the same moment (listing a
+// folder while the job runs), so the stream is freed with the job, on that thread.
+void EngineJob::stopImageWriter() {
+    if (BurnSource *src = m_setup.image.get(); src && src->version >= 1 && src->cancel)
+        src->cancel(src);
+}
+
 void EngineJob::start() {
     m_thread.reset(QThread::create([this] { run(); }));
     m_thread->setObjectName(QStringLiteral("Tessaly write job"));
@@ -193,7 +201,7 @@ void EngineJob::run() {
         if (m_failureClass >= 0 && outcome.kind == JobOutcome::Failed)
             outcome = sourceFailure(m_failurePath);
     }
-    m_setup.image.reset(); // stops libisofs's writer thread before the job ends
+    stopImageWriter();
     switch (outcome.kind) {
     case JobOutcome::Completed:
         log(QStringLiteral("Finished well."));
@@ -304,7 +312,7 @@ JobOutcome EngineJob::runWrite() {
             return cached;
         if (!cache.open(QIODevice::ReadOnly))
             return JobOutcome::failed(2, QStringLiteral("The cache can't be read back"));
-        m_setup.image.reset();
+        stopImageWriter();
         track = std::make_unique<FileTrack>(cache, m_setup.trackMode, this, this);
         plan.tracks = {track.get()};
     }

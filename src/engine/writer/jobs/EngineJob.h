@@ -90,6 +90,7 @@ private:
     QString cacheFile(const char *kind) const; // a fresh name in the cache folder
     // Copies the image stream into a file with CachingStatus; false on failure or cancel.
     JobOutcome copyImage(FileSink &target, bool reportFiles);
+    void stopImageWriter();
     JobOutcome sourceFailure(const QString &what) const;
     void post(std::function<void(CDWriterPro *)> event);
     void notice(const QString &path, const QString &sentence);
