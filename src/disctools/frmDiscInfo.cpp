@@ -113,6 +113,8 @@ void frmDiscInfo::buildControls() {
     buttons->addWidget(cmdEjectDisk);
     buttons->addWidget(cmdClose);
     column->addLayout(buttons);
+    // Wide enough for both tab captions side by side.
+    setMinimumWidth(560);
 
     TRAPPED_CONNECT(cmdCloseSession, &QPushButton::clicked, frmDiscInfo, cmdCloseSession_Click);
     TRAPPED_CONNECT(cmdCloseDisc, &QPushButton::clicked, frmDiscInfo, cmdCloseDisc_Click);
@@ -178,6 +180,8 @@ QWidget *frmDiscInfo::buildSizeTab() {
     MSChart1 = new QChart;
     MSChart1->addSeries(m_series);
     MSChart1->legend()->hide();
+    m_series->setPieSize(0.95);
+    MSChart1->setMargins(QMargins(0, 0, 0, 0));
     MSChart1->setBackgroundVisible(false);
     auto *view = named(new QChartView(MSChart1, frame), "MSChart1");
     view->setRenderHint(QPainter::Antialiasing);

@@ -97,7 +97,7 @@ frmRecorderInfo::frmRecorderInfo(const WindowContext &context)
     TRAPPED_CONNECT(cmdClose, &QPushButton::clicked, frmRecorderInfo, cmdClose_Click);
     TRAPPED_CONNECT(tbsRecorderInfo, &QTabWidget::currentChanged, frmRecorderInfo,
                     tbsRecorderInfo_Click);
-    setMinimumWidth(420);
+    setMinimumWidth(600);
 }
 
 frmRecorderInfo::~frmRecorderInfo() {

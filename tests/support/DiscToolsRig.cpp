@@ -2,10 +2,13 @@
 #include "Fixtures.h"
 #include "ReadBack.h"
 
-#include "app/FormRegistry.h"
 #include "app/modDeclarations.h"
 
+#include <QAbstractButton>
+#include <QLabel>
+#include <QLineEdit>
 #include <QRegularExpression>
+#include <QTest>
 
 DiscToolsRig::DiscToolsRig(const QString &medium, Job job, const QStringList &settings)
     : EngineRig(medium, job, settings) {
@@ -37,10 +40,6 @@ bool DiscToolsRig::writeAudio() {
     return engine.AddAudioTrack(path, 1) && write();
 }
 
-void DiscToolsRig::openByName(const QString &name) {
-    FormRegistry::open(name);
-}
-
 QStringList DiscToolsRig::prompts() const {
     QStringList said;
     for (const MessageBoxService::Request &r : answers.boxes)
@@ -55,4 +54,19 @@ QString isoinfoVolumeId(const QString &image) {
         QRegularExpression(QStringLiteral("^Volume id: (.*)$"), QRegularExpression::MultilineOption)
             .match(info);
     return match.hasMatch() ? match.captured(1).trimmed() : QString();
+}
+
+void expectShown(const QWidget *window, const QString &shown) {
+    for (const QString &pair : shown.split(u'|')) {
+        const QString name = pair.section(u'=', 0, 0), want = pair.section(u'=', 1);
+        const QWidget *w = window->findChild<QWidget *>(name);
+        QString is = QStringLiteral("<no such control>");
+        if (auto *label = qobject_cast<const QLabel *>(w))
+            is = label->text();
+        else if (auto *edit = qobject_cast<const QLineEdit *>(w))
+            is = edit->text();
+        else if (w && qobject_cast<const QAbstractButton *>(w))
+            is = w->isEnabled() ? QStringLiteral("on") : QStringLiteral("off");
+        QVERIFY2(is == want, qPrintable(name + QStringLiteral(": ") + is));
+    }
 }

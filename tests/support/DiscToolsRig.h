@@ -3,6 +3,7 @@
 #include "EngineRig.h"
 #include "ScriptedAnswers.h"
 
+#include "app/FormRegistry.h"
 #include "widgets/DefaultInstance.h"
 
 #include <QStringList>
@@ -23,16 +24,19 @@ struct DiscToolsRig : EngineRig {
     // Runs a registered window's opener by name, as the frame's command does; then the open
     // instance of T, or null.
     template<typename T> T *open(const QString &name) {
-        openByName(name);
+        FormRegistry::open(name);
         return DefaultInstance<T>::peek();
     }
-    void openByName(const QString &name);
     // What the boxes said so far, in order.
     QStringList prompts() const;
 
     ScriptedAnswers answers;
     QTemporaryDir sources;
 };
+
+// Fails the running test unless each "name=text" (joined by "|") holds for the window's child of
+// that name: its text (a label, a line edit), or "on"/"off" for whether a button is enabled.
+void expectShown(const QWidget *window, const QString &shown);
 
 // The volume identifier of the ISO 9660 session at block 0 of `image`, as isoinfo reads it.
 QString isoinfoVolumeId(const QString &image);

@@ -62,6 +62,10 @@ bool SystemCalls::WindowsExit() {
     return reply.type() == QDBusMessage::ReplyMessage;
 }
 
+namespace {
+std::optional<SystemCalls::DiscAccess> discAccessOf(const QString &letter);
+} // namespace
+
 double SystemCalls::DiskSizeKB(const QString &rootPath) {
     QString root = rootPath;
     if (root.endsWith(QStringLiteral(":\\")))
@@ -81,7 +85,9 @@ double SystemCalls::DiskSizeKB(const QString &rootPath) {
         if (!root.isEmpty() && v.device() == device && v.isReady())
             return usedKB(v);
     }
-    return 0.0;
+    // Unmounted (or virtual): the drive itself tells what the disc's sessions take.
+    const auto access = discAccessOf(root);
+    return access ? access->usedBlocks * 2.0 : 0.0;
 }
 
 // --- The volume of a disc ---------------------------------------------------------------------
@@ -149,10 +155,7 @@ DiscVolume volumeOf(const QString &rootPath) {
     const QString letter = letterOfRoot(rootPath);
     if (auto mounted = mountedVolume(letter))
         return *mounted;
-    const auto it = accessors().constFind(letter);
-    if (it == accessors().constEnd() || !it->read)
-        return {};
-    const auto access = it->read();
+    const auto access = discAccessOf(letter);
     if (!access || access->lastSessionStart < 0)
         return {};
     if (access->lastSessionMode == 0)
@@ -167,6 +170,11 @@ DiscVolume volumeOf(const QString &rootPath) {
             return {};
     }
     return DiscVolume::fromDescriptors(blocks);
+}
+
+std::optional<SystemCalls::DiscAccess> discAccessOf(const QString &letter) {
+    const auto it = accessors().constFind(letter);
+    return it != accessors().constEnd() && it->read ? it->read() : std::nullopt;
 }
 
 } // namespace

@@ -10,8 +10,9 @@ class SystemCalls {
 public:
     static bool FileExists(const QString &path);
     // Kilobytes in use on the volume whose root is given. A drive's root is its letter, a colon
-    // and a backslash; a disc that is not mounted as a volume (the Image Recorder's, or a
-    // blank one) counts 0. A folder path counts the volume that holds it.
+    // and a backslash; a disc the system has not mounted counts what its drive says is taken
+    // (0 for a blank one, nothing for a drive no engine knows). A folder path counts the volume
+    // that holds it.
     static double DiskSizeKB(const QString &rootPath);
     // The login name of the user running the program; empty when it can't be found.
     static QString UserName();
@@ -38,6 +39,7 @@ public:
     struct DiscAccess {
         qint32 lastSessionStart = -1;
         qint32 lastSessionMode = -1;
+        qint32 usedBlocks = 0; // 2048-byte blocks the sessions take, gaps between them included
         std::function<bool(qint32 lba, qint32 count, char *buffer)> read;
     };
     // Answers nothing while the drive can't be read (a job holds it, no disc).

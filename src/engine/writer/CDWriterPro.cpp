@@ -144,6 +144,16 @@ std::optional<SystemCalls::DiscAccess> CDWriterPro::discAccess(qint32 index) {
     SystemCalls::DiscAccess access;
     access.lastSessionStart = st.lastSessionStart;
     access.lastSessionMode = st.lastSessionMode;
+    // What the sessions take: up to the next session's start while the disc takes more, else to
+    // the end of its last data, else (a closed audio disc) all of it.
+    if (st.nextWritableAddress >= 0) {
+        access.usedBlocks = st.nextWritableAddress;
+    } else if (!st.sessionExtents.isEmpty()) {
+        for (const auto &[start, blocks] : st.sessionExtents)
+            access.usedBlocks = std::max(access.usedBlocks, start + blocks);
+    } else {
+        access.usedBlocks = st.capacityBlocks - st.freeBlocks;
+    }
     access.read = [r](qint32 lba, qint32 count, char *buffer) {
         return r->readBlocks(lba, count, buffer);
     };

@@ -22,8 +22,9 @@ class BurnRecorder : public Recorder {
 public:
     struct Inquiry {
         QString address; // libburn's address of the drive
-        QString vendor, product, revision;
+        QString vendor, product;
         bool writes = false;
+        QString revision = {}; // firmware
     };
     explicit BurnRecorder(Inquiry inquiry);
     ~BurnRecorder() override;
