@@ -189,3 +189,13 @@ QString OpenSessionMessage() {
         "It must be closed before anything more can be written to the disc.\r\n\r\n"
         "Close it with CD Recorder > Session Check..., or insert another disc.");
 }
+
+QString WriteErrorText(qint32 WriteError, qint32 DriveError, const QString &sErrorInfo,
+                       const QString &sSenseInfo) {
+    QString text = QStringLiteral("Writing Error: (") + QString::number(WriteError) +
+                   QStringLiteral(")   ") + sErrorInfo + QStringLiteral("\r\n");
+    if (WriteError == 3)
+        text += GetDriveErrorMessage(DriveError) + QStringLiteral("\r\nError Sense Data: ") +
+                sSenseInfo;
+    return text;
+}

@@ -38,3 +38,8 @@ double GetFreeSpace(CDWriterPro *cdObj, int sizeFormat);
 QString OpenSessionMessage();
 double GetUsedSpace(CDWriterPro *cdObj, int sizeFormat);
 double GetTotalSpace(CDWriterPro *cdObj, int sizeFormat);
+
+// The sentence of a WriteError event: its class and text, and for a drive failure the drive's
+// sentence and sense data.
+QString WriteErrorText(qint32 WriteError, qint32 DriveError, const QString &sErrorInfo,
+                       const QString &sSenseInfo);

@@ -1,5 +1,6 @@
 #include "frmDiscInfo.h"
 #include "MediaLogo.h"
+#include "TabCycle.h"
 #include "app/FormRegistry.h"
 #include "app/modDeclarations.h"
 #include "app/modGlobals.h"
@@ -321,14 +322,10 @@ void frmDiscInfo::tbsDiscInfo_Click() {
 }
 
 void frmDiscInfo::keyPressEvent(QKeyEvent *event) {
-    // Ctrl+Tab goes round the tabs, from the last back to the first.
-    if (event->key() == Qt::Key_Tab && event->modifiers() == Qt::ControlModifier) {
-        ErrorTrap::run("Form_KeyDown", Module, [this] {
-            tbsDiscInfo->setCurrentIndex((tbsDiscInfo->currentIndex() + 1) % tbsDiscInfo->count());
-        });
-        return;
-    }
-    QDialog::keyPressEvent(event);
+    bool used = false;
+    ErrorTrap::run("Form_KeyDown", Module, [&] { used = TabCycle::handle(event, tbsDiscInfo); });
+    if (!used)
+        QDialog::keyPressEvent(event);
 }
 
 void frmDiscInfo::setCloseButtons(bool enabled) {
@@ -379,11 +376,7 @@ void frmDiscInfo::mobjCDR_WriteError(qint32 WriteError, qint32 DriveError,
                                      const QString &sErrorInfo, const QString &sSenseInfo) {
     if (!mblnClosing)
         return;
-    QString strError = QStringLiteral("Writing Error: (") + QString::number(WriteError) +
-                       QStringLiteral(")   ") + sErrorInfo + QStringLiteral("\r\n");
-    if (WriteError == 3)
-        strError += GetDriveErrorMessage(DriveError) + QStringLiteral("\r\nError Sense Data: ") +
-                    sSenseInfo;
+    const QString strError = WriteErrorText(WriteError, DriveError, sErrorInfo, sSenseInfo);
     MsgBox(strError, vbCritical, App::ProductName() + QStringLiteral(" - Critical"));
     mblnClosing = false;
     close();

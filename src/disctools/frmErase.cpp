@@ -290,11 +290,7 @@ void frmErase::mobjCDRPro_WriteError(qint32 WriteError, qint32 DriveError,
                                      const QString &sErrorInfo, const QString &sSenseInfo) {
     if (!mblnErasing)
         return;
-    QString strError = QStringLiteral("Writing Error: (") + QString::number(WriteError) +
-                       QStringLiteral(")   ") + sErrorInfo + QStringLiteral("\r\n");
-    if (WriteError == 3)
-        strError += GetDriveErrorMessage(DriveError) + QStringLiteral("\r\nError Sense Data: ") +
-                    sSenseInfo;
+    const QString strError = WriteErrorText(WriteError, DriveError, sErrorInfo, sSenseInfo);
     MsgBox(strError, vbCritical, critical());
     cmdCancel->setEnabled(true);
     unsetCursor();

@@ -1,4 +1,5 @@
 #include "frmRecorderInfo.h"
+#include "TabCycle.h"
 #include "app/modDeclarations.h"
 #include "base/Format.h"
 #include "diagnostics/ErrorTrap.h"
@@ -147,14 +148,11 @@ void frmRecorderInfo::tbsRecorderInfo_Click() {
 }
 
 void frmRecorderInfo::keyPressEvent(QKeyEvent *event) {
-    if (event->key() == Qt::Key_Tab && event->modifiers() == Qt::ControlModifier) {
-        ErrorTrap::run("Form_KeyDown", "frmRecorderInfo", [this] {
-            tbsRecorderInfo->setCurrentIndex((tbsRecorderInfo->currentIndex() + 1) %
-                                             tbsRecorderInfo->count());
-        });
-        return;
-    }
-    QDialog::keyPressEvent(event);
+    bool used = false;
+    ErrorTrap::run("Form_KeyDown", "frmRecorderInfo",
+                   [&] { used = TabCycle::handle(event, tbsRecorderInfo); });
+    if (!used)
+        QDialog::keyPressEvent(event);
 }
 
 void frmRecorderInfo::cmdClose_Click() {

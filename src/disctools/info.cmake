@@ -12,6 +12,7 @@ target_sources(${TESSALY_DISCINFO_TARGET} PRIVATE
     ${CMAKE_CURRENT_LIST_DIR}/frmRecorderInfo.cpp ${CMAKE_CURRENT_LIST_DIR}/frmRecorderInfo.h
     ${CMAKE_CURRENT_LIST_DIR}/frmSupDrives.cpp ${CMAKE_CURRENT_LIST_DIR}/frmSupDrives.h
     ${CMAKE_CURRENT_LIST_DIR}/MediaLogo.cpp ${CMAKE_CURRENT_LIST_DIR}/MediaLogo.h
+    ${CMAKE_CURRENT_LIST_DIR}/TabCycle.cpp ${CMAKE_CURRENT_LIST_DIR}/TabCycle.h
     ${CMAKE_CURRENT_LIST_DIR}/disctools.qrc
 )
 target_link_libraries(${TESSALY_DISCINFO_TARGET} PUBLIC tessaly_app tessaly_engine_writer Qt6::Charts)

@@ -180,6 +180,91 @@ void tst_DiscTools::recorderInformation() {
     auto *info = rig.open<frmRecorderInfo>(QStringLiteral("frmRecorderInfo"));
     QVERIFY(info);
     QCOMPARE(info->windowTitle(), QStringLiteral("CD-Recorder Information"));
+    QFETCH(QString, shown);
+    expectShown(info, shown);
+    info->cmdClose->click();
+    QTRY_VERIFY(!DefaultInstance<frmRecorderInfo>::peek());
+    auto *drives = rig.open<frmSupDrives>(QStringLiteral("frmSupDrives"));
+    QVERIFY(drives && drives->rtbSupported->toPlainText().contains("Image Recorder"));
+    drives->close();
+}
+
+void tst_DiscTools::eraseRefusesWhatItCant_data() {
+    QTest::addColumn<QString>("medium");
+    QTest::addColumn<QString>("withheld");
+    QTest::addColumn<QString>("said");
+    const QString once = "The current media is not Re-Writable.",
+                  cant = "Selected drive does not support Re-Writable discs of this format.";
+    QTest::newRow("CD-R") << "CD-R 80"
+                          << "" << once;
+    QTest::newRow("DVD-R") << "DVD-R"
+                           << "" << once;
+    QTest::newRow("empty tray") << ""
+                                << ""
+                                << "No Media Loaded.";
+    QTest::newRow("CD-RW, drive can't") << "CD-RW 80"
+                                        << "7" << cant;
+    QTest::newRow("DVD+RW, drive can't") << "DVD+RW"
+                                         << "39" << cant;
+}
+
+void tst_DiscTools::eraseRefusesWhatItCant() {
+    QFETCH(QString, medium);
+    QFETCH(QString, withheld);
+    DiscToolsRig rig(medium.isEmpty() ? QStringLiteral("CD-RW 80") : medium, EngineRig::Data,
+                     {QStringLiteral("WithholdCapability=") + withheld});
+    QVERIFY(rig.writeData(QStringLiteral("KEEP")));
+    if (medium.isEmpty())
+        rig.engine.MoveTray(false);
+    const QString before = medium.isEmpty() ? QString() : rig.descriptorText();
+    auto *erase = rig.open<frmErase>(QStringLiteral("frmErase"));
+    QVERIFY(erase && erase->isVisible());
+    erase->cmdErase->click();
+    QFETCH(QString, said);
+    QCOMPARE(rig.prompts(), QStringList{said});
+    QTRY_VERIFY(!DefaultInstance<frmErase>::peek());
+    if (!medium.isEmpty())
+        QCOMPARE(rig.descriptorText(), before);
+}
+
+void tst_DiscTools::erasesToABlankDisc_data() {
+    QTest::addColumn<QString>("medium");
+    QTest::addColumn<bool>("quick");
+    QTest::newRow("quick CD-RW") << "CD-RW 80" << true;
+    QTest::newRow("full CD-RW") << "CD-RW 80" << false;
+    QTest::newRow("quick DVD+RW") << "DVD+RW" << true;
+}
+
+void tst_DiscTools::erasesToABlankDisc() {
+    QFETCH(QString, medium);
+    QFETCH(bool, quick);
+    DiscToolsRig rig(medium);
+    QVERIFY(rig.writeData(QStringLiteral("OLD")));
+    auto *erase = rig.open<frmErase>(QStringLiteral("frmErase"));
+    QVERIFY(erase);
+    (quick ? erase->optQuickErase : erase->optFullErase)->setChecked(true);
+    bool closedMeanwhile = true;
+    QObject::connect(&rig.engine, &CDWriterPro::EraseDiscStart, erase,
+                     [&] { closedMeanwhile = erase->close(); });
+    QList<int> shownProgress; // a full erase shows the drive's own course
+    QObject::connect(&rig.engine, &CDWriterPro::eraseProgress, erase,
+                     [&] { shownProgress << erase->prgEstTime->value(); });
+    erase->cmdErase->click();
+    QVERIFY(erase->prgEstTime->isVisibleTo(erase) && erase->prgEstTime->maximum() > 0);
+    QVERIFY(Waits::until([&] { return !rig.answers.boxes.isEmpty(); }));
+    QCOMPARE(rig.prompts(), QStringList{"Erase completed successfully!\r\n\r\nEjecting disc..."});
+    QVERIFY(!closedMeanwhile && !DefaultInstance<frmErase>::peek());
+    QCOMPARE(shownProgress, quick ? QList<int>() : QList<int>({0, 100}));
+    // The disc came out; put back, it is blank, and a full erase left no byte of the old data.
+    QCOMPARE(rig.engine.MediaType(), qint32(CDWriterPro::MediaNone));
+    const QString data = rig.eject("iso");
+    QVERIFY(ImageRecorder::putBack(ImageRecorder::lastEjected()));
+    QVERIFY(rig.engine.DiscStatus() == CDWriterPro::DiscEmpty && rig.engine.SessionCount() == 1);
+    if (!quick) {
+        QFile f(QDir(ImageRecorder::trayFolder()).filePath(QFileInfo(data).fileName()));
+        QVERIFY(f.open(QIODevice::ReadOnly));
+        QVERIFY(!f.readAll().contains("CD001"));
+    }
 }
 
 void tst_DiscTools::eraseFailureLeavesTheDialogToClose() {

@@ -551,8 +551,13 @@ JobOutcome ImageRecorder::erase(bool quick, JobMonitor &monitor) {
                                         QStringLiteral("5/30/05 CANNOT WRITE MEDIUM"));
     monitor.log(QStringLiteral("Image Recorder: %1 erase of a %2")
                     .arg(quick ? QStringLiteral("quick") : QStringLiteral("full"), kind->name));
-    // A quick erase rewrites the lead-in with its table of contents, a full one every block.
+    // A quick erase rewrites the lead-in with its table of contents, a full one every block;
+    // a full blanking tells its course, as drives do.
+    if (!quick)
+        monitor.trackProgress(1, 0, kind->capacity);
     takeTime(*kind, quick ? ImageMedium::FirstSessionGap : kind->capacity, monitor);
+    if (!quick)
+        monitor.trackProgress(1, kind->capacity, kind->capacity);
     if (monitor.cancelRequested())
         return JobOutcome::cancelled();
     if (faults.eraseErrorCode) {
