@@ -1,5 +1,6 @@
 #include "app/TessalyApplication.h"
 #include "compilation/CompilationWindows.h"
+#include "dialogs/DialogWindows.h"
 #include "disctools/DiscInfoWindows.h"
 #include "ripping/RippingWindows.h"
 #include "ripping/ToolWindows.h"
@@ -11,6 +12,7 @@ int main(int argc, char **argv) {
     registerWritingWindows();
     registerRippingWindows();
     registerToolWindows();
+    registerDialogWindows();
     registerDiscInfoWindows();
     return app.run();
 }

@@ -2,9 +2,11 @@
 #include "base/App.h"
 #include "diagnostics/ErrorTrap.h"
 
+#include <QApplication>
 #include <QFile>
 #include <QFileInfo>
 #include <QHBoxLayout>
+#include <QKeyEvent>
 #include <QLineEdit>
 #include <QListWidget>
 #include <QRegularExpression>
@@ -53,6 +55,61 @@ void frmHelp::showHelp(const QString &helpFile, Request request, qint32 contextI
     window->show();
     window->raise();
     window->activateWindow();
+}
+
+namespace {
+
+// F1 seen before any window handles it, so that it also works in a modal dialog, where the
+// frame's own shortcuts are blocked. Lives as long as the frame it is made for.
+class HelpKeyFilter : public QObject {
+public:
+    HelpKeyFilter(QWidget *frame, const QString &helpFile)
+        : QObject(frame)
+        , m_frame(frame)
+        , m_helpFile(helpFile) {}
+
+    bool eventFilter(QObject *watched, QEvent *event) override {
+        if (event->type() != QEvent::KeyPress ||
+            static_cast<QKeyEvent *>(event)->key() != Qt::Key_F1 || !watched->isWidgetType())
+            return false;
+        ErrorTrap::run("HelpKey_Pressed", "frmHelp", [&] {
+            QWidget *focus = QApplication::focusWidget();
+            // Under a modal dialog the help is its child, or the dialog would block it.
+            QWidget *modal = QApplication::activeModalWidget();
+            frmHelp::showHelpFor(focus ? focus : QApplication::activeWindow(), m_helpFile,
+                                 modal ? modal : m_frame.data());
+        });
+        return true;
+    }
+
+private:
+    QPointer<QWidget> m_frame;
+    QString m_helpFile;
+};
+
+} // namespace
+
+void frmHelp::installHelpKey(QWidget *frame, const QString &helpFile) {
+    qApp->installEventFilter(new HelpKeyFilter(frame, helpFile));
+}
+
+void frmHelp::showHelpFor(QWidget *focus, const QString &helpFile, QWidget *owner) {
+    // F1 while reading the help leaves the page where it is.
+    if (slot() && focus && (focus == slot() || slot()->isAncestorOf(focus))) {
+        slot()->raise();
+        return;
+    }
+    if (slot() && owner && slot()->parentWidget() != owner)
+        slot()->setParent(owner, slot()->windowFlags());
+    showHelp(helpFile, Context, 1, owner);
+    frmHelp *window = slot();
+    // The innermost window with a topic of its own; the help window itself has none.
+    for (QWidget *w = focus; w && w != window; w = w->parentWidget()) {
+        if (window && window->hasAnchor(w->objectName())) {
+            window->showAnchor(w->objectName());
+            return;
+        }
+    }
 }
 
 frmHelp::frmHelp(QWidget *owner)
@@ -104,6 +161,7 @@ bool frmHelp::load(const QString &htmlFile) {
     m_file = htmlFile;
     tvwContents->clear();
     m_index.clear();
+    m_anchors.clear();
     QFile f(htmlFile);
     if (htmlFile.isEmpty() || !f.open(QIODevice::ReadOnly)) {
         txtTopic->setPlainText(QStringLiteral("The help file can't be found."));
@@ -111,7 +169,13 @@ bool frmHelp::load(const QString &htmlFile) {
         return false;
     }
     const QString html = QString::fromUtf8(f.readAll());
+    // The screenshots stand beside the page.
+    txtTopic->setSearchPaths({QFileInfo(htmlFile).absolutePath()});
     txtTopic->setHtml(html);
+    m_anchors.clear();
+    static const QRegularExpression anchor(QStringLiteral(R"re(<a name="([^"]+)")re"));
+    for (auto it = anchor.globalMatch(html); it.hasNext();)
+        m_anchors.append(it.next().captured(1));
     // Contents: the headings that carry an anchor, two levels.
     static const QRegularExpression heading(
         QStringLiteral(R"re(<h([23])><a name="([^"]+)"></a>(.*?)</h\1>)re"));

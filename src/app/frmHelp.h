@@ -22,6 +22,10 @@ public:
     static void showHelp(const QString &helpFile, Request request, qint32 contextId,
                          QWidget *owner);
     static frmHelp *instance();
+    // F1 anywhere in the program: the help at the topic of the window that has the focus (a
+    // topic's anchor is the window's name), else at the start. Installed once on the frame.
+    static void installHelpKey(QWidget *frame, const QString &helpFile);
+    static void showHelpFor(QWidget *focus, const QString &helpFile, QWidget *owner);
 
     explicit frmHelp(QWidget *owner);
 
@@ -39,6 +43,7 @@ public:
     void showAnchor(const QString &anchor);
     // The index keywords, sorted, with the anchor each leads to.
     QMap<QString, QString> indexEntries() const { return m_index; }
+    bool hasAnchor(const QString &anchor) const { return m_anchors.contains(anchor); }
 
 private:
     void fillIndex(const QString &filter);
@@ -46,4 +51,5 @@ private:
     QString m_file;
     QString m_anchor;
     QMap<QString, QString> m_index;
+    QStringList m_anchors;
 };

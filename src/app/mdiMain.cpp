@@ -8,6 +8,7 @@
 #include "engine/writer/CDWriterPro.h"
 #include "engine/writer/recorders/DriveScanner.h"
 #include "frmFiles.h"
+#include "frmHelp.h"
 #include "modDeclarations.h"
 #include "modGlobals.h"
 #include "modIniFunc.h"
@@ -158,6 +159,7 @@ mdiMain::mdiMain() {
     setAttribute(Qt::WA_DeleteOnClose);
     setObjectName(QStringLiteral("mdiMain"));
     setWindowIcon(PictureList::icon(QStringLiteral("BURN")));
+    frmHelp::installHelpKey(this, SetHelpStrings(1));
     Tessaly = new CDWriterPro(this);
     m_mdiArea = new QMdiArea(this);
     m_mdiArea->setObjectName(QStringLiteral("mdiArea"));

@@ -12,12 +12,14 @@
 #include <algorithm>
 
 #include <cerrno>
+#include <chrono>
 #include <csignal>
+#include <thread>
 #include <vector>
 
 namespace {
 constexpr qint64 Block = 2048;
-constexpr qint64 CopyBlocks = 256;
+constexpr qint64 CopyBlocks = 1024;
 
 // The image stream of libisofs as a track. A read of many blocks at once is whole unless the
 // stream ends or fails before it; callers never ask past the stream's size, so anything short
@@ -31,6 +33,7 @@ public:
     qint32 mode() const override { return m_mode; }
     qint64 blockCount() const override { return m_blocks; }
     bool read(char *buffer, qint64 bytes) override {
+        awaitFill(bytes);
         auto *out = reinterpret_cast<unsigned char *>(buffer);
         const int n = m_src->read_xt ? m_src->read_xt(m_src, out, int(bytes))
                                      : m_src->read(m_src, out, int(bytes));
@@ -38,6 +41,24 @@ public:
     }
 
 private:
+    // A reader waiting inside libisofs is woken for every block its writer thread adds, and the
+    // two threads then take turns block by block. Reading only once the ring holds the whole
+    // piece (or the writer has stopped) lets both run at full speed side by side.
+    void awaitFill(qint64 bytes) const {
+        auto *ring = reinterpret_cast<::burn_source *>(m_src);
+        std::chrono::microseconds pause(50);
+        for (;;) {
+            size_t capacity = 0;
+            size_t free = 0;
+            if (iso_ring_buffer_get_status(ring, &capacity, &free) != 1)
+                return; // ended, failed or not libisofs's ring: the read itself tells
+            if (qint64(capacity - free) >= std::min<qint64>(bytes, qint64(capacity) / 2))
+                return;
+            std::this_thread::sleep_for(pause);
+            pause = std::min(pause * 2, std::chrono::microseconds(4000));
+        }
+    }
+
     BurnSource *m_src;
     qint32 m_mode;
     qint64 m_blocks;

@@ -1,0 +1,157 @@
+#include "OutsideTools.h"
+#include "ReadBack.h"
+#include "ScriptedAnswers.h"
+#include "TestEnvironment.h"
+#include "app/FormRegistry.h"
+#include "app/frmHelp.h"
+#include "app/mdiMain.h"
+#include "dialogs/DialogWindows.h"
+#include "dialogs/frmAbout.h"
+
+#include <QApplication>
+#include <QImage>
+#include <QPushButton>
+#include <QRegularExpression>
+#include <QTest>
+#include <QTreeWidget>
+
+namespace {
+const QString AppId = QStringLiteral("org.tessaly.Tessaly");
+
+} // namespace
+
+// Tessaly installed into a temporary prefix and read back by the desktop's own validators, the
+// dialogs against the libraries' own version tools, and the help reached by F1.
+class tst_Desktop : public QObject {
+    Q_OBJECT
+    QTemporaryDir m_prefix;
+    ScriptedAnswers m_answers;
+
+private slots:
+    void initTestCase() {
+        registerDialogWindows();
+        int status = -1;
+        const QByteArray log = ReadBack::run(
+            "cmake", {"--install", TESSALY_BUILD_DIR, "--prefix", m_prefix.path()}, &status);
+        QVERIFY2(status == 0, log.constData());
+    }
+
+    void installsInItsPlaces_data() {
+        QTest::addColumn<QString>("path");
+        QTest::addColumn<int>("iconSize");        // a PNG of that square size; 0 for other files
+        QTest::addColumn<QStringList>("checker"); // a program that must accept the file
+        for (const QString &path :
+             {QStringLiteral("bin/tessaly"), QStringLiteral("share/tessaly/help/tessaly.html"),
+              "share/icons/hicolor/scalable/apps/" + AppId + ".svg"})
+            QTest::newRow(qPrintable(path)) << path << 0 << QStringList();
+        QTest::newRow("entry") << "share/applications/" + AppId + ".desktop" << 0
+                               << QStringList{"desktop-file-validate"};
+        QTest::newRow("metainfo") << "share/metainfo/" + AppId + ".metainfo.xml" << 0
+                                  << QStringList{"appstreamcli", "validate", "--no-net"};
+        QTest::newRow("licence") << "share/doc/tessaly/COPYING" << 0
+                                 << QStringList{"cmp", "/usr/share/common-licenses/GPL-3"};
+        for (int size : {16, 22, 24, 32, 48, 64, 96, 128, 256})
+            QTest::addRow("icon %d", size)
+                << QStringLiteral("share/icons/hicolor/%1x%1/apps/%2.png").arg(size).arg(AppId)
+                << size << QStringList();
+    }
+    void installsInItsPlaces() {
+        QFETCH(QString, path);
+        QFETCH(int, iconSize);
+        QFETCH(QStringList, checker);
+        const QString file = m_prefix.filePath(path);
+        QVERIFY2(QFileInfo::exists(file), qPrintable(path));
+        if (iconSize)
+            QCOMPARE(QImage(file).size(), QSize(iconSize, iconSize));
+        // The menu entry starts the installed program by its full path.
+        const QString exec = QRegularExpression("\nExec=\"([^\"]+)\"")
+                                 .match(QString::fromUtf8(OutsideTools::fileBytes(file)))
+                                 .captured(1);
+        QVERIFY(!path.endsWith(".desktop") || exec == m_prefix.filePath("bin/tessaly"));
+        if (checker.isEmpty())
+            return;
+        int status = -1;
+        const QByteArray said = ReadBack::run(checker[0], checker.mid(1) << file, &status);
+        // A warning is a fault too; desktop-file-validate and cmp are silent when all is well.
+        QVERIFY2(status == 0 && !said.contains("warning") && !said.contains("error"),
+                 said.constData());
+    }
+
+    void helpHasATopicForEveryWindowAndItsPictures() {
+        const QString page = m_prefix.filePath("share/tessaly/help/tessaly.html");
+        frmHelp help(nullptr);
+        QVERIFY(help.load(page));
+        for (const QString &window :
+             QStringLiteral(
+                 "mdiMain frmFiles frmChooseDiscType frmData frmLabels frmAudio "
+                 "frmSessionCheck frmBurn frmSaveAsISO frmBurnIso frmOptions frmDiscInfo "
+                 "frmRecorderInfo frmSupDrives frmErase frmCD2CD frmBurnBin frmIsoripper "
+                 "frmRipper frmExtract frmMp3Settings frmVorbisSettings frmWMASettings "
+                 "frmDecode frmNormalize frmPreView frmAbout frmCoder frmWeb frmLicense")
+                 .split(u' '))
+            QVERIFY2(help.hasAnchor(window), qPrintable(window));
+        int shots = 0;
+        auto it = QRegularExpression("<img src=\"([^\"]+)\"")
+                      .globalMatch(QString::fromUtf8(OutsideTools::fileBytes(page)));
+        for (; it.hasNext(); ++shots) {
+            const QString shot = it.next().captured(1);
+            QVERIFY2(!QImage(QFileInfo(page).path() + u'/' + shot).isNull(), qPrintable(shot));
+        }
+        QVERIFY(shots >= 5);
+    }
+
+    void aboutShowsTheLoadedVersions_data() {
+        QTest::addColumn<QStringList>("tool"); // the row's tag is the library
+        // Each library against what its package says of the version installed.
+        for (const QString &pair : QStringLiteral("libburn=libburn-1 libisofs=libisofs-1 "
+                                                  "libcdio=libcdio libblkid=blkid libzip=libzip "
+                                                  "libavcodec=libavcodec libsndfile=sndfile "
+                                                  "Qt=Qt6Core")
+                                       .split(u' '))
+            QTest::newRow(qPrintable(pair.section(u'=', 0, 0)))
+                << QStringList{"pkg-config", "--modversion", pair.section(u'=', 1)};
+        QTest::newRow("LAME") << QStringList{"lame", "--version"};
+    }
+    void aboutShowsTheLoadedVersions() {
+        QFETCH(QStringList, tool);
+        TestEnvironment env;
+        frmAbout about;
+        about.Form_Load();
+        const auto rows = about.lvwEngines->findItems(QTest::currentDataTag(), Qt::MatchExactly, 0);
+        QCOMPARE(rows.size(), 1);
+        const QString answer = QString::fromUtf8(ReadBack::run(tool[0], tool.mid(1)));
+        QCOMPARE(rows[0]->text(1), QRegularExpression("\\d+(\\.\\d+)+").match(answer).captured(0));
+    }
+
+    void f1OpensTheTopicOfTheFocusWindow_data() {
+        QTest::addColumn<QString>("topic");  // the row's tag is the command that opens it
+        QTest::addColumn<double>("opacity"); // with "Transparency Value" 0 in the options
+        QTest::newRow("ABOUT") << QStringLiteral("frmAbout") << 0.2; // faint, never invisible
+        QTest::newRow("LICENSE") << QStringLiteral("frmLicense") << 1.0;
+        QTest::newRow("WEB") << QStringLiteral("frmWeb") << 0.2;
+        QTest::newRow("NORMALIZE") << QStringLiteral("frmNormalize") << 1.0; // a child
+    }
+    void f1OpensTheTopicOfTheFocusWindow() {
+        QFETCH(QString, topic);
+        QFETCH(double, opacity);
+        TestEnvironment env;
+        env.writeFile("Dat/tessaly.ini", "[General]\r\nTransparency Value=0\r\n");
+        QVERIFY(env.startProgram());
+        DefaultInstance<mdiMain>::peek()->runCommand(QTest::currentDataTag());
+        QWidget *window = FormRegistry::find(topic);
+        QVERIFY(window);
+        QVERIFY(qAbs(window->windowOpacity() - opacity) < 0.01); // kept in steps of 1/255
+        // The focus somewhere in the window, where opening it or a click put it.
+        window->window()->activateWindow();
+        if (!window->isAncestorOf(QApplication::focusWidget()))
+            window->findChild<QPushButton *>()->setFocus();
+        QTRY_VERIFY(window->isAncestorOf(QApplication::focusWidget()));
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_F1);
+        QTRY_VERIFY(frmHelp::instance() && frmHelp::instance()->isVisible());
+        QCOMPARE(frmHelp::instance()->currentAnchor(), topic);
+        env.stopProgram();
+    }
+};
+
+QTEST_MAIN(tst_Desktop)
+#include "tst_desktop.moc"
