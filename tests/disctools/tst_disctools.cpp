@@ -1,6 +1,7 @@
 // The disc and recorder information windows and the erase dialog, on the Image Recorder and a
 // libburn file drive.
 #include "DiscToolsRig.h"
+#include "Fixtures.h"
 #include "Waits.h"
 
 #include "app/FormRegistry.h"
@@ -10,6 +11,7 @@
 #include "disctools/frmErase.h"
 #include "disctools/frmRecorderInfo.h"
 #include "disctools/frmSupDrives.h"
+#include "engine/system/SystemCalls.h"
 #include "engine/writer/recorders/image/ImageRecorder.h"
 
 #include <QDir>
@@ -31,6 +33,7 @@ private slots:
     void closesWhatStandsOpen_data();
     void closesWhatStandsOpen();
     void emptyTrayOnlySaysSo();
+    void fileDriveVolumeReadThroughLibburn();
     void recorderInformation_data();
     void recorderInformation();
     void eraseRefusesWhatItCant_data();
@@ -146,6 +149,19 @@ void tst_DiscTools::emptyTrayOnlySaysSo() {
     FormRegistry::open(QStringLiteral("frmDiscInfo"));
     QCOMPARE(rig.prompts(), QStringList{"No Media Loaded...Cannot Get Disc Info!"});
     QTRY_VERIFY(!DefaultInstance<frmDiscInfo>::peek());
+}
+
+void tst_DiscTools::fileDriveVolumeReadThroughLibburn() {
+    EngineRig rig(EngineRig::FileDrive);
+    QTemporaryDir src;
+    Fixtures::writeFile(src.filePath("a.bin"), Fixtures::pseudoRandom(100000, 3));
+    rig.engine.AddISOFile("\\a.bin", src.filePath("a.bin"));
+    rig.engine.setVolumeIdentifier("ON_FILE");
+    QVERIFY(rig.write());
+    QCOMPARE(isoinfoVolumeId(rig.disc), QStringLiteral("ON_FILE"));
+    QCOMPARE(SystemCalls::GetVolumeName("FILE:\\"), QStringLiteral("ON_FILE"));
+    QCOMPARE(SystemCalls::GetFileSystem("FILE:\\"), QStringLiteral("ISO 9660 + Joliet"));
+    QVERIFY(SystemCalls::VolumeSerialNumber("FILE:\\") != 0);
 }
 
 void tst_DiscTools::recorderInformation_data() {
