@@ -2,6 +2,7 @@
 #include "compilation/CompilationWindows.h"
 #include "dialogs/DialogWindows.h"
 #include "disctools/DiscInfoWindows.h"
+#include "disctools/DiscToolWindows.h"
 #include "ripping/RippingWindows.h"
 #include "ripping/ToolWindows.h"
 #include "writing/WritingWindows.h"
@@ -12,6 +13,7 @@ int main(int argc, char **argv) {
     registerWritingWindows();
     registerRippingWindows();
     registerToolWindows();
+    registerDiscToolWindows();
     registerDialogWindows();
     registerDiscInfoWindows();
     return app.run();

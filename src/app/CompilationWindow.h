@@ -24,6 +24,9 @@ public:
     virtual bool removeSelected(bool directory) = 0;
     // Opens the editor on the selected directory's (or file's) name; false with nothing selected.
     virtual bool renameSelected(bool directory) = 0;
+    // The engine's image took over a disc's last session: the tree opens on it and the list
+    // shows it. Only a data compilation has anything to show.
+    virtual void sessionImported() {}
 
 protected:
     CompilationWindow();

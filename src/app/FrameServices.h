@@ -46,6 +46,8 @@ public:
     virtual qint32 setSizeBar(qint32 maximum) = 0;
     // The picture of a status panel by its key ("NOTE"); empty for none.
     virtual void setStatusPicture(const QString &panel, const QString &pictureKey) = 0;
+    // The bar of a status panel with one ("CACHING"), in percent.
+    virtual void setStatusValue(const QString &panel, int value) = 0;
     // The chosen write speed as the speed list shows it ("52x 7800 kB/s").
     virtual QString writeSpeedText() const = 0;
     // The date the files of the image carry: modified (true) or added.

@@ -3,6 +3,7 @@
 #include "diagnostics/ErrorTrap.h"
 #include "mdiMain.h"
 #include "modDeclarations.h"
+#include "modGlobals.h"
 #include "widgets/DefaultInstance.h"
 
 #include <QGroupBox>
@@ -83,12 +84,7 @@ void frmChooseDiscType::cmdOK_Click() {
     if (optData->isChecked()) {
         accept();
         FormRegistry::open(QStringLiteral("frmData"), frame);
-        for (QString *text :
-             {&gstrVolumeIdentifier, &gstrVolumeApplicationIdentifier, &gstrVolumePublisher,
-              &gstrVolumeSystemIdentifier, &gstrVolumeSetIdentifier,
-              &gstrVolumeDataPreparerIdentifier, &gstrVolumeCopyrightFileIdentifier,
-              &gstrVolumeAbstractFileIdentifier, &gstrVolumeBiblioFileIdentifier})
-            text->clear();
+        ClearVolumeTexts();
         FormRegistry::open(QStringLiteral("ResetImage"), frame);
         if (frame)
             frame->CheckSession();

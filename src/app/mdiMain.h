@@ -85,6 +85,7 @@ public:
     void clearSizeBar() override;
     qint32 setSizeBar(qint32 maximum) override;
     void setStatusPicture(const QString &panel, const QString &pictureKey) override;
+    void setStatusValue(const QString &panel, int value) override;
     void useFileModifiedDate(bool modified) override;
     QString writeSpeedText() const override { return mstrSpeed; }
 
@@ -180,6 +181,8 @@ public:
     void Tessaly_EnumISOItems(const QString &sItemDestPath, const QString &sItemName,
                               bool bIsDirectory, VbDate dteFileDate, qint64 lFileSize);
     void Tessaly_ISOImageReset();
+    void Tessaly_ReplaceImportedISOFile(const QString &sDestPath, const QString &sNewSourcePath,
+                                        const QString &sFileName, bool &bReplaceFile);
     void txtVolIdentifier_Change();
 
     // Browser numbering: the top number handed out so far (reset by Close All), and the open

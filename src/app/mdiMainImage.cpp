@@ -54,6 +54,14 @@ void mdiMain::connectImageEvents() {
     connect(Tessaly, &CDWriterPro::ISOImageReset, this, [this] {
         ErrorTrap::run("Tessaly_ISOImageReset", "mdiMain", [this] { Tessaly_ISOImageReset(); });
     });
+    connect(Tessaly, &CDWriterPro::ReplaceImportedISOFile, this,
+            [this](const QString &sDestPath, const QString &sNewSourcePath,
+                   const QString &sFileName, bool &bReplaceFile) {
+                ErrorTrap::run("Tessaly_ReplaceImportedISOFile", "mdiMain", [&] {
+                    Tessaly_ReplaceImportedISOFile(sDestPath, sNewSourcePath, sFileName,
+                                                   bReplaceFile);
+                });
+            });
     connect(txtVolIdentifier, &QLineEdit::textChanged, this, [this] {
         ErrorTrap::run("txtVolIdentifier_Change", "mdiMain", [this] { txtVolIdentifier_Change(); });
     });
@@ -107,6 +115,13 @@ void mdiMain::Tessaly_ISOImageReset() {
     // The image is reset by its own window; with none open there is nothing to show it in.
     if (DataImageMirror::current())
         ResetImage();
+}
+
+void mdiMain::Tessaly_ReplaceImportedISOFile(const QString &, const QString &, const QString &,
+                                             bool &bReplaceFile) {
+    // The user put a file under that name on purpose: the new one takes the old one's place in
+    // the next session, the old one stays on the disc's earlier session.
+    bReplaceFile = true;
 }
 
 void mdiMain::ResetImage() {

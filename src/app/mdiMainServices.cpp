@@ -89,6 +89,10 @@ void mdiMain::setStatusPicture(const QString &panel, const QString &pictureKey) 
     smartStatusBar->Item(panel)->setImageKey(pictureKey);
 }
 
+void mdiMain::setStatusValue(const QString &panel, int value) {
+    smartStatusBar->Item(panel)->setValue(value);
+}
+
 void mdiMain::useFileModifiedDate(bool modified) {
     if (modified)
         ToolMenuFileDateModified();

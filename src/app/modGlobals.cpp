@@ -190,6 +190,27 @@ QString OpenSessionMessage() {
         "Close it with CD Recorder > Session Check..., or insert another disc.");
 }
 
+void SetVolumeIdentifiers(CDWriterPro *cdObj, const QString &volume) {
+    cdObj->setVolumeIdentifier(volume);
+    cdObj->setApplicationIdentifier(gstrVolumeApplicationIdentifier);
+    cdObj->setPublisherIdentifier(gstrVolumePublisher);
+    cdObj->setSystemIdentifier(gstrVolumeSystemIdentifier);
+    cdObj->setVolumeSetIdentifier(gstrVolumeSetIdentifier);
+    cdObj->setDataPreparerIdentifier(gstrVolumeDataPreparerIdentifier);
+    cdObj->setCopyrightFileIdentifier(gstrVolumeCopyrightFileIdentifier);
+    cdObj->setAbstractFileIdentifier(gstrVolumeAbstractFileIdentifier);
+    cdObj->setBiblioFileIdentifier(gstrVolumeBiblioFileIdentifier);
+}
+
+void ClearVolumeTexts() {
+    for (QString *text :
+         {&gstrVolumeIdentifier, &gstrVolumeApplicationIdentifier, &gstrVolumePublisher,
+          &gstrVolumeSystemIdentifier, &gstrVolumeSetIdentifier, &gstrVolumeDataPreparerIdentifier,
+          &gstrVolumeCopyrightFileIdentifier, &gstrVolumeAbstractFileIdentifier,
+          &gstrVolumeBiblioFileIdentifier})
+        text->clear();
+}
+
 QString WriteErrorText(qint32 WriteError, qint32 DriveError, const QString &sErrorInfo,
                        const QString &sSenseInfo) {
     QString text = QStringLiteral("Writing Error: (") + QString::number(WriteError) +

@@ -39,6 +39,12 @@ QString OpenSessionMessage();
 double GetUsedSpace(CDWriterPro *cdObj, int sizeFormat);
 double GetTotalSpace(CDWriterPro *cdObj, int sizeFormat);
 
+// The engine takes the volume's nine labels: `volume` as its name, the eight others from the
+// globals, in the order every write and save hands them over.
+void SetVolumeIdentifiers(CDWriterPro *cdObj, const QString &volume);
+// The nine label globals emptied, as a new data compilation starts with none.
+void ClearVolumeTexts();
+
 // The sentence of a WriteError event: its class and text, and for a drive failure the drive's
 // sentence and sense data.
 QString WriteErrorText(qint32 WriteError, qint32 DriveError, const QString &sErrorInfo,

@@ -433,6 +433,12 @@ void frmData::Reload() {
     services()->RecalcImageSize();
 }
 
+void frmData::sessionImported() {
+    if (tvwDirectories->topLevelItemCount() > 0)
+        tvwDirectories->topLevelItem(0)->setExpanded(true);
+    UpdateImage();
+}
+
 bool frmData::removeSelected(bool directory) {
     QTreeWidgetItem *item = selectedItemOf(directory ? tvwDirectories : lvwImageFiles);
     if (!item)

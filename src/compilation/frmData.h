@@ -89,6 +89,7 @@ public:
     void Reload() override;
     bool removeSelected(bool directory) override;
     bool renameSelected(bool directory) override;
+    void sessionImported() override;
 
     // The pictures of the frame's image list the tree and the list show ("CD", "FILE", ...).
     static QIcon picture(const QString &key);

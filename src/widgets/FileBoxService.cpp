@@ -52,8 +52,11 @@ std::optional<QString> FileBoxService::askReal(const Request &request) {
                                               toNameFilters(request.filter));
         break;
     case Mode::Save:
-        chosen = QFileDialog::getSaveFileName(parent, request.title, start,
-                                              toNameFilters(request.filter));
+        // Without the overwrite-prompt flag (2) the caller asks itself, once it has settled
+        // the name (an extension added), so the user is not asked twice.
+        chosen = QFileDialog::getSaveFileName(
+            parent, request.title, start, toNameFilters(request.filter), nullptr,
+            (request.flags & 2) ? QFileDialog::Options() : QFileDialog::DontConfirmOverwrite);
         break;
     case Mode::Folder:
         chosen = QFileDialog::getExistingDirectory(parent, request.title, start);

@@ -324,15 +324,7 @@ void frmBurn::setDataOptions() {
     // What the frame's box shows is what goes on the disc, also after this dialog was closed
     // once and emptied the labels.
     const QString shown = m_context.frame ? m_context.frame->volumeIdentifierText() : QString();
-    cd->setVolumeIdentifier(shown.isEmpty() ? gstrVolumeIdentifier : shown);
-    cd->setApplicationIdentifier(gstrVolumeApplicationIdentifier);
-    cd->setPublisherIdentifier(gstrVolumePublisher);
-    cd->setSystemIdentifier(gstrVolumeSystemIdentifier);
-    cd->setVolumeSetIdentifier(gstrVolumeSetIdentifier);
-    cd->setDataPreparerIdentifier(gstrVolumeDataPreparerIdentifier);
-    cd->setCopyrightFileIdentifier(gstrVolumeCopyrightFileIdentifier);
-    cd->setAbstractFileIdentifier(gstrVolumeAbstractFileIdentifier);
-    cd->setBiblioFileIdentifier(gstrVolumeBiblioFileIdentifier);
+    SetVolumeIdentifiers(cd, shown.isEmpty() ? gstrVolumeIdentifier : shown);
     cd->setCacheImage(chkCacheImage->isChecked());
     cd->EnableBurnProof(chkUseBurnProof->isChecked());
     cd->setTrackMode(chkUseMode2XA->isChecked() ? 2 : 1);
@@ -396,6 +388,19 @@ void frmBurn::EnableFormWrite(bool blnEnable) {
             compilation->EnableForm(blnEnable);
     }
     QCoreApplication::processEvents();
+}
+
+void frmBurn::followIsoWrite(const IsoWriteChoices &choices) {
+    chkUseMode2XA->setChecked(choices.mode2XA);
+    chkUseBurnProof->setChecked(choices.burnProof);
+    chkFinalizeDisc->setChecked(choices.finalize);
+    chkLogging->setChecked(choices.logging);
+    (choices.testWrite ? optTest : optWrite)->setChecked(true);
+    chkCacheImage->setChecked(false);
+    chkUseJoliet->setChecked(false);
+    cmdWrite->setEnabled(false);
+    chkLogging->setEnabled(false);
+    tmrBurn->start();
 }
 
 void frmBurn::reject() {

@@ -34,6 +34,7 @@ public:
     void writeEnded(const QString &action, const QString &animation) override;
     void offerRealWrite() override;
     bool closeWindowsWhenFinished() const override;
+    void followIsoWrite(const IsoWriteChoices &choices) override;
 
     QRadioButton *optWrite = nullptr;
     QRadioButton *optTest = nullptr;

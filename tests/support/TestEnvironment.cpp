@@ -6,6 +6,7 @@
 #include "app/modMain.h"
 #include "base/App.h"
 #include "compilation/CompilationWindows.h"
+#include "disctools/DiscToolWindows.h"
 #include "ripping/ToolWindows.h"
 #include "widgets/DefaultInstance.h"
 #include "writing/WritingWindows.h"
@@ -41,6 +42,7 @@ bool TestEnvironment::startProgram() {
     registerCompilationWindows();
     registerWritingWindows();
     registerToolWindows();
+    registerDiscToolWindows();
     modMain::Main();
     if (!modMain::Started())
         return false;

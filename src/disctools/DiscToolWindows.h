@@ -1,0 +1,4 @@
+#pragma once
+
+// Registers the disc tools' windows and commands with the frame's registry.
+void registerDiscToolWindows();
