@@ -1,5 +1,6 @@
 #include "app/TessalyApplication.h"
 #include "compilation/CompilationWindows.h"
+#include "copying/CopyingWindows.h"
 #include "dialogs/DialogWindows.h"
 #include "disctools/DiscInfoWindows.h"
 #include "disctools/DiscToolWindows.h"
@@ -13,6 +14,7 @@ int main(int argc, char **argv) {
     registerWritingWindows();
     registerRippingWindows();
     registerToolWindows();
+    registerCopyingWindows();
     registerDiscToolWindows();
     registerDialogWindows();
     registerDiscInfoWindows();

@@ -3,9 +3,12 @@
 # tools nobody here wrote (xorriso, cd-paranoia). Run it as a user who may open the drive:
 #
 #   tests/hardware/check-recorder.sh /dev/sr0 [build-dir]
+#   DEST=/dev/sr1 tests/hardware/check-recorder.sh /dev/sr0 [build-dir]   # with a second drive
 #
 # It asks for media as it goes; answer "s" to skip a step whose medium you don't have. A file
-# instead of a drive ("stdio:/tmp/disc.iso") runs the data steps without hardware.
+# instead of a drive ("stdio:/tmp/disc.iso") runs without hardware and without questions: each
+# step starts from the medium it needs (the file removed is a blank disc), and what a file can't
+# do is skipped by name.
 set -u
 DEV=${1:?usage: check-recorder.sh DEVICE [BUILD_DIR]}
 BUILD=${2:-$(dirname "$0")/../../build}
@@ -18,7 +21,10 @@ PASSED=0
 FAILED=0
 SKIPPED=0
 XDEV=$DEV
-case $DEV in stdio:*) XDEV=${DEV#stdio:} ;; esac
+FILE=0
+case $DEV in stdio:*) XDEV=${DEV#stdio:} FILE=1 ;; esac
+DEST=${DEST:-}
+XDEST=${DEST#stdio:}
 
 for t in xorriso cmp sha256sum; do
     command -v "$t" >/dev/null || { echo "missing tool: $t"; exit 1; }
@@ -28,8 +34,17 @@ done
 ok() { echo "PASS  $*"; PASSED=$((PASSED + 1)); }
 bad() { echo "FAIL  $*"; FAILED=$((FAILED + 1)); }
 check() { if eval "$2"; then ok "$1"; else bad "$1"; fi; }
+skip() { echo "SKIP  $1: $2"; SKIPPED=$((SKIPPED + 1)); }
+# On a file drive a check that needs a drive is skipped with the reason: filecheck NAME REASON TEST
+filecheck() { if [ "$FILE" = 1 ]; then skip "$1" "$2"; else check "$1" "$3"; fi; }
+# ask STATE PROMPT: a person puts the medium in; a file drive is made blank (STATE blank) or
+# kept as the last step left it (STATE any).
 ask() {
-    read -r -p ">>> $* [Enter when ready, s to skip] " answer
+    if [ "$FILE" = 1 ]; then
+        [ "$1" = blank ] && rm -f "$XDEV"
+        return 0
+    fi
+    read -r -p ">>> $2 [Enter when ready, s to skip] " answer
     if [ "$answer" = s ]; then SKIPPED=$((SKIPPED + 1)); return 1; fi
     "$TOOL" "$DEV" tray close >/dev/null
     return 0
@@ -41,7 +56,8 @@ run() {
     { echo "==== $*"; cat "$WORK/out"; } >>"$LOG"
     grep -q "RESULT complete" "$WORK/out"
 }
-info() { "$TOOL" "$DEV" info | awk -v k="$1" '$1 == k { print $2 }'; }
+info() { infoat "$DEV" "$1"; }
+infoat() { "$TOOL" "$1" info | awk -v k="$2" '$1 == k { print $2 }'; }
 files() { # DIR SEED: a tree of files that differ from each other
     mkdir -p "$1/sub"
     head -c 3000000 /dev/urandom >"$1/big.bin"
@@ -56,8 +72,8 @@ same() { # IMAGE-OR-DEVICE SBSECTOR PATH-ON-DISC LOCAL-FILE
         cmp -s "$WORK/x" "$4"
 }
 
-files "$WORK/one" 1
-files "$WORK/two" 2
+# One tree per step, so that a read-back passes only on what its own step wrote.
+for n in one two three four five; do files "$WORK/$n" "$n"; done
 
 echo "== drive list"
 "$TOOL" "$DEV" list
@@ -65,11 +81,12 @@ listed() { "$TOOL" "$DEV" list | head -n -1 | grep -q -e " $(basename "$XDEV") "
 check "the drive is listed before the Image Recorder" listed
 
 echo "== blank write-once disc (CD-R, DVD-R or DVD+R): simulation, two sessions, closing"
-if ask "put a BLANK write-once disc (CD-R best) into $DEV"; then
+if ask blank "put a BLANK write-once disc (CD-R best) into $DEV"; then
     "$TOOL" "$DEV" info
     check "blank: DiscStatus 0" '[ "$(info DiscStatus)" = 0 ]'
     check "blank: one empty session counted" '[ "$(info SessionCount)" = 1 ]'
-    check "MaxWriteSpeed is known" '[ "$(info MaxWriteSpeed)" -gt 0 ]'
+    filecheck "MaxWriteSpeed is known" "a file drive has no write speed" \
+        '[ "$(info MaxWriteSpeed)" -gt 0 ]'
     check "simulation completes" 'run write --test "$WORK/one"'
     check "simulation leaves the disc blank" '[ "$(info DiscStatus)" = 0 ]'
     check "first session is written and verified" 'run write "$WORK/one"'
@@ -85,15 +102,16 @@ if ask "put a BLANK write-once disc (CD-R best) into $DEV"; then
     check "session 1 reads back byte-identical" 'same "$XDEV" "$S1" /big.bin "$WORK/one/big.bin"'
     check "session 2 holds session 1's files" 'same "$XDEV" "$S2" /sub/small.bin "$WORK/one/sub/small.bin"'
     check "session 2 holds the new files" 'same "$XDEV" "$S2" /added/big.bin "$WORK/two/big.bin"'
-    check "closing the session" 'run finish session'
-    check "closing the disc" 'run finish disc'
-    check "the disc is closed" '[ "$(info DiscStatus)" = 2 ] && [ "$(info LastSessionStatus)" = 3 ]'
-    check "a closed disc refuses a write" '! run write "$WORK/one"'
-    grep RESULT "$WORK/out"
+    NOCLOSE="a file has no table of contents: nothing on it is ever closed"
+    filecheck "closing the session" "$NOCLOSE" 'run finish session'
+    filecheck "closing the disc" "$NOCLOSE" 'run finish disc'
+    filecheck "the disc is closed" "$NOCLOSE" \
+        '[ "$(info DiscStatus)" = 2 ] && [ "$(info LastSessionStatus)" = 3 ]'
+    filecheck "a closed disc refuses a write" "$NOCLOSE" '! run write "$WORK/one"'
 fi
 
 echo "== rewritable disc (CD-RW or DVD-RW): cancel, erase"
-if ask "put a REWRITABLE CD-RW or DVD-RW into $DEV (its contents will be lost)"; then
+if ask any "put a REWRITABLE CD-RW or DVD-RW into $DEV (its contents will be lost)"; then
     check "full erase" 'run erase full'
     check "erased: DiscStatus 0" '[ "$(info DiscStatus)" = 0 ]'
     head -c 200000000 /dev/urandom >"$WORK/big.bin" 2>/dev/null
@@ -102,13 +120,15 @@ if ask "put a REWRITABLE CD-RW or DVD-RW into $DEV (its contents will be lost)";
     check "a write cancelled at 1 % ends cancelled" 'grep -q "RESULT cancelled" "$WORK/out"'
     check "the drive is released after the cancel" '"$TOOL" "$DEV" info >/dev/null'
     check "quick erase after the cancel" 'run erase quick'
-    check "the next write works" 'run write "$WORK/one"'
-    check "and reads back" 'same "$XDEV" "$(info LastSessionStart)" /big.bin "$WORK/one/big.bin"'
+    check "the next write works" 'run write "$WORK/three"'
+    check "and reads back" 'same "$XDEV" "$(info LastSessionStart)" /big.bin "$WORK/three/big.bin"'
 fi
 
 echo "== audio CD (SAO), ripped back with cd-paranoia"
-if command -v cd-paranoia >/dev/null && command -v ffmpeg >/dev/null &&
-    ask "put a BLANK CD-R or an erased CD-RW into $DEV"; then
+if [ "$FILE" = 1 ]; then
+    skip "audio CD" "libburn writes only data to a file drive"
+elif command -v cd-paranoia >/dev/null && command -v ffmpeg >/dev/null &&
+    ask blank "put a BLANK CD-R or an erased CD-RW into $DEV"; then
     ffmpeg -loglevel error -f lavfi -i "sine=frequency=440:duration=20" -ac 2 -ar 44100 \
         -c:a pcm_s16le "$WORK/t1.wav"
     ffmpeg -loglevel error -f lavfi -i "anoisesrc=duration=15:seed=7" -ac 2 -ar 44100 \
@@ -123,7 +143,7 @@ if command -v cd-paranoia >/dev/null && command -v ffmpeg >/dev/null &&
 fi
 
 echo "== disc written at any address (DVD+RW, DVD-RAM, BD-RE): emulated sessions"
-if ask "put a DVD+RW, DVD-RAM or BD-RE into $DEV (its contents will be lost)"; then
+if ask any "put a DVD+RW, DVD-RAM or BD-RE into $DEV (its contents will be lost)"; then
     check "quick erase" 'run erase quick'
     check "blank: next session at 32" '[ "$(info NextWritable)" = 32 ]'
     check "first session" 'run write "$WORK/one"'
@@ -136,14 +156,46 @@ if ask "put a DVD+RW, DVD-RAM or BD-RE into $DEV (its contents will be lost)"; t
 fi
 
 echo "== ISO file to a blank disc"
-if ask "put a BLANK disc into $DEV"; then
-    xorriso -as mkisofs -R -o "$WORK/plain.iso" "$WORK/one" >/dev/null 2>&1
+if ask blank "put a BLANK disc into $DEV"; then
+    check "the disc is blank" '[ "$(info DiscStatus)" = 0 ]'
+    xorriso -as mkisofs -R -o "$WORK/plain.iso" "$WORK/four" >/dev/null 2>&1
     check "ISO file is written" 'run iso "$WORK/plain.iso"'
-    check "and reads back" 'same "$XDEV" 0 /big.bin "$WORK/one/big.bin"'
+    check "and reads back" 'same "$XDEV" 0 /big.bin "$WORK/four/big.bin"'
+fi
+
+echo "== disc to image and back: ISO, BIN/CUE, the cue sheet written to a blank disc"
+if ask blank "put a BLANK disc into $DEV (a data session is written first)"; then
+    check "a data session is written" 'run write "$WORK/five"'
+    check "the disc is read into an ISO file" 'run readdisc "$WORK/disc.iso"'
+    # shellcheck disable=SC2034 # read by check's eval
+    START=$(info LastSessionStart)
+    check "the ISO equals the session's blocks" \
+        'cmp -s "$WORK/disc.iso" <(dd if="$XDEV" bs=2048 skip="$START" status=none \
+            count=$(($(stat -c %s "$WORK/disc.iso") / 2048)))'
+    check "the disc is read into a BIN with its cue sheet" 'run readdisc "$WORK/disc.bin"'
+    check "the BIN starts with the ISO's blocks" \
+        'cmp -s -n "$(stat -c %s "$WORK/disc.iso")" "$WORK/disc.iso" "$WORK/disc.bin"'
+    if ask blank "put a BLANK disc into $DEV for the cue sheet"; then
+        check "the cue sheet is written" 'run cue "$WORK/disc.cue"'
+        check "and reads back" 'same "$XDEV" 0 /big.bin "$WORK/five/big.bin"'
+    fi
+fi
+
+echo "== disc copy to a second drive (DEST=...)"
+if [ -z "$DEST" ]; then
+    skip "disc copy" "no second drive named in DEST"
+elif ask any "leave the disc of the last step in $DEV; put a BLANK disc into $DEST"; then
+    [ "$FILE" = 1 ] && [ "${DEST#stdio:}" != "$DEST" ] && rm -f "$XDEST"
+    check "a test copy completes" 'run copy "$DEST" --test'
+    check "and leaves the destination blank" '[ "$(infoat "$DEST" DiscStatus)" = 0 ]'
+    check "the copy completes" 'run copy "$DEST"'
+    check "the copy reads back" 'same "$XDEST" 0 /big.bin "$WORK/five/big.bin"'
 fi
 
 echo "== tray"
-if ask "leave a disc in $DEV, the tray will open and close"; then
+if [ "$FILE" = 1 ]; then
+    skip "tray" "a file drive has no tray"
+elif ask any "leave a disc in $DEV, the tray will open and close"; then
     "$TOOL" "$DEV" tray open
     # shellcheck disable=SC2034 # read by check's eval
     read -r -p ">>> did the tray open? [y/n] " a

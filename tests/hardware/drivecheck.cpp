@@ -1,6 +1,8 @@
 // A command-line handle on the engine for a person with a recorder: check-recorder.sh drives
 // it step by step and reads the discs back with outside tools. Runs on one thread with an
 // event loop for the engine's events.
+#include "engine/copier/BlankDiscHandler.h"
+#include "engine/copier/CD2CD.h"
 #include "engine/writer/CDWriterPro.h"
 #include "engine/writer/recorders/DriveScanner.h"
 #include "engine/writer/recorders/Recorder.h"
@@ -30,7 +32,10 @@ void usage() {
            "  erase quick|full              blank or clear the medium\n"
            "  finish session|disc           close the session or the disc\n"
            "  tray open|close\n"
-           "  cancel DIR                    write DIR and cancel at 1 %\n";
+           "  cancel DIR                    write DIR and cancel at 1 %\n"
+           "  readdisc FILE                 the last session into FILE (.bin: with a cue sheet)\n"
+           "  cue FILE [--test]             write a cue sheet's tracks to the blank disc\n"
+           "  copy DEST [--test]            copy the disc to the recorder DEST (may be DEVICE)\n";
     out.flush();
 }
 
@@ -107,6 +112,40 @@ int ending(const JobOutcome &o) {
     return 2;
 }
 
+// Runs a copier job and waits for its one ending event.
+int copierJob(CD2CD &copier, const std::function<qint32()> &start) {
+    int result = 1;
+    QEventLoop loop;
+    QObject::connect(&copier, &CD2CD::JobComplete, &loop, [&] {
+        out << "RESULT complete\n";
+        result = 0;
+        loop.quit();
+    });
+    QObject::connect(&copier, &CD2CD::JobFailed, &loop, [&](const QString &why) {
+        out << "RESULT error " << why << "\n";
+        result = 2;
+        loop.quit();
+    });
+    if (start() < 0) {
+        out << "RESULT refused " << copier.ResultText() << "\n";
+        return 4;
+    }
+    loop.exec();
+    out.flush();
+    return result;
+}
+
+// A person at the drive: the tray opens, and Enter closes it on the blank disc put in.
+struct TrayAtTheDesk : BlankDiscHandler {
+    CD2CD *copier = nullptr;
+    void blankDiscWanted(qint32 address, const QString &driveName) override {
+        out << "put a blank disc into " << driveName << " and press Enter\n";
+        out.flush();
+        std::getchar();
+        copier->CloseTray(address);
+    }
+};
+
 // Runs the engine's write and waits for its one ending event.
 int engineWrite(CDWriterPro &engine, bool cancelAtOne, const std::function<bool()> &start) {
     int result = 1;
@@ -163,6 +202,10 @@ int main(int argc, char **argv) {
     // A file drive ("stdio:/path") lets the script be tried out without a recorder.
     if (device.startsWith(u"stdio:"))
         DriveScanner::addPseudoDrive(device.mid(6));
+    // A copy's second drive; file drives are listed in the order they were added.
+    const QString destination = command == u"copy" ? rest.value(0) : QString();
+    if (destination.startsWith(u"stdio:") && destination != device)
+        DriveScanner::addPseudoDrive(destination.mid(6));
     CDWriterPro engine;
     engine.InitializeDrives(false);
     qint32 index = -1;
@@ -170,8 +213,8 @@ int main(int argc, char **argv) {
         if (command == u"list")
             out << i << " " << engine.DriveLetter(i) << " | " << engine.DriveVendor(i) << " | "
                 << engine.DriveProduct(i) << " | recorder " << engine.DriveIsRecorder(i) << "\n";
-        if (engine.DriveLetter(i) == BurnRecorder::letterOf(device))
-            index = i;
+        if (index < 0 && engine.DriveLetter(i) == BurnRecorder::letterOf(device))
+            index = i; // the first: a file DEST is added after DEVICE
     }
     if (command == u"list")
         return 0;
@@ -181,6 +224,32 @@ int main(int argc, char **argv) {
     }
     BurnRecorder direct({device, {}, {}, true});
     PrintingMonitor monitor;
+
+    if (command == u"readdisc" || command == u"cue" || command == u"copy") {
+        CD2CD copier(&engine);
+        TrayAtTheDesk desk;
+        desk.copier = &copier;
+        copier.setBlankDiscHandler(&desk);
+        const qint32 address = copier.DeviceAddress(index);
+        const QString file = rest.value(0);
+        const qint32 test = rest.contains(QStringLiteral("--test")) ? 1 : 0;
+        if (command == u"readdisc")
+            return copierJob(copier, [&] {
+                return copier.ReadDiscToFile(address, file, file.endsWith(u".bin") ? 1 : 0);
+            });
+        if (command == u"cue")
+            return copierJob(copier, [&] {
+                return copier.SubmitAudioJob(address, file, CD2CD::MaxSpeed, test, 0);
+            });
+        // File drives are listed in the order they were added: a file DEST is the last one.
+        qint32 target = address;
+        for (qint32 i = 0; i < engine.DriveCount(); ++i)
+            if (destination != device &&
+                engine.DriveLetter(i) == BurnRecorder::letterOf(destination))
+                target = copier.DeviceAddress(i);
+        return copierJob(
+            copier, [&] { return copier.CopyDisc(address, target, CD2CD::MaxSpeed, test, 0); });
+    }
 
     if (command == u"info") {
         out << "MediaType " << engine.MediaType() << "\nDiscStatus " << engine.DiscStatus()

@@ -118,7 +118,7 @@ QList<int> cdInfoTrackStarts(const QString &cue) {
     const QString info = QString::fromUtf8(
         run("cd-info", {"--no-header", "--no-device-info", "--no-cddb", "--cue-file", cue}));
     QList<int> starts;
-    static const QRegularExpression row(R"(^\s*(\d+): \d\d:\d\d:\d\d\s+(\d+) (audio|leadout))",
+    static const QRegularExpression row(R"(^\s*(\d+): \d\d:\d\d:\d\d\s+(\d+) (audio|data|leadout))",
                                         QRegularExpression::MultilineOption);
     for (auto m = row.globalMatch(info); m.hasNext();)
         starts.append(m.next().captured(2).toInt());

@@ -6,6 +6,7 @@
 #include "app/modMain.h"
 #include "base/App.h"
 #include "compilation/CompilationWindows.h"
+#include "copying/CopyingWindows.h"
 #include "disctools/DiscToolWindows.h"
 #include "ripping/ToolWindows.h"
 #include "widgets/DefaultInstance.h"
@@ -42,6 +43,7 @@ bool TestEnvironment::startProgram() {
     registerCompilationWindows();
     registerWritingWindows();
     registerToolWindows();
+    registerCopyingWindows();
     registerDiscToolWindows();
     modMain::Main();
     if (!modMain::Started())

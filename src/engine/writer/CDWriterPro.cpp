@@ -183,7 +183,7 @@ bool CDWriterPro::CurrentDriveCapability(qint32 code) const {
 }
 
 void CDWriterPro::MoveTray(bool close) {
-    if (Recorder *r = d->currentDrive(); r && !d->jobRunning()) {
+    if (Recorder *r = d->currentDrive(); r && !d->jobRunning() && !r->claimed()) {
         r->moveTray(close);
         emit trayMoved();
     }
@@ -192,6 +192,10 @@ void CDWriterPro::MoveTray(bool close) {
 QString CDWriterPro::mediumIdentity(qint32 index) const {
     const Recorder *r = d->drive(index);
     return r ? r->mediumIdentity() : QString();
+}
+
+Recorder *CDWriterPro::recorder(qint32 index) const {
+    return d->drive(index);
 }
 
 bool CDWriterPro::isVirtualDrive(qint32 index) const {
@@ -553,10 +557,16 @@ bool CDWriterProPrivate::startJob(EngineJob::Setup setup, const ImageMaker &make
     setup.logPath = logging ? logPath : QString();
     const bool erase = setup.kind == EngineJob::Kind::Erase;
     const bool write = !erase && setup.kind != EngineJob::Kind::Finish;
-    auto made =
-        std::make_unique<EngineJob>(q, std::move(setup), [this, erase, write](const JobOutcome &o) {
+    // The copier may hold the drive: one job per drive.
+    Recorder *claimed = setup.recorder;
+    if (claimed && !claimed->tryClaim())
+        return false;
+    auto made = std::make_unique<EngineJob>(
+        q, std::move(setup), [this, erase, write, claimed](const JobOutcome &o) {
             job->wait();
             job.reset();
+            if (claimed)
+                claimed->releaseClaim();
             switch (o.kind) {
             case JobOutcome::Completed:
                 if (erase)
@@ -576,8 +586,11 @@ bool CDWriterProPrivate::startJob(EngineJob::Setup setup, const ImageMaker &make
         });
     if (makeImage) {
         IsoLibrary::BurnSourcePtr image = makeImage();
-        if (!image)
+        if (!image) {
+            if (claimed)
+                claimed->releaseClaim();
             return false;
+        }
         made->setImage(std::move(image));
     }
     job = std::move(made);

@@ -9,6 +9,7 @@
 #include <memory>
 
 class CDWriterProPrivate;
+class Recorder;
 
 // The disc-writing engine: the ISO image tree, the audio track list, the recorders and the
 // write, erase and close jobs. Lives on the UI thread; long jobs run on a worker thread of its
@@ -188,6 +189,9 @@ public:
     QString mediumIdentity(qint32 index) const;
     // For CDNotify: true for a drive that only exists in this program (the Image Recorder).
     bool isVirtualDrive(qint32 index) const;
+    // The drive objects, shared with the copier so that the machine is scanned once; owned by
+    // this engine. A job on a drive claims it (Recorder::tryClaim) for its length.
+    Recorder *recorder(qint32 index) const;
 
 signals:
     // Paths inside the image are written with backslashes ("\dir\sub\name"); "\" alone is

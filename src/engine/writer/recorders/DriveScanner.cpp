@@ -39,11 +39,15 @@ std::vector<std::unique_ptr<Recorder>> DriveScanner::scan() {
         q.vendor = QStringLiteral("libburn");
         q.product = QStringLiteral("File drive");
         q.writes = true;
+        q.revision = QStringLiteral("FILE"); // no firmware: the line says what it is
         drives.push_back(std::make_unique<BurnRecorder>(std::move(q)));
     }
     // The Image Recorder, which every machine has, is always listed last.
-    if (imageRecorderEnabledFlag)
+    if (imageRecorderEnabledFlag) {
         drives.push_back(std::make_unique<ImageRecorder>());
+        if (ImageRecorder::secondDriveEnabled())
+            drives.push_back(std::make_unique<ImageRecorder>(1));
+    }
     return drives;
 }
 

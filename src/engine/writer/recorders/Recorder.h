@@ -6,6 +6,7 @@
 #include <QList>
 #include <QPair>
 
+#include <atomic>
 #include <memory>
 #include <vector>
 
@@ -105,9 +106,9 @@ public:
     virtual QString letter() const = 0;
     virtual QString vendor() const = 0;
     virtual QString product() const = 0;
+    // The firmware revision as the drive reports it; empty when it reports none.
+    virtual QString revision() const { return {}; }
     virtual bool isRecorder() const = 0;
-    // The firmware revision from the drive's inquiry; empty when it gives none.
-    virtual QString revision() const { return QString(); }
     // True for a recorder that only exists in this program (its media events come from no
     // kernel, so it is watched by looking).
     virtual bool isVirtual() const { return false; }
@@ -117,6 +118,9 @@ public:
 
     virtual MediumState medium() const = 0;
     virtual void moveTray(bool close) = 0;
+    // Locks or unlocks the tray against the eject button; false when the drive has no lock.
+    virtual bool lockTray(bool) { return false; }
+    virtual bool trayLocked() const { return false; }
     // Cheap: a text that changes with the medium (put in, taken out, swapped); empty when the
     // drive holds none. Media events are made from its changes.
     virtual QString mediumIdentity() const = 0;
@@ -133,4 +137,16 @@ public:
     // Blanks a rewritable medium; closes what stands open. Later jobs; refused by default.
     virtual JobOutcome erase(bool quick, JobMonitor &monitor);
     virtual JobOutcome finish(bool closeDisc, JobMonitor &monitor);
+
+    // One job at a time on a drive, whichever engine runs it: a job claims its drives first and
+    // gives them back at its end. False when another job holds the drive. Any thread.
+    bool tryClaim() {
+        bool expected = false;
+        return m_claimed.compare_exchange_strong(expected, true);
+    }
+    void releaseClaim() { m_claimed.store(false); }
+    bool claimed() const { return m_claimed.load(); }
+
+private:
+    std::atomic<bool> m_claimed{false};
 };

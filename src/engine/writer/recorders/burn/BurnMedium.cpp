@@ -191,6 +191,8 @@ BurnMedium::Assessment BurnMedium::assess(BurnDrive &drive) {
             st.discType = 0;
             st.lastSessionStart = a.sessions.last().start;
             st.lastSessionMode = 1;
+            for (const OverwriteSessions::Session &s : a.sessions)
+                st.sessionExtents.append({s.start, s.blocks});
             st.sessionCount = qint32(a.sessions.size()) + (next >= 0 ? 1 : 0);
         }
         return a;

@@ -243,6 +243,20 @@ void BurnRecorder::moveTray(bool close) {
     BurnLibrary::takeMessages();
 }
 
+bool BurnRecorder::lockTray(bool lock) {
+    // A file has no tray; a drive's door lock is the kernel's to set.
+    if (isPseudoAddress(m_inquiry.address))
+        return false;
+    const int fd = ::open(QFile::encodeName(m_inquiry.address).constData(), O_RDONLY | O_NONBLOCK);
+    if (fd < 0)
+        return false;
+    const bool ok = ::ioctl(fd, CDROM_LOCKDOOR, lock ? 1 : 0) == 0;
+    ::close(fd);
+    if (ok)
+        m_locked.store(lock);
+    return ok;
+}
+
 bool BurnRecorder::readBlocks(qint32 lba, qint32 count, char *buffer) {
     QMutexLocker lock(&m_mutex);
     if (m_busy)

@@ -24,7 +24,7 @@ public:
         QString address; // libburn's address of the drive
         QString vendor, product;
         bool writes = false;
-        QString revision = {}; // firmware
+        QString revision = {}; // last, with its default, so older initialisers stay whole
     };
     explicit BurnRecorder(Inquiry inquiry);
     ~BurnRecorder() override;
@@ -40,6 +40,8 @@ public:
     QString vendor() const override { return m_inquiry.vendor; }
     QString product() const override { return m_inquiry.product; }
     QString revision() const override { return m_inquiry.revision; }
+    bool lockTray(bool lock) override;
+    bool trayLocked() const override { return m_locked; }
     bool isRecorder() const override { return m_inquiry.writes; }
     bool capability(qint32 code) const override;
     QList<qint32> writeSpeeds() const override;
@@ -81,4 +83,5 @@ private:
     mutable std::optional<quint64> m_capabilities;
     mutable bool m_busy = false;
     mutable QAtomicInt m_generation = 0; // media changes the kernel reported
+    std::atomic<bool> m_locked{false};
 };

@@ -20,9 +20,8 @@ const QString DescriptorSuffix = QStringLiteral(".tdisc");
 constexpr qint64 Block = 2048;
 constexpr qint64 ChunkBlocks = 32; // 64 KiB per write call
 
-QString setting(const QString &key, const QString &defaultValue) {
-    return IniFile::read(ImageRecorder::settingsFile(), QStringLiteral("Image Recorder"), key,
-                         defaultValue);
+QString setting(const QString &file, const QString &key, const QString &defaultValue) {
+    return IniFile::read(file, QStringLiteral("Image Recorder"), key, defaultValue);
 }
 
 // Moves a file into a folder, choosing a free name there.
@@ -46,15 +45,20 @@ QString moveInto(const QString &path, const QString &folder) {
 }
 } // namespace
 
-ImageRecorder::ImageRecorder() {
+ImageRecorder::ImageRecorder(qint32 unit)
+    : m_unit(unit)
+    , m_folder(unit == 0 ? folder() : folder() + QStringLiteral(" %1").arg(unit + 1))
+    , m_tray(m_folder + QStringLiteral("/Tray"))
+    , m_ejected(m_folder + QStringLiteral("/Ejected"))
+    , m_settings(m_folder + QStringLiteral("/Settings.ini")) {
     // On the very first start the recorder has no folder yet. A new user then finds a blank
     // disc waiting, as in a drive on the desk, rather than "insert a disc" at the first write.
-    const bool firstStart = !QFileInfo::exists(folder());
-    QDir().mkpath(trayFolder());
-    QDir().mkpath(ejectedFolder());
-    if (!QFileInfo::exists(settingsFile())) {
+    const bool firstStart = !QFileInfo::exists(m_folder);
+    QDir().mkpath(m_tray);
+    QDir().mkpath(m_ejected);
+    if (!QFileInfo::exists(m_settings)) {
         // The settings explain themselves to whoever opens the file.
-        QFile f(settingsFile());
+        QFile f(m_settings);
         if (f.open(QIODevice::WriteOnly | QIODevice::Text))
             f.write("; Settings of the Tessaly Image Recorder.\n"
                     "; BlankMedium: the disc loaded when the empty tray closes: CD-R 74, CD-R 80,\n"
@@ -63,9 +67,10 @@ ImageRecorder::ImageRecorder() {
                     ";   as the machine can.\n"
                     "; Failures on purpose, each for the next operation only (see the notes):\n"
                     ";   FailAtBlock, FailDriveCode, FailSense, UnreadableSourceAtBlock,\n"
-                    ";   RemoveMediumAtBlock, FailErase, FailClose.\n"
+                    ";   RemoveMediumAtBlock, FailErase, FailClose, UnreadableSector.\n"
                     "; WithholdCapability: capability codes (comma separated) the recorder\n"
                     ";   answers as missing.\n"
+                    "; SecondDrive: 1 lists a second Image Recorder (first drive's settings).\n"
                     "[Image Recorder]\n"
                     "BlankMedium=CD-R 80\n"
                     "EmulateSpeed=0\n");
@@ -116,9 +121,27 @@ bool ImageRecorder::putBack(const QString &descriptor) {
     return QFile::rename(descriptor, tray.filePath(QFileInfo(descriptor).fileName()));
 }
 
+bool ImageRecorder::secondDriveEnabled() {
+    return setting(settingsFile(), QStringLiteral("SecondDrive"), QStringLiteral("0")) == u"1";
+}
+
+QString ImageRecorder::letter() const {
+    return m_unit == 0 ? QStringLiteral("IMG") : QStringLiteral("IMG%1").arg(m_unit + 1);
+}
+
+QString ImageRecorder::product() const {
+    return m_unit == 0 ? QStringLiteral("Image Recorder")
+                       : QStringLiteral("Image Recorder %1").arg(m_unit + 1);
+}
+
+bool ImageRecorder::lockTray(bool lock) {
+    m_locked.store(lock);
+    return true;
+}
+
 bool ImageRecorder::capability(qint32 code) const {
     // A recorder of lesser make, on purpose: the codes listed are answered as missing.
-    const QString withheld = IniFile::read(settingsFile(), QStringLiteral("Image Recorder"),
+    const QString withheld = IniFile::read(m_settings, QStringLiteral("Image Recorder"),
                                            QStringLiteral("WithholdCapability"), QString());
     for (const QString &item : withheld.split(u',', Qt::SkipEmptyParts)) {
         if (item.trimmed() == QString::number(code))
@@ -160,7 +183,7 @@ QList<qint32> ImageRecorder::writeSpeeds() const {
 }
 
 QString ImageRecorder::mediumFile() const {
-    const QDir tray(trayFolder());
+    const QDir tray(m_tray);
     const QStringList descriptors =
         tray.entryList({QStringLiteral("*") + DescriptorSuffix}, QDir::Files, QDir::Name);
     if (!descriptors.isEmpty())
@@ -210,19 +233,19 @@ bool ImageRecorder::save(const Loaded &loaded) const {
 
 void ImageRecorder::ejectLoaded(const Loaded &loaded) const {
     if (loaded.descriptorPath.isEmpty()) {
-        moveInto(loaded.dataPath, ejectedFolder());
+        moveInto(loaded.dataPath, m_ejected);
         return;
     }
     QFile::remove(cuePath(loaded.dataPath));
     // The data file first: the descriptor is what makes a disc, so it goes last.
-    const QString data = moveInto(loaded.dataPath, ejectedFolder());
+    const QString data = moveInto(loaded.dataPath, m_ejected);
     Loaded moved = loaded;
     if (!data.isEmpty()) {
         moved.medium.dataFile = QFileInfo(data).fileName();
         moved.dataPath = data;
     }
     save(moved);
-    moveInto(loaded.descriptorPath, ejectedFolder());
+    moveInto(loaded.descriptorPath, m_ejected);
 }
 
 std::optional<ImageRecorder::Loaded> ImageRecorder::lockedLoad() const {
@@ -230,8 +253,9 @@ std::optional<ImageRecorder::Loaded> ImageRecorder::lockedLoad() const {
     return load();
 }
 
-void ImageRecorder::takeTime(const MediumKind &kind, qint64 blocks, JobMonitor &monitor) {
-    if (kind.maxSpeed <= 0 || setting(QStringLiteral("EmulateSpeed"), QStringLiteral("0")) != u"1")
+void ImageRecorder::takeTime(const MediumKind &kind, qint64 blocks, JobMonitor &monitor) const {
+    if (kind.maxSpeed <= 0 ||
+        setting(m_settings, QStringLiteral("EmulateSpeed"), QStringLiteral("0")) != u"1")
         return;
     // A second of a CD is 75 sectors of 2352 bytes at 1x (176 kB/s) whatever they hold; a DVD's
     // speed counts 2048-byte blocks.
@@ -251,28 +275,30 @@ MediumState ImageRecorder::medium() const {
 
 void ImageRecorder::moveTray(bool close) {
     QMutexLocker lock(&m_mutex);
-    QDir().mkpath(trayFolder());
-    QDir().mkpath(ejectedFolder());
+    QDir().mkpath(m_tray);
+    QDir().mkpath(m_ejected);
     const QString file = mediumFile();
     if (!close) {
+        if (m_locked.load())
+            return; // a locked tray stays shut, as a drive's does
         if (const auto loaded = load())
             ejectLoaded(*loaded);
         else if (!file.isEmpty())
-            moveInto(file, ejectedFolder()); // a broken descriptor goes out all the same
+            moveInto(file, m_ejected); // a broken descriptor goes out all the same
         return;
     }
     if (!file.isEmpty())
         return;
-    const MediumKind *kind =
-        ImageMedium::kindByName(setting(QStringLiteral("BlankMedium"), QStringLiteral("CD-R 80")));
+    const MediumKind *kind = ImageMedium::kindByName(
+        setting(m_settings, QStringLiteral("BlankMedium"), QStringLiteral("CD-R 80")));
     if (!kind || !kind->writable)
         kind = ImageMedium::kindByName(QStringLiteral("CD-R 80"));
     const QString base =
         QStringLiteral("Disc ") + QDateTime::currentDateTime().toString(u"yyyyMMdd-hhmmss-zzz");
     Loaded loaded;
     loaded.medium = ImageMedium::blank(*kind, base + QStringLiteral(".iso"));
-    loaded.descriptorPath = QDir(trayFolder()).filePath(base + DescriptorSuffix);
-    loaded.dataPath = QDir(trayFolder()).filePath(loaded.medium.dataFile);
+    loaded.descriptorPath = QDir(m_tray).filePath(base + DescriptorSuffix);
+    loaded.dataPath = QDir(m_tray).filePath(loaded.medium.dataFile);
     QFile data(loaded.dataPath);
     if (data.open(QIODevice::WriteOnly))
         save(loaded);
@@ -283,6 +309,13 @@ bool ImageRecorder::readBlocks(qint32 lba, qint32 count, char *buffer) {
     const auto loaded = load();
     // An audio disc has no 2048-byte blocks to read.
     if (!loaded || loaded->medium.isAudio() || lba < 0 || count < 0)
+        return false;
+    // A scratch the settings ask for: that block never reads, however often it is tried.
+    bool scratched = false;
+    const qint64 scratch =
+        setting(m_settings, QStringLiteral("UnreadableSector"), QStringLiteral("-1"))
+            .toLongLong(&scratched);
+    if (scratched && scratch >= lba && scratch < qint64(lba) + count)
         return false;
     QFile f(loaded->dataPath);
     if (!f.open(QIODevice::ReadOnly) || !f.seek(qint64(lba) * Block))
@@ -372,8 +405,9 @@ JobOutcome ImageRecorder::write(const WritePlan &plan, JobMonitor &monitor) {
 }
 
 JobOutcome ImageRecorder::writeTracks(const WritePlan &plan, Loaded &loaded, JobMonitor &monitor) {
-    const bool emulate = setting(QStringLiteral("EmulateSpeed"), QStringLiteral("0")) == u"1";
-    const ImageFaults faults = ImageFaults::fromSettings(settingsFile());
+    const bool emulate =
+        setting(m_settings, QStringLiteral("EmulateSpeed"), QStringLiteral("0")) == u"1";
+    const ImageFaults faults = ImageFaults::fromSettings(m_settings);
     const MediumKind *kind = ImageMedium::kindByName(loaded.medium.kindName);
     const qint32 speed = plan.speed > 0 ? std::min(plan.speed, kind->maxSpeed) : kind->maxSpeed;
     const qint32 mode = plan.tracks.front()->mode();
@@ -541,7 +575,7 @@ JobOutcome ImageRecorder::writeTracks(const WritePlan &plan, Loaded &loaded, Job
 }
 
 JobOutcome ImageRecorder::erase(bool quick, JobMonitor &monitor) {
-    const ImageFaults faults = ImageFaults::fromSettings(settingsFile());
+    const ImageFaults faults = ImageFaults::fromSettings(m_settings);
     std::optional<Loaded> loaded = lockedLoad();
     if (!loaded)
         return noMedium();
@@ -590,7 +624,7 @@ JobOutcome ImageRecorder::erase(bool quick, JobMonitor &monitor) {
 }
 
 JobOutcome ImageRecorder::finish(bool closeDisc, JobMonitor &monitor) {
-    const ImageFaults faults = ImageFaults::fromSettings(settingsFile());
+    const ImageFaults faults = ImageFaults::fromSettings(m_settings);
     std::optional<Loaded> loaded = lockedLoad();
     if (!loaded)
         return noMedium();

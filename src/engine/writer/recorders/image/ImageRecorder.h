@@ -5,6 +5,8 @@
 
 #include <QMutex>
 
+#include <atomic>
+
 // The Image Recorder: a virtual recorder whose tray is a folder under the application folder
 // and whose discs are files (format in README.md beside this file). Inquiry and tray members
 // run on the UI thread, write(), erase(), finish() and readBlocks() on the engine's worker
@@ -12,21 +14,30 @@
 // while its blocks go out, so the UI can ask about the medium meanwhile.
 class ImageRecorder : public Recorder {
 public:
-    ImageRecorder();
+    // Unit 0 is the recorder every machine has; unit 1 the second one that the first one's
+    // setting SecondDrive=1 adds, in the folder "Image Recorder 2".
+    explicit ImageRecorder(qint32 unit = 0);
+    static bool secondDriveEnabled();
 
+    // The first recorder's folders and settings.
     static QString folder();        // the recorder's folder in the application folder
     static QString trayFolder();    // a disc here is the disc in the drive
     static QString ejectedFolder(); // where eject puts the disc
     static QString settingsFile();
+    // This recorder's own.
+    QString ownFolder() const { return m_folder; }
+    QString ownTray() const { return m_tray; }
+    QString ownEjected() const { return m_ejected; }
+    QString ownSettings() const { return m_settings; }
     // The descriptor of the disc ejected last, or empty when none waits in Ejected/.
     static QString lastEjected();
     // Lays an ejected disc (its descriptor, data and cue sheet) back into an empty tray, as a
     // user puts a disc back into a drive; false when the tray holds a disc or a file can't move.
     static bool putBack(const QString &descriptor);
 
-    QString letter() const override { return QStringLiteral("IMG"); }
+    QString letter() const override;
     QString vendor() const override { return QStringLiteral("Tessaly"); }
-    QString product() const override { return QStringLiteral("Image Recorder"); }
+    QString product() const override;
     QString revision() const override { return QStringLiteral("1.00"); }
     bool isRecorder() const override { return true; }
     bool isVirtual() const override { return true; }
@@ -35,6 +46,8 @@ public:
 
     MediumState medium() const override;
     void moveTray(bool close) override;
+    bool lockTray(bool lock) override;
+    bool trayLocked() const override { return m_locked.load(); }
     QString mediumIdentity() const override { return mediumFile(); }
     // The descriptor (or plain image) that stands for the disc in the tray; empty if none.
     QString mediumFile() const;
@@ -59,9 +72,12 @@ private:
     std::optional<Loaded> lockedLoad() const;
     // Takes as long as a drive needs for `blocks` of the medium at its highest speed, when
     // speed emulation is on.
-    static void takeTime(const MediumKind &kind, qint64 blocks, JobMonitor &monitor);
+    void takeTime(const MediumKind &kind, qint64 blocks, JobMonitor &monitor) const;
     JobOutcome check(const WritePlan &plan, const std::optional<Loaded> &loaded) const;
     JobOutcome writeTracks(const WritePlan &plan, Loaded &loaded, JobMonitor &monitor);
 
+    qint32 m_unit;
+    QString m_folder, m_tray, m_ejected, m_settings;
+    std::atomic<bool> m_locked{false};
     mutable QMutex m_mutex;
 };
