@@ -178,7 +178,7 @@ void tst_DiscTools::recorderInformation_data() {
         << "lblValueCDRW=Not Supported|lblValueReadCDR=Unsupported|lblValueCDR=Supported";
     QTest::newRow("libburn file drive")
         << true << ""
-        << "lblValueDriveVendor=libburn|lblValueDriveModel=File drive|lblValueFirmware=N/A|"
+        << "lblValueDriveVendor=libburn|lblValueDriveModel=File drive|lblValueFirmware=FILE|"
            "lblValueDVDRAM=Supported|lblValueCDR=Not Supported";
 }
 
