@@ -18,39 +18,6 @@
 #include <QProcess>
 #include <QTemporaryDir>
 #include <QTextStream>
-#include <QtEndian>
-
-#include <cmath>
-
-namespace {
-// A wave of CD audio: a tone with noise, as music is neither silent nor periodic.
-bool writeWave(const QString &path, qint64 samples, quint32 seed) {
-    QFile f(path);
-    if (!f.open(QIODevice::WriteOnly))
-        return false;
-    QByteArray header(
-        "RIFF\0\0\0\0WAVEfmt \x10\0\0\0\x01\0\x02\0\x44\xac\0\0\x10\xb1\x02\0\x04\0\x10\0"
-        "data\0\0\0\0",
-        44);
-    qToLittleEndian(quint32(samples * 4 + 36), header.data() + 4);
-    qToLittleEndian(quint32(samples * 4), header.data() + 40);
-    f.write(header);
-    QByteArray block(44100 * 4, '\0');
-    for (qint64 done = 0; done < samples;) {
-        const qint64 n = qMin<qint64>(44100, samples - done);
-        for (qint64 i = 0; i < n; ++i) {
-            seed = seed * 1103515245u + 12345u;
-            const auto v = qint16(8000 * std::sin(double(done + i) * 0.05) + (seed >> 22) - 512);
-            qToLittleEndian(v, block.data() + 4 * i);
-            qToLittleEndian(qint16(-v), block.data() + 4 * i + 2);
-        }
-        f.write(block.constData(), n * 4);
-        done += n;
-    }
-    return true;
-}
-
-} // namespace
 
 int main(int argc, char **argv) {
     QCoreApplication app(argc, argv);
@@ -60,20 +27,8 @@ int main(int argc, char **argv) {
     const int tracks = argc > 2 ? qMax(1, atoi(argv[2])) : 12;
     QTextStream out(stdout);
 
-    QDir().mkpath(ImageRecorder::folder());
-    IniFile::write(ImageRecorder::settingsFile(), "Image Recorder", "EmulateSpeed", "0");
-    // The gaps take their 2 seconds each from the disc's length.
-    const qint64 samples = (qint64(minutes) * 60 - 2 * tracks) * 44100 / tracks;
-    QStringList waves;
-    for (int i = 0; i < tracks; ++i) {
-        waves << folder.filePath(QStringLiteral("src%1.wav").arg(i + 1));
-        if (!writeWave(waves.last(), samples, quint32(i + 1)))
-            return 1;
-    }
-    if (!writeAudioDisc(waves))
+    if (!makeAudioDisc(folder.path(), minutes, tracks))
         return 1;
-    for (const QString &w : waves)
-        QFile::remove(w);
 
     QElapsedTimer t;
     t.start();

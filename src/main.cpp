@@ -4,6 +4,7 @@
 #include "dialogs/DialogWindows.h"
 #include "disctools/DiscInfoWindows.h"
 #include "disctools/DiscToolWindows.h"
+#include "printing/PrintingWindows.h"
 #include "ripping/RippingWindows.h"
 #include "ripping/ToolWindows.h"
 #include "writing/WritingWindows.h"
@@ -17,6 +18,7 @@ int main(int argc, char **argv) {
     registerCopyingWindows();
     registerDiscToolWindows();
     registerDialogWindows();
+    registerPrintingWindows();
     registerDiscInfoWindows();
     return app.run();
 }

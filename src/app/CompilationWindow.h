@@ -1,6 +1,31 @@
 #pragma once
 
+#include <QList>
+#include <QString>
+
 class QWidget;
+
+// The content of a compilation as a printed list shows it: a data compilation's folders in the
+// order they were added, each with its files as its list shows them; an audio compilation's
+// tracks. Texts are the windows' own.
+struct CompilationListing {
+    struct File {
+        QString name;
+        QString size;
+    };
+    struct Folder {
+        QString fullPath; // the names from the root down, joined by "\"
+        QList<File> files;
+    };
+    struct Track {
+        QString track;
+        QString fileName;
+        QString time;
+    };
+    bool isData = true;
+    QList<Folder> folders;
+    QList<Track> tracks;
+};
 
 // What the frame and the write dialog ask of the open compilation, data or audio, whichever it
 // is. The window registers itself while it exists; only one compilation is open at a time.
@@ -27,6 +52,8 @@ public:
     // The engine's image took over a disc's last session: the tree opens on it and the list
     // shows it. Only a data compilation has anything to show.
     virtual void sessionImported() {}
+    // What a printed list of the compilation shows.
+    virtual CompilationListing listing() = 0;
 
 protected:
     CompilationWindow();

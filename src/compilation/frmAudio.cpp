@@ -357,3 +357,13 @@ void frmAudio::resizeEvent(QResizeEvent *event) {
     } catch (...) {
     }
 }
+
+CompilationListing frmAudio::listing() {
+    CompilationListing list;
+    list.isData = false;
+    for (int i = 0; i < lvwAudioTracks->topLevelItemCount(); ++i) {
+        const QTreeWidgetItem *row = lvwAudioTracks->topLevelItem(i);
+        list.tracks.append({row->text(0), row->text(1), row->text(3)});
+    }
+    return list;
+}

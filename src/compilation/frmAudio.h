@@ -69,6 +69,7 @@ public:
     // An audio compilation has no directories and no names to change.
     bool removeSelected(bool) override { return false; }
     bool renameSelected(bool) override { return false; }
+    CompilationListing listing() override;
     CDWriterPro *engine() const { return m_context.engine; }
     FrameServices *services() const { return m_context.frame; }
     void Form_Unload(int &Cancel);

@@ -239,6 +239,7 @@ QTreeWidgetItem *frmData::addNode(const QString &parentKey, const QString &key, 
     auto *item = new QTreeWidgetItem;
     item->setText(0, text);
     item->setData(0, Qt::UserRole, key);
+    item->setData(0, AddedRole, ++m_nodesAdded);
     item->setFlags(item->flags() | Qt::ItemIsEditable);
     QIcon icon;
     icon.addPixmap(picture(image).pixmap(16), QIcon::Normal);

@@ -90,6 +90,7 @@ public:
     bool removeSelected(bool directory) override;
     bool renameSelected(bool directory) override;
     void sessionImported() override;
+    CompilationListing listing() override;
 
     // The pictures of the frame's image list the tree and the list show ("CD", "FILE", ...).
     static QIcon picture(const QString &key);
@@ -109,8 +110,12 @@ private:
     int innerHeight() const;
     bool dropOnView(QObject *watched, QEvent *event);
 
+    // A node's place in the order the image's folders were added, whatever the tree's sorting.
+    static constexpr int AddedRole = Qt::UserRole + 2;
+
     WindowContext m_context;
     QHash<QString, QTreeWidgetItem *> m_nodes;
+    qint64 m_nodesAdded = 0;
     QHash<QString, QAction *> m_entries;
     // The frame's pop-ups this window filled; the frame may be going down before the window.
     QPointer<QMenu> m_popupTV;

@@ -13,6 +13,8 @@
 #include "widgets/KeyedToolbar.h"
 #include "widgets/Twips.h"
 
+#include <algorithm>
+
 #include <QCloseEvent>
 #include <QHeaderView>
 #include <QLineEdit>
@@ -187,4 +189,33 @@ void frmData::setListSort(int sortKey) {
         lvwImageFiles->sortByColumn(sortKey, Qt::AscendingOrder);
     else
         lvwImageFiles->header()->setSortIndicatorShown(false);
+}
+
+CompilationListing frmData::listing() {
+    QList<QTreeWidgetItem *> folders = m_nodes.values();
+    std::sort(folders.begin(), folders.end(), [](QTreeWidgetItem *a, QTreeWidgetItem *b) {
+        return a->data(0, AddedRole).toLongLong() < b->data(0, AddedRole).toLongLong();
+    });
+    CompilationListing list;
+    list.isData = true;
+    for (QTreeWidgetItem *folder : folders) {
+        CompilationListing::Folder entry;
+        QStringList names;
+        for (QTreeWidgetItem *at = folder; at; at = at->parent())
+            names.prepend(at->text(0));
+        entry.fullPath = names.join(u'\\');
+        // The files as the list shows them, in its order.
+        LoadFileList(keyOf(folder));
+        for (int i = 0; i < lvwImageFiles->topLevelItemCount(); ++i) {
+            const QTreeWidgetItem *row = lvwImageFiles->topLevelItem(i);
+            entry.files.append({row->text(0), row->text(1)});
+        }
+        list.folders.append(entry);
+    }
+    // The window shows the root again, as after a fresh start.
+    if (QTreeWidgetItem *root = node(QStringLiteral("\\"))) {
+        tvwDirectories->setCurrentItem(root);
+        LoadFileList(keyOf(root));
+    }
+    return list;
 }

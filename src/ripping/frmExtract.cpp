@@ -118,6 +118,7 @@ void frmExtract::connectRipper() {
     TRAPPED_CONNECT(r, &CDRipperX::ExtractionStatus, frmExtract, m_objRipper_ExtractionStatus);
     TRAPPED_CONNECT(r, &CDRipperX::ExtractingFileEnd, frmExtract, m_objRipper_ExtractingFileEnd);
     TRAPPED_CONNECT(r, &CDRipperX::ExtractionEnd, frmExtract, m_objRipper_ExtractionEnd);
+    TRAPPED_CONNECT(r, &CDRipperX::EncoderFailed, frmExtract, m_objRipper_EncoderFailed);
 }
 
 void frmExtract::log(const QString &line) {
@@ -284,4 +285,9 @@ void frmExtract::reject() {
         QDialog::reject();
     else
         cmdCancel_Click();
+}
+
+void frmExtract::m_objRipper_EncoderFailed(const QString &Description) {
+    // The encoder's reason stands in the log beside the failure it explains.
+    log(Description);
 }

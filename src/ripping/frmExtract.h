@@ -56,6 +56,7 @@ public:
     void m_objRipper_ExtractionStatus(qint32 Status, qint32 CurrentFrame);
     void m_objRipper_ExtractingFileEnd();
     void m_objRipper_ExtractionEnd();
+    void m_objRipper_EncoderFailed(const QString &Description);
 
 protected:
     // Closing mid-job cancels the job first and waits for its end.

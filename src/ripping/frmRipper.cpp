@@ -2,11 +2,17 @@
 
 #include "RippingWindows.h"
 #include "frmExtract.h"
+#include "frmMp3Settings.h"
+#include "frmVorbisSettings.h"
+#include "frmWMASettings.h"
 
 #include "app/FormRegistry.h"
 #include "base/App.h"
 #include "diagnostics/ErrorTrap.h"
 #include "diagnostics/TrappedConnect.h"
+#include "engine/encoders/MP3EncoderX.h"
+#include "engine/encoders/VorbisEncoderX.h"
+#include "engine/encoders/WMAEncoderX.h"
 #include "engine/ripper/CDRipperX.h"
 #include "widgets/DefaultInstance.h"
 #include "widgets/KeyedItem.h"
@@ -39,8 +45,13 @@ frmRipper::frmRipper(const WindowContext &context, QWidget *parent)
 
 frmRipper::frmRipper(CDRipperX *ripper, QWidget *parent)
     : QWidget(parent)
+    , MP3EncoderXP(std::make_shared<MP3EncoderX>())
+    , VorbisEncoderXP(std::make_shared<VorbisEncoderX>())
+    , WMAEncoderXP(std::make_shared<WMAEncoderX>())
     , m_ripper(ripper) {
     setObjectName(QStringLiteral("frmRipper"));
+    // What the MP3 dialog's OK kept last time holds from the start.
+    frmMp3Settings::ApplySavedSettings(*MP3EncoderXP, *VorbisEncoderXP);
     setAttribute(Qt::WA_DeleteOnClose);
     setWindowTitle(QStringLiteral("Rip Audio CD"));
     buildControls();
@@ -212,16 +223,19 @@ void frmRipper::cboSpeeds_Click() {
 }
 
 void frmRipper::cboEncoders_Click() {
-    // The encoders are not part of the program yet: every encoded output has no object, so
-    // the ripper refuses to start rather than write something else than was asked for.
     const int choice = cboEncoders->currentData().toInt();
     m_objEncoder.reset();
+    if (choice == 0)
+        m_objEncoder = MP3EncoderXP;
+    else if (choice == 2)
+        m_objEncoder = VorbisEncoderXP;
+    else if (choice == 3)
+        m_objEncoder = WMAEncoderXP;
     if (!m_ripper)
         return;
-    const bool encoded = choice == 0 || choice == 2 || choice == 3;
-    if (encoded)
+    if (m_objEncoder)
         m_ripper->SetEncoder(m_objEncoder);
-    m_ripper->setUseEncoder(encoded);
+    m_ripper->setUseEncoder(bool(m_objEncoder));
 }
 
 void frmRipper::EnablePlayButtons(bool bEnable) {
@@ -351,7 +365,8 @@ void frmRipper::openWindow(const QString &name, const QString &what) {
 }
 
 void frmRipper::cmdSettings_Click() {
-    openWindow(QStringLiteral("frmMp3Settings"), QStringLiteral("MP3 Settings"));
+    // The MP3 page, whatever output is chosen.
+    frmMp3Settings::ShowForm(MP3EncoderXP, VorbisEncoderXP, this);
 }
 
 void frmRipper::cmdCancel_Click() {
@@ -371,9 +386,9 @@ void frmRipper::smartMenuRipper_Click(KeyedItem *Item) {
     else if (key == u"MP3SETTINGS")
         cmdSettings_Click();
     else if (key == u"OGGVORBISSETTINGS")
-        openWindow(QStringLiteral("frmVorbisSettings"), QStringLiteral("Ogg Vorbis Settings"));
+        frmVorbisSettings::ShowForm(VorbisEncoderXP, this);
     else if (key == u"WMASETTINGS")
-        openWindow(QStringLiteral("frmWMASettings"), QStringLiteral("Windows Media Settings"));
+        frmWMASettings::ShowForm(WMAEncoderXP, this);
     else if (key == u"ABOUT")
         openWindow(QStringLiteral("frmAbout"), QStringLiteral("About"));
 }

@@ -6,6 +6,9 @@
 #include <memory>
 
 class AudioEncoder;
+class MP3EncoderX;
+class VorbisEncoderX;
+class WMAEncoderX;
 class CDRipperX;
 class KeyedItem;
 class KeyedMenu;
@@ -41,6 +44,10 @@ public:
 
     bool m_bReadTOC = false;
     std::shared_ptr<AudioEncoder> m_objEncoder;
+    // The three encoders of the window, each with the settings its dialog gave it.
+    std::shared_ptr<MP3EncoderX> MP3EncoderXP;
+    std::shared_ptr<VorbisEncoderX> VorbisEncoderXP;
+    std::shared_ptr<WMAEncoderX> WMAEncoderXP;
 
     void Form_Load();
     void EnablePlayButtons(bool bEnable);

@@ -2,7 +2,11 @@
 #include "PictureList.h"
 
 #include <QAction>
+#include <QComboBox>
+#include <QLabel>
+#include <QLineEdit>
 #include <QMenu>
+#include <QSignalBlocker>
 
 KeyedItem::KeyedItem(const QString &key, QAction *action, QObject *parent, QMenu *menu)
     : QObject(parent)
@@ -35,6 +39,8 @@ bool KeyedItem::Checked() const {
 }
 
 void KeyedItem::restoreCheck() {
+    if (m_toggle)
+        m_checked = m_action->isChecked();
     if (m_action->isChecked() != m_checked)
         m_action->setChecked(m_checked);
 }
@@ -57,4 +63,26 @@ void KeyedItem::setCaption(const QString &value) {
 void KeyedItem::setPictureKey(const QString &key) {
     m_pictureKey = key;
     m_action->setIcon(key.isEmpty() ? QIcon() : PictureList::icon(key));
+}
+
+QString KeyedItem::Text() const {
+    if (auto *edit = qobject_cast<QLineEdit *>(m_control))
+        return edit->text();
+    if (auto *list = qobject_cast<QComboBox *>(m_control))
+        return list->currentText();
+    if (auto *label = qobject_cast<QLabel *>(m_control))
+        return label->text();
+    return Caption();
+}
+
+void KeyedItem::setText(const QString &value) {
+    const QSignalBlocker quiet(m_control);
+    if (auto *edit = qobject_cast<QLineEdit *>(m_control))
+        edit->setText(value);
+    else if (auto *list = qobject_cast<QComboBox *>(m_control))
+        list->setCurrentIndex(list->findText(value));
+    else if (auto *label = qobject_cast<QLabel *>(m_control))
+        label->setText(value);
+    else
+        setCaption(value);
 }

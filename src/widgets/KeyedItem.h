@@ -6,6 +6,7 @@
 
 class QAction;
 class QMenu;
+class QWidget;
 
 // One keyed item of a menu or a toolbar: enabled, shown (0 hidden, 1 shown) and checked
 // states, a caption, a tag and its picture key. A menu's own item also holds its drop-down.
@@ -34,8 +35,17 @@ public:
     QString PictureKey() const { return m_pictureKey; }
     void setPictureKey(const QString &key);
 
-    // A click leaves the check mark to the program: the toolkit's own toggle is undone.
+    // A click leaves the check mark to the program: the toolkit's own toggle is undone, but for
+    // a toggle item, whose check follows the click.
     void restoreCheck();
+    void setToggle(bool value) { m_toggle = value; }
+
+    // The control of a toolbar item that is a text box, a list or a label; null for a button.
+    QWidget *control() const { return m_control; }
+    void setControl(QWidget *control) { m_control = control; }
+    // The text of that control: typed, picked or shown. Setting it raises no change.
+    QString Text() const;
+    void setText(const QString &value);
 
     QVariant Tag;
     int ItemType = 0;
@@ -45,5 +55,7 @@ private:
     QAction *m_action;
     QString m_pictureKey;
     QMenu *m_menu;
+    QWidget *m_control = nullptr;
     bool m_checked = false;
+    bool m_toggle = false;
 };

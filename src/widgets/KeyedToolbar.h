@@ -19,6 +19,13 @@ public:
     // A button with its tool tip; a picture key that is empty means the button's own key.
     KeyedItem *addItem(const QString &key, const QString &toolTip, const QString &pictureKey = {});
     void addSeparator();
+    // Items that hold a control: a text box that changes on Return or when left, a list that
+    // changes when an entry is picked, a label, and a button whose check flips at each click.
+    KeyedItem *addTextBox(const QString &key, const QString &toolTip, int widthPixels);
+    KeyedItem *addList(const QString &key, const QString &toolTip, const QStringList &entries);
+    KeyedItem *addLabel(const QString &key, const QString &text);
+    KeyedItem *addToggle(const QString &key, const QString &toolTip,
+                         const QString &pictureKey = {});
 
     // The button of a key; an unknown key raises Invalid procedure call or argument (5).
     KeyedItem *Item(const QString &key) const;
@@ -35,8 +42,12 @@ public:
 
 signals:
     void Click(KeyedItem *Item);
+    // The user changed the text of a text box or the entry of a list ("Text").
+    void Change(KeyedItem *Item, const QString &PropertyName);
 
 private:
+    KeyedItem *addControl(const QString &key, QWidget *control);
+
     QToolBar *m_bar;
     QHash<QString, KeyedItem *> m_items;
     QStringList m_order;

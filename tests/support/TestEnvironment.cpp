@@ -8,6 +8,7 @@
 #include "compilation/CompilationWindows.h"
 #include "copying/CopyingWindows.h"
 #include "disctools/DiscToolWindows.h"
+#include "printing/PrintingWindows.h"
 #include "ripping/ToolWindows.h"
 #include "widgets/DefaultInstance.h"
 #include "writing/WritingWindows.h"
@@ -45,6 +46,7 @@ bool TestEnvironment::startProgram() {
     registerToolWindows();
     registerCopyingWindows();
     registerDiscToolWindows();
+    registerPrintingWindows();
     modMain::Main();
     if (!modMain::Started())
         return false;

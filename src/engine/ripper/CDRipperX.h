@@ -86,6 +86,9 @@ signals:
     void ExtractionStatus(qint32 Status, qint32 CurrentFrame);
     void ExtractingFileEnd();
     void ExtractionEnd();
+    // Why the encoder could not create, write or close a file; comes before that file's
+    // failure status.
+    void EncoderFailed(const QString &Description);
     // Playing could not start; the text says why.
     void PlayFailed(const QString &message);
 

@@ -11,9 +11,12 @@
 #include <condition_variable>
 #include <deque>
 #include <functional>
+#include <map>
 #include <memory>
 #include <mutex>
+#include <set>
 #include <thread>
+#include <vector>
 
 class CDRipperX;
 
@@ -30,9 +33,10 @@ struct ExtractionItem {
 // disc. Called on the reading thread.
 using ReadFilter = std::function<void(qint32 lsn, qint32 frames, char *pcm)>;
 
-// An extraction: made on the UI thread; one thread reads through paranoia, another hands the
-// audio to the encoder and posts every event to the ripper, so events arrive on the UI thread
-// in the order the files were written.
+// An extraction: made on the UI thread; one thread reads through paranoia, another hands each
+// track's audio to a thread of its own that encodes its file. Files are encoded side by side,
+// one per core, when the encoder can be cloned; their events are held back so that they arrive
+// on the UI thread file after file, in the order of the queue.
 class ExtractionJob {
 public:
     struct Setup {
@@ -46,7 +50,7 @@ public:
     ~ExtractionJob(); // cancels and waits
 
     void start();
-    void cancel() { m_cancel.store(true); }
+    void cancel();
     void wait();
 
     // Paranoia's callback, on the reading thread; maps its reports to status codes.
@@ -56,7 +60,7 @@ public:
 private:
     struct Message {
         enum Kind { Begin, Pcm, Status, End, Cancelled, Finish } kind;
-        int item = 0;
+        int item = 0; // -1: the job's, no file's
         qint32 status = 0;
         qint32 frame = 0;
         QByteArray pcm;
@@ -64,6 +68,14 @@ private:
     void read();
     bool readItem(int index, cdrom_paranoia_t *paranoia);
     void encode();
+    struct Lane;
+    void runLane(Lane &lane);
+    // Posts an event of a file, held back while an earlier file is still in work; a file with
+    // no number (-1) is posted at once.
+    void postFor(int item, std::function<void(CDRipperX *)> event);
+    void statusFor(int item, qint32 code, qint32 frame);
+    // The file's last event is out: the next file's held events follow.
+    void itemDone(int item);
     void slowDown(qint32 frame);
     void push(Message message);
     Message pop();
@@ -78,6 +90,16 @@ private:
     std::mutex m_mutex;
     std::condition_variable m_changed;
     std::deque<Message> m_queue;
+    // Encoding threads, by file (behind m_mutex).
+    std::map<int, std::unique_ptr<Lane>> m_lanes;
+    qint64 m_laneBytes = 0;
+    // Events held back, by file (behind m_orderMutex).
+    std::mutex m_orderMutex;
+    int m_head = 0;
+    bool m_dropHeld = false;
+    std::set<int> m_done;
+    std::map<int, std::vector<std::function<void(CDRipperX *)>>> m_held;
+    int m_readingItem = -1; // reading thread only
     // Reading thread only.
     long (*m_driveRead)(cdrom_drive_t *, void *, lsn_t, long) = nullptr;
     cdrom_drive_t *m_cdda = nullptr;

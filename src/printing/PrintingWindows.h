@@ -1,0 +1,4 @@
+#pragma once
+
+// Registers the print preview and the frame's print commands with the form registry.
+void registerPrintingWindows();
