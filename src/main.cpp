@@ -2,6 +2,7 @@
 #include "compilation/CompilationWindows.h"
 #include "copying/CopyingWindows.h"
 #include "dialogs/DialogWindows.h"
+#include "disctools/DiscInfoWindows.h"
 #include "disctools/DiscToolWindows.h"
 #include "printing/PrintingWindows.h"
 #include "ripping/RippingWindows.h"
@@ -18,5 +19,6 @@ int main(int argc, char **argv) {
     registerDiscToolWindows();
     registerDialogWindows();
     registerPrintingWindows();
+    registerDiscInfoWindows();
     return app.run();
 }

@@ -210,3 +210,13 @@ void ClearVolumeTexts() {
           &gstrVolumeBiblioFileIdentifier})
         text->clear();
 }
+
+QString WriteErrorText(qint32 WriteError, qint32 DriveError, const QString &sErrorInfo,
+                       const QString &sSenseInfo) {
+    QString text = QStringLiteral("Writing Error: (") + QString::number(WriteError) +
+                   QStringLiteral(")   ") + sErrorInfo + QStringLiteral("\r\n");
+    if (WriteError == 3)
+        text += GetDriveErrorMessage(DriveError) + QStringLiteral("\r\nError Sense Data: ") +
+                sSenseInfo;
+    return text;
+}

@@ -44,3 +44,8 @@ double GetTotalSpace(CDWriterPro *cdObj, int sizeFormat);
 void SetVolumeIdentifiers(CDWriterPro *cdObj, const QString &volume);
 // The nine label globals emptied, as a new data compilation starts with none.
 void ClearVolumeTexts();
+
+// The sentence of a WriteError event: its class and text, and for a drive failure the drive's
+// sentence and sense data.
+QString WriteErrorText(qint32 WriteError, qint32 DriveError, const QString &sErrorInfo,
+                       const QString &sSenseInfo);

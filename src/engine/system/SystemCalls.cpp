@@ -1,13 +1,18 @@
 #include "SystemCalls.h"
+#include "DiscVolume.h"
 
 #include <QDBusConnection>
 #include <QDBusMessage>
+#include <QFile>
 #include <QFileInfo>
+#include <QHash>
 #include <QStorageInfo>
 
+#include <blkid/blkid.h>
 #include <pwd.h>
 #include <unistd.h>
 
+#include <memory>
 #include <vector>
 
 bool SystemCalls::FileExists(const QString &path) {
@@ -57,6 +62,10 @@ bool SystemCalls::WindowsExit() {
     return reply.type() == QDBusMessage::ReplyMessage;
 }
 
+namespace {
+std::optional<SystemCalls::DiscAccess> discAccessOf(const QString &letter);
+} // namespace
+
 double SystemCalls::DiskSizeKB(const QString &rootPath) {
     QString root = rootPath;
     if (root.endsWith(QStringLiteral(":\\")))
@@ -76,5 +85,117 @@ double SystemCalls::DiskSizeKB(const QString &rootPath) {
         if (!root.isEmpty() && v.device() == device && v.isReady())
             return usedKB(v);
     }
-    return 0.0;
+    // Unmounted (or virtual): the drive itself tells what the disc's sessions take.
+    const auto access = discAccessOf(root);
+    return access ? access->usedBlocks * 2.0 : 0.0;
+}
+
+// --- The volume of a disc ---------------------------------------------------------------------
+
+namespace {
+
+struct Accessor {
+    const void *owner = nullptr;
+    SystemCalls::DiscAccessor read;
+};
+
+QHash<QString, Accessor> &accessors() {
+    static QHash<QString, Accessor> table;
+    return table;
+}
+
+QString letterOfRoot(QString root) {
+    if (root.endsWith(u'\\'))
+        root.chop(1);
+    if (root.endsWith(u':'))
+        root.chop(1);
+    return root;
+}
+
+struct ProbeDeleter {
+    void operator()(blkid_struct_probe *probe) const { blkid_free_probe(probe); }
+};
+
+// A disc the system mounted is asked through libblkid, which reads it as the kernel sees it.
+std::optional<DiscVolume> mountedVolume(const QString &letter) {
+    const QByteArray device = QByteArrayLiteral("/dev/") + letter.toLocal8Bit();
+    bool mounted = false;
+    for (const QStorageInfo &v : QStorageInfo::mountedVolumes())
+        mounted = mounted || (!letter.isEmpty() && v.device() == device);
+    if (!mounted)
+        return std::nullopt;
+    std::unique_ptr<blkid_struct_probe, ProbeDeleter> probe(
+        blkid_new_probe_from_filename(device.constData()));
+    if (!probe)
+        return std::nullopt;
+    blkid_probe_enable_superblocks(probe.get(), 1);
+    blkid_probe_set_superblocks_flags(probe.get(), BLKID_SUBLKS_LABEL | BLKID_SUBLKS_TYPE);
+    if (blkid_do_safeprobe(probe.get()) != 0)
+        return std::nullopt;
+    DiscVolume v;
+    const char *value = nullptr;
+    if (blkid_probe_lookup_value(probe.get(), "LABEL", &value, nullptr) == 0 && value)
+        v.label = QString::fromUtf8(value);
+    if (blkid_probe_lookup_value(probe.get(), "TYPE", &value, nullptr) == 0 && value) {
+        const QString type = QString::fromLatin1(value);
+        v.fileSystem =
+            type == QLatin1String("iso9660") ? QStringLiteral("ISO 9660") : type.toUpper();
+    }
+    // The serial is the primary descriptor's, which libblkid does not sum.
+    QFile disc(QString::fromLocal8Bit(device));
+    if (disc.open(QIODevice::ReadOnly) && disc.seek(16 * 2048)) {
+        const QByteArray pvd = disc.read(2048);
+        if (pvd.size() == 2048 && pvd.mid(1, 5) == "CD001")
+            v.serial = DiscVolume::serialOf(pvd);
+    }
+    return v;
+}
+
+DiscVolume volumeOf(const QString &rootPath) {
+    const QString letter = letterOfRoot(rootPath);
+    if (auto mounted = mountedVolume(letter))
+        return *mounted;
+    const auto access = discAccessOf(letter);
+    if (!access || access->lastSessionStart < 0)
+        return {};
+    if (access->lastSessionMode == 0)
+        return DiscVolume::audioDisc();
+    // The set begins at block 16 of the session; a handful of blocks hold every descriptor.
+    constexpr int Blocks = 16;
+    QByteArray blocks(Blocks * 2048, '\0');
+    if (!access->read || !access->read(access->lastSessionStart + 16, Blocks, blocks.data())) {
+        // A disc shorter than the whole handful still has its first descriptors.
+        blocks.resize(2 * 2048);
+        if (!access->read || !access->read(access->lastSessionStart + 16, 2, blocks.data()))
+            return {};
+    }
+    return DiscVolume::fromDescriptors(blocks);
+}
+
+std::optional<SystemCalls::DiscAccess> discAccessOf(const QString &letter) {
+    const auto it = accessors().constFind(letter);
+    return it != accessors().constEnd() && it->read ? it->read() : std::nullopt;
+}
+
+} // namespace
+
+QString SystemCalls::GetVolumeName(const QString &rootPath) {
+    return volumeOf(rootPath).label;
+}
+
+QString SystemCalls::GetFileSystem(const QString &rootPath) {
+    return volumeOf(rootPath).fileSystem;
+}
+
+qint32 SystemCalls::VolumeSerialNumber(const QString &rootPath) {
+    return volumeOf(rootPath).serial;
+}
+
+void SystemCalls::setDiscAccessor(const QString &letter, const void *owner, DiscAccessor accessor) {
+    accessors().insert(letter, {owner, std::move(accessor)});
+}
+
+void SystemCalls::forgetDiscAccessors(const void *owner) {
+    for (auto it = accessors().begin(); it != accessors().end();)
+        it = it->owner == owner ? accessors().erase(it) : std::next(it);
 }

@@ -6,6 +6,7 @@
 #include "recorders/DriveScanner.h"
 
 #include "base/App.h"
+#include "engine/system/SystemCalls.h"
 
 #include <QEventLoop>
 #include <QFileInfo>
@@ -47,7 +48,9 @@ CDWriterPro::CDWriterPro(QObject *parent)
     : QObject(parent)
     , d(std::make_unique<CDWriterProPrivate>(this)) {}
 
-CDWriterPro::~CDWriterPro() = default;
+CDWriterPro::~CDWriterPro() {
+    SystemCalls::forgetDiscAccessors(this);
+}
 
 // --- Write settings -------------------------------------------------------------------------
 
@@ -100,6 +103,8 @@ bool CDWriterPro::InitializeDrives(bool) {
         // Once per run: what a crashed write left in the cache goes.
         EngineJob::removeStaleCaches(App::pathOf(QStringLiteral("/Cache")));
         d->drives = DriveScanner::scan();
+        for (qint32 i = 0; i < DriveCount(); ++i)
+            SystemCalls::setDiscAccessor(DriveLetter(i), this, [this, i] { return discAccess(i); });
     }
     return !d->drives.empty();
 }
@@ -121,6 +126,38 @@ QString CDWriterPro::DriveVendor(qint32 index) const {
 QString CDWriterPro::DriveProduct(qint32 index) const {
     const Recorder *r = d->drive(index);
     return r ? r->product() : QString();
+}
+
+QString CDWriterPro::DriveRevision(qint32 index) const {
+    const Recorder *r = d->drive(index);
+    return r ? r->revision() : QString();
+}
+
+std::optional<SystemCalls::DiscAccess> CDWriterPro::discAccess(qint32 index) {
+    Recorder *r = d->drive(index);
+    // The worker owns the drive while a job runs.
+    if (!r || d->jobRunning())
+        return std::nullopt;
+    const MediumState st = r->medium();
+    if (!st.present())
+        return std::nullopt;
+    SystemCalls::DiscAccess access;
+    access.lastSessionStart = st.lastSessionStart;
+    access.lastSessionMode = st.lastSessionMode;
+    // What the sessions take: up to the next session's start while the disc takes more, else to
+    // the end of its last data, else (a closed audio disc) all of it.
+    if (st.nextWritableAddress >= 0) {
+        access.usedBlocks = st.nextWritableAddress;
+    } else if (!st.sessionExtents.isEmpty()) {
+        for (const auto &[start, blocks] : st.sessionExtents)
+            access.usedBlocks = std::max(access.usedBlocks, start + blocks);
+    } else {
+        access.usedBlocks = st.capacityBlocks - st.freeBlocks;
+    }
+    access.read = [r](qint32 lba, qint32 count, char *buffer) {
+        return r->readBlocks(lba, count, buffer);
+    };
+    return access;
 }
 
 bool CDWriterPro::DriveIsRecorder(qint32 index) const {

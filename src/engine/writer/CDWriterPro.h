@@ -1,6 +1,7 @@
 #pragma once
 
 #include "base/VbDate.h"
+#include "engine/system/SystemCalls.h"
 
 #include <QObject>
 #include <QString>
@@ -122,6 +123,8 @@ public:
     QString DriveLetter(qint32 index) const;
     QString DriveVendor(qint32 index) const;
     QString DriveProduct(qint32 index) const;
+    // The drive's firmware revision as its inquiry gives it; empty when unknown.
+    QString DriveRevision(qint32 index) const;
     qint32 MediaType() const;
     qint32 DiscStatus() const;
     qint32 LastSessionStatus() const;
@@ -225,6 +228,8 @@ signals:
                     const QString &sSenseInfo);
     void EraseDiscStart();
     void EraseDiscComplete();
+    // How far a drive that reports its course has blanked the disc, 0 to 100.
+    void eraseProgress(qint32 percent);
     // A source file left out of the image (a link that leads nowhere, a named pipe) or taken
     // differently from when it was added (it grew): its path and a sentence to show the user.
     void SourceFileNotice(const QString &sSourceFilePath, const QString &sNotice);
@@ -235,5 +240,8 @@ signals:
     void importedFilesMissing(const QStringList &destPaths);
 
 private:
+    // How the system calls read the disc of a drive (its volume label and serial).
+    std::optional<SystemCalls::DiscAccess> discAccess(qint32 index);
+
     std::unique_ptr<CDWriterProPrivate> d;
 };

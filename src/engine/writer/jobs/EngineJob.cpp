@@ -9,6 +9,7 @@
 #include <QDir>
 #include <QElapsedTimer>
 #include <QThread>
+#include <algorithm>
 
 #include <cerrno>
 #include <chrono>
@@ -450,6 +451,18 @@ JobOutcome EngineJob::runAudio() {
 }
 
 void EngineJob::trackProgress(qint32 trackNumber, qint64 blocksWritten, qint64 blocksToWrite) {
+    // A drive that blanks or closes tells how far it is; only a blanking is worth a bar.
+    if (m_setup.kind == Kind::Erase || m_setup.kind == Kind::Finish) {
+        const qint32 percent =
+            blocksToWrite > 0
+                ? qint32(std::clamp<qint64>(blocksWritten * 100 / blocksToWrite, 0, 100))
+                : 0;
+        if (m_setup.kind == Kind::Erase && percent != m_lastPermille) {
+            m_lastPermille = percent;
+            post([percent](CDWriterPro *e) { emit e->eraseProgress(percent); });
+        }
+        return;
+    }
     // One event per tenth of a per cent is plenty for a progress bar.
     const qint32 permille = blocksToWrite > 0 ? qint32(blocksWritten * 1000 / blocksToWrite) : 1000;
     if (permille == m_lastPermille && blocksWritten != blocksToWrite && blocksWritten != 0)

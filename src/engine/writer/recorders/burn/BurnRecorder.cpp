@@ -339,6 +339,8 @@ JobOutcome BurnRecorder::waitForDrive(BurnDrive &drive, JobMonitor &monitor, con
                                        "to its end.")
                             .arg(what));
         }
+        if (p.sectors > 0)
+            monitor.trackProgress(1, p.sector, p.sectors);
         const qint32 step = p.sectors > 0 ? qint32(qint64(p.sector) * 10 / p.sectors) : 0;
         if (step != lastStep) {
             lastStep = step;

@@ -68,6 +68,8 @@ ImageRecorder::ImageRecorder(qint32 unit)
                     "; Failures on purpose, each for the next operation only (see the notes):\n"
                     ";   FailAtBlock, FailDriveCode, FailSense, UnreadableSourceAtBlock,\n"
                     ";   RemoveMediumAtBlock, FailErase, FailClose, UnreadableSector.\n"
+                    "; WithholdCapability: capability codes (comma separated) the recorder\n"
+                    ";   answers as missing.\n"
                     "; SecondDrive: 1 lists a second Image Recorder (first drive's settings).\n"
                     "[Image Recorder]\n"
                     "BlankMedium=CD-R 80\n"
@@ -138,6 +140,13 @@ bool ImageRecorder::lockTray(bool lock) {
 }
 
 bool ImageRecorder::capability(qint32 code) const {
+    // A recorder of lesser make, on purpose: the codes listed are answered as missing.
+    const QString withheld = IniFile::read(m_settings, QStringLiteral("Image Recorder"),
+                                           QStringLiteral("WithholdCapability"), QString());
+    for (const QString &item : withheld.split(u',', Qt::SkipEmptyParts)) {
+        if (item.trimmed() == QString::number(code))
+            return false;
+    }
     switch (code) {
     case 0:
     case 1:
@@ -576,8 +585,13 @@ JobOutcome ImageRecorder::erase(bool quick, JobMonitor &monitor) {
                                         QStringLiteral("5/30/05 CANNOT WRITE MEDIUM"));
     monitor.log(QStringLiteral("Image Recorder: %1 erase of a %2")
                     .arg(quick ? QStringLiteral("quick") : QStringLiteral("full"), kind->name));
-    // A quick erase rewrites the lead-in with its table of contents, a full one every block.
+    // A quick erase rewrites the lead-in with its table of contents, a full one every block;
+    // a full blanking tells its course, as drives do.
+    if (!quick)
+        monitor.trackProgress(1, 0, kind->capacity);
     takeTime(*kind, quick ? ImageMedium::FirstSessionGap : kind->capacity, monitor);
+    if (!quick)
+        monitor.trackProgress(1, kind->capacity, kind->capacity);
     if (monitor.cancelRequested())
         return JobOutcome::cancelled();
     if (faults.eraseErrorCode) {
