@@ -1,9 +1,11 @@
 #include "frmRecorderInfo.h"
+
 #include "TabCycle.h"
 #include "app/modDeclarations.h"
 #include "base/Format.h"
 #include "diagnostics/ErrorTrap.h"
 #include "diagnostics/TrappedConnect.h"
+#include "engine/copier/CD2CD.h"
 #include "engine/writer/CDWriterPro.h"
 #include "widgets/DefaultInstance.h"
 #include "widgets/NamedWidget.h"
@@ -106,7 +108,12 @@ frmRecorderInfo::~frmRecorderInfo() {
 }
 
 QString frmRecorderInfo::QueryRevision() const {
-    return m_context.engine ? m_context.engine->DriveRevision(glngDriveIndex) : QString();
+    if (!m_context.engine)
+        return QString();
+    // The copier's query answers for every kind of drive, the Image Recorder included.
+    CD2CD copier(m_context.engine);
+    const qint32 length = copier.QueryRevision(copier.DeviceAddress(glngDriveIndex));
+    return length > 0 ? copier.ResultText().left(length) : QString();
 }
 
 void frmRecorderInfo::Form_Load() {
