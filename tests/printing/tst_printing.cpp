@@ -41,9 +41,9 @@ struct ListedCompilation : CompilationWindow {
 CompilationListing listOf(const QStringList &folders, int tracks = 0) {
     CompilationListing list;
     list.isData = tracks == 0;
-    for (const QString &spec : folders) {
-        list.folders.append({spec.section(u':', 0, -2), {}});
-        for (int i = 1; i <= spec.section(u':', -1).toInt(); ++i)
+    for (const QString &folder : folders) {
+        list.folders.append({folder.section(u':', 0, -2), {}});
+        for (int i = 1; i <= folder.section(u':', -1).toInt(); ++i)
             list.folders.last().files.append({QStringLiteral("f%1.txt").arg(i), "1 KB"});
     }
     for (int i = 1; i <= tracks; ++i)
