@@ -158,7 +158,11 @@ void tst_Encoders::cancelSideBySide() {
     QObject::connect(rig.ripper.get(), &CDRipperX::ExtractingFileStart, rig.ripper.get(),
                      [&rig] { rig.ripper->CancelExtraction(); });
     const QStringList files = rip(rig, mp3(0, 128, 1), {1, 2, 3}, ".mp3");
-    QCOMPARE(rig.events, QStringList({"Start", "FileStart 1 Track1.mp3", "Status 14", "End"}));
+    // How many status reports come before the cancel is seen depends on the machine's pace.
+    QCOMPARE(rig.events.mid(0, 2), QStringList({"Start", "FileStart 1 Track1.mp3"}));
+    QCOMPARE(rig.events.last(), QStringLiteral("End"));
+    for (const QString &event : rig.events.mid(2, rig.events.size() - 3))
+        QVERIFY2(event.startsWith(QLatin1String("Status ")), qPrintable(event));
     for (const QString &file : files)
         QVERIFY(!QFile::exists(file));
 }
