@@ -293,8 +293,18 @@ void ImageRecorder::moveTray(bool close) {
         setting(m_settings, QStringLiteral("BlankMedium"), QStringLiteral("CD-R 80")));
     if (!kind || !kind->writable)
         kind = ImageMedium::kindByName(QStringLiteral("CD-R 80"));
-    const QString base =
+    // Two discs made within one millisecond must not share a name: the second would look like
+    // the first to the media watcher, and its eject would overwrite the first in Ejected.
+    const QString stamp =
         QStringLiteral("Disc ") + QDateTime::currentDateTime().toString(u"yyyyMMdd-hhmmss-zzz");
+    const auto taken = [this](const QString &name) {
+        const QStringList pattern{name + QStringLiteral(".*")};
+        return !QDir(m_tray).entryList(pattern, QDir::Files).isEmpty() ||
+               !QDir(m_ejected).entryList(pattern, QDir::Files).isEmpty();
+    };
+    QString base = stamp;
+    for (int n = 2; taken(base); ++n)
+        base = stamp + u'-' + QString::number(n);
     Loaded loaded;
     loaded.medium = ImageMedium::blank(*kind, base + QStringLiteral(".iso"));
     loaded.descriptorPath = QDir(m_tray).filePath(base + DescriptorSuffix);
