@@ -160,6 +160,7 @@ private slots:
                 QTRY_VERIFY_WITH_TIMEOUT(
                     logOf(dialog->lstStatus).contains("Audio Ripping Complete!"), 60000);
                 QCOMPARE(dialog->cmdCancel->text(), QStringLiteral("&Close"));
+                QVERIFY(dialog->cmdGo->isEnabled() && dialog->cmdFilename->isEnabled());
                 shown = logOf(dialog->lstStatus);
                 dialog->cmdCancel->click();
             }
