@@ -5,20 +5,16 @@
 #include "Rows.h"
 #include "WriteRig.h"
 
-#include "EngineProbe.h"
 #include "app/mdiMain.h"
 #include "app/modDeclarations.h"
 #include "app/modGlobals.h"
 #include "engine/writer/CDWriterPro.h"
 #include "widgets/AnimationControl.h"
-#include "widgets/KeyedItem.h"
 #include "widgets/KeyedMenu.h"
-#include "widgets/KeyedPanel.h"
 #include "widgets/KeyedStatusBar.h"
 #include "writing/frmBurn.h"
 
 #include <QCheckBox>
-#include <QComboBox>
 #include <QFile>
 #include <QLabel>
 #include <QProgressBar>
@@ -26,7 +22,6 @@
 #include <QRadioButton>
 #include <QTemporaryDir>
 #include <QTest>
-#include <QTimer>
 
 using namespace Fixtures;
 
@@ -342,32 +337,6 @@ private slots:
         QVERIFY(f->mblnTrackWriteFirst);
         // The cache of the failed write was seen, and that is remembered.
         QVERIFY(!f->mblnCacheFirst);
-    }
-
-    void imageBiggerThanMedium() {
-        WriteRig rig({}, 0, "CD-R 74");
-        QVERIFY(rig.started());
-        mdiMain *f = rig.frame();
-        QTemporaryDir src;
-        QFile big(src.filePath("big.bin"));
-        QVERIFY(big.open(QIODevice::WriteOnly));
-        QVERIFY(big.resize(qint64(700) * 1024 * 1024)); // sparse: refused before it is read
-        big.close();
-        f->Tessaly->AddISOFile("\\big.bin", big.fileName());
-        f->RecalcImageSize();
-        // The warning is given, and it does not stand in the way of the write.
-        QCOMPARE(rig.boxes.size(), 1);
-        QCOMPARE(rig.boxes[0].title, QStringLiteral("Tessaly - Warning"));
-        frmBurn *burn = rig.openDialog();
-        burn->optWrite->click();
-        QVERIFY(rig.writeAndWait(burn));
-        QCOMPARE(rig.ending, QStringLiteral("WriteError"));
-        QCOMPARE(rig.boxes.size(), 2);
-        QVERIFY(rig.boxes[1].prompt.startsWith("Writing Error: (3)   "));
-        QVERIFY(rig.boxes[1].prompt.contains("\r\n" + GetDriveErrorMessage(1021) +
-                                             "\r\nError Sense Data: "));
-        QVERIFY(!frmBurn::instance());
-        QCOMPARE(rig.ejectedDiscs().size(), 1);
     }
 
     void trackPercentages_data() {
