@@ -274,25 +274,9 @@ private slots:
         QCOMPARE(f->smartStatusBar->Item("CACHING")->Value(), 0);
         QVERIFY(f->SmartMenu->Enabled());
         QVERIFY(gblnUnloadOk);
-        if (test) {
-            // The dialog stays and offers the real write, waiting for the disc.
-            QVERIFY(rig.boxes.isEmpty());
-            QCOMPARE(frmBurn::instance(), burn);
-            QVERIFY(burn->isVisible());
-            QVERIFY(burn->optWrite->isChecked());
-            QCOMPARE(burn->cmdWrite->text(), QStringLiteral("&Write"));
-            QVERIFY(!burn->cmdWrite->isEnabled());
-            QVERIFY(!burn->tmrBurn->isActive());
-            QVERIFY(!gblnIsTestWrite);
-            QCOMPARE(burn->lblActions->text(), QStringLiteral("Please insert the disc again..."));
-            f->runCommand("CLOSETRAY");
-            QTRY_VERIFY(burn->cmdWrite->isEnabled());
-            QCOMPARE(burn->lblActions->text(), QStringLiteral("Disc inserted ready to write..."));
-            // Nothing was burnt by the test.
-            QVERIFY(QFileInfo(rig.ejectedImage()).size() == 0 ||
-                    ReadBack::run("isoinfo", {"-d", "-i", rig.ejectedImage()}).isEmpty());
-        } else {
-            QVERIFY(!frmBurn::instance());
+        // A test write leaves the dialog up for the real one; its own tests follow it.
+        QCOMPARE(frmBurn::instance() != nullptr, test);
+        if (!test) {
             QCOMPARE(rig.boxes.size(), 1);
             QCOMPARE(rig.boxes[0].prompt, "Burn process completed successfully at " + speed +
                                               ".\r\n\r\nEjecting disc...");

@@ -70,10 +70,15 @@ private slots:
         QVERIFY(!shown.isEmpty());
         frmBurn *burn = rig.openDialog();
         QVERIFY(rig.writeAndWait(burn));
-        // The disc is out and the dialog says how to get it back in.
+        // The disc is out, nothing burnt on it, and the dialog offers the real write and says
+        // how to get the disc back in.
+        QVERIFY(QFileInfo(rig.ejectedImage()).size() == 0 ||
+                ReadBack::run("isoinfo", {"-d", "-i", rig.ejectedImage()}).isEmpty());
+        QVERIFY(rig.boxes.isEmpty() && burn->isVisible() && !gblnIsTestWrite);
         QCOMPARE(burn->lblActions->text(), QStringLiteral("Please insert the disc again..."));
+        QCOMPARE(burn->cmdWrite->text(), QStringLiteral("&Write"));
         QVERIFY(burn->cmdCloseTray->isEnabled());
-        QVERIFY(!burn->cmdWrite->isEnabled());
+        QVERIFY(!burn->cmdWrite->isEnabled() && !burn->tmrBurn->isActive());
         if (fromDialog) {
             burn->cmdCloseTray->click();
         } else {
@@ -91,6 +96,8 @@ private slots:
         // The disc's arrival reaches the dialog as a queued media event.
         QTRY_VERIFY(burn->cmdWrite->isEnabled());
         QVERIFY(burn->optWrite->isChecked());
+        if (fromDialog)
+            QCOMPARE(burn->lblActions->text(), QStringLiteral("Disc inserted ready to write..."));
         QVERIFY(rig.writeAndWait(burn));
         QCOMPARE(rig.ending, QStringLiteral("WriteComplete"));
         QCOMPARE(f->txtVolIdentifier->text(), shown);
