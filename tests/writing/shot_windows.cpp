@@ -72,10 +72,12 @@ bool audioWindow(const QString &out, QString folder) {
     QTemporaryDir generated;
     if (folder.isEmpty()) {
         folder = generated.path();
-        const QStringList names = {"01 Morning", "02 Harbour Lights", "03 Rain", "04 The Long Road"};
+        const QStringList names = {"01 Morning", "02 Harbour Lights", "03 Rain",
+                                   "04 The Long Road"};
         for (int i = 0; i < names.size(); ++i)
-            Fixtures::writeFile(generated.filePath(names[i] + ".wav"),
-                                Fixtures::cdWave(Fixtures::pseudoRandom((20 + 17 * i) * 176400, i)));
+            Fixtures::writeFile(
+                generated.filePath(names[i] + ".wav"),
+                Fixtures::cdWave(Fixtures::pseudoRandom((20 + 17 * i) * 176400, i)));
     }
     RecordingWaveOutput sink;
     sink.held = true;
