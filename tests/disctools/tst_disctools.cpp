@@ -118,6 +118,7 @@ private slots:
         QVERIFY(info);
         (closeDisc ? info->cmdCloseDisc : info->cmdCloseSession)->click();
         QVERIFY(info->mblnClosing && !info->close()); // no way out while the drive works
+        expectShown(info, "cmdClose=off|cmdCloseDisc=off|cmdCloseSession=off");
         QVERIFY(Waits::until([&] { return !rig.answers.boxes.isEmpty(); }));
         const QString first = rig.prompts().constFirst();
         if (!failClose.isEmpty()) {
