@@ -229,16 +229,14 @@ private slots:
         f->runCommand("CLOSETRAY");
         QCOMPARE(f->Tessaly->LastSessionStatus(), int(CDWriterPro::SessionIncomplete));
         QTRY_COMPARE(rig.boxes.size(), 2); // the arrival is told by a queued media event
-        QStringList prompts;
-        for (const WriteRig::Box &box : rig.boxes)
-            prompts << box.prompt;
-        QVERIFY(prompts[1].startsWith("The last session of this disc is open"));
+        const QString told = rig.boxes[1].prompt;
+        QVERIFY(told.startsWith("The last session of this disc is open"));
         QVERIFY(f->SmartMenu->Item("SESSION")->Enabled());
         // A write is refused with the same words, before anything goes to the drive.
         burn = rig.openDialog();
         burn->optWrite->click();
         burn->cmdWrite->click();
-        QCOMPARE(rig.boxes.last().prompt, prompts[1]);
+        QCOMPARE(rig.boxes.last().prompt, told);
         QVERIFY(!burn->tmrBurn->isActive());
     }
 };
