@@ -102,6 +102,20 @@ private slots:
         QCOMPARE(media->Text(), QStringLiteral(" Disc Loaded..."));
     }
 
+    // What the drive reports is logged in words; unknown codes and progress add no line.
+    void statusLines() {
+        RipperRig rig;
+        frmExtract dialog;
+        for (int status : {1, 2, 3, 4, 5, 6, 8, 9, 10, 11, 12, 13, 14, 15})
+            dialog.m_objRipper_ExtractionStatus(status, 1234);
+        QCOMPARE(logOf(dialog.lstStatus),
+                 QStringList({"Jitter Could Not Be Corrected.  1234",
+                              "Speed Adjusted to Correct Error.", "Read Failed.", "Retrying Read.",
+                              "Retry Failed.", "File Aborted.", "Buffer Could Not Be Initialized.",
+                              "Error Creating File.", "Error Writing File.", "Error Closing File.",
+                              "Drive Could Not Be Initialized.", "Ripping Cancelled."}));
+    }
+
     void extract_data() {
         QTest::addColumn<QList<int>>("ticked");
         QTest::addColumn<QStringList>("log");
