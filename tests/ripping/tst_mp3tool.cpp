@@ -80,7 +80,6 @@ void apply(frmDecode *form, const QString &setup) {
     }
 }
 
-// Runs the window's encode or decode on one chosen file.
 void runTool(frmDecode *form, ScriptedAnswers &answers, bool encode, const QString &file) {
     answers.answerFile(file);
     QTest::mouseClick(encode ? form->cmdEncode : form->cmdDecode, Qt::LeftButton);
@@ -131,15 +130,14 @@ private slots:
 
     void commandLines() {
         QFETCH(Line, row);
-        const QString &file = row.file;
-        const bool encode = row.encode;
+        const auto &[setup, encode, file, words] = row;
         TestEnvironment env;
         ScriptedAnswers answers;
         installFakeLame(env, false);
         QPointer<frmDecode> form = new frmDecode;
         form->Form_Load();
-        apply(form, row.setup);
-        const QStringList expected = row.words.split(u'|');
+        apply(form, setup);
+        const QStringList expected = words.split(u'|');
         // The status shows the switches as soon as anything changes, before any run.
         const qsizetype firstFile = expected.indexOf(file.section(u' ', 0, 0));
         const QStringList switches = expected.mid(0, firstFile);
@@ -173,11 +171,10 @@ private slots:
         ScriptedAnswers answers;
         QTemporaryDir emptyPath;
         const QByteArray path = qgetenv("PATH");
-        if (lame == QLatin1String("missing")) {
+        if (lame == QLatin1String("missing"))
             qputenv("PATH", emptyPath.path().toUtf8());
-        } else {
+        else
             installFakeLame(env, true);
-        }
         QPointer<frmDecode> form = new frmDecode;
         form->Form_Load();
         const QString source = env.appFolder() + QStringLiteral("/song.wav");
@@ -237,7 +234,6 @@ private slots:
         QCOMPARE(form->lblStatus->text(), QStringLiteral(" -b 128"));
         QVERIFY(answers.boxes.isEmpty());
         delete form;
-
         // Several records: the last one counts; a value that is no number spoils the load.
         const QByteArray last =
             "192,1,2,1,0,1,1,1,256,3,0,1,1,160,0,0,0,0,0,0,0,\"  custom  \",0,5,"
@@ -262,7 +258,6 @@ private slots:
         QCOMPARE(answers.boxes[0].prompt, QStringLiteral("Do you want to Save Program Options?"));
         QCOMPARE(answers.boxes[0].title, QStringLiteral("Save Program Options"));
         QCOMPARE(fileBytes(file), last);
-
         env.writeFile(QStringLiteral("Dat/OptMP3.dat"), last + "192,x\r\n");
         form = new frmDecode;
         form->Form_Load();

@@ -1,4 +1,6 @@
+#include "Fixtures.h"
 #include "OutsideTools.h"
+#include "Rows.h"
 #include "ScriptedAnswers.h"
 #include "TestEnvironment.h"
 
@@ -19,12 +21,12 @@
 
 using namespace OutsideTools;
 
-namespace {
-
-const QStringList Tone = {QStringLiteral("synth"), QStringLiteral("3"),   QStringLiteral("sine"),
-                          QStringLiteral("1000"),  QStringLiteral("vol"), QStringLiteral("-12dB")};
-
-} // namespace
+static const QStringList Tone = QStringLiteral("synth 3 sine 1000 vol -12dB").split(u' ');
+struct Outcome {
+    QString source, percent;
+    bool readOnlyDest;
+    QString told; // the finish box's start, or "trap:" and the trap's text
+};
 
 class tst_normalizer : public QObject {
     Q_OBJECT
@@ -118,7 +120,6 @@ private slots:
         QCOMPARE(form.DigitalDisplay1->intValue(), 40);
         form.txtNorm->setText(QStringLiteral("70"));
         QCOMPARE(form.Slider1->value(), 40);
-
         auto states = [&] {
             return QList<bool>{form.cmdSave->isEnabled(), form.txtSave->isEnabled(),
                                form.cmdStart->isEnabled()};
@@ -144,7 +145,6 @@ private slots:
         QTest::mouseClick(form.cmdOpen, Qt::LeftButton);
         QCOMPARE(form.txtSave->text(), QString());
         QCOMPARE(states(), (QList<bool>{true, true, true}));
-
         form.norm_PercentDone(99.9);
         QCOMPARE(form.prbProgress->value(), 99);
         QVERIFY(answers.boxes.isEmpty());
@@ -158,26 +158,19 @@ private slots:
     }
 
     void windowOutcomes_data() {
-        QTest::addColumn<QString>("source"); // "tone", "silence"
-        QTest::addColumn<QString>("percent");
-        QTest::addColumn<bool>("readOnlyDest");
-        QTest::addColumn<QString>("told"); // the finish box's start, or "trap:" and the trap's text
-        QTest::newRow("tone") << "tone"
-                              << "95" << false << "Finished Normalizing";
-        QTest::newRow("silence")
-            << "silence"
-            << "95" << false << "Finished Normalizing The Wave Audio File\n\nThe file is silent";
-        QTest::newRow("not a number") << "tone"
-                                      << "abc" << false << "trap:Type mismatch";
-        QTest::newRow("read-only destination") << "tone"
-                                               << "95" << true << "trap:is read-only";
+        addRows<Outcome>({
+            {"tone", {"tone", "95", false, "Finished Normalizing"}},
+            {"silence",
+             {"silence", "95", false,
+              "Finished Normalizing The Wave Audio File\n\nThe file is silent"}},
+            {"not a number", {"tone", "abc", false, "trap:Type mismatch"}},
+            {"read-only destination", {"tone", "95", true, "trap:is read-only"}},
+        });
     }
 
     void windowOutcomes() {
-        QFETCH(QString, source);
-        QFETCH(QString, percent);
-        QFETCH(bool, readOnlyDest);
-        QFETCH(QString, told);
+        QFETCH(Outcome, row);
+        const auto &[source, percent, readOnlyDest, told] = row;
         TestEnvironment env;
         ScriptedAnswers answers;
         QTemporaryDir dir;
@@ -188,11 +181,8 @@ private slots:
         const QByteArray inBytes = fileBytes(in);
         const QByteArray oldOut("an older file of the user's");
         if (readOnlyDest) {
-            QFile file(out);
-            QVERIFY(file.open(QIODevice::WriteOnly));
-            file.write(oldOut);
-            file.close();
-            QVERIFY(file.setPermissions(QFileDevice::ReadOwner | QFileDevice::ReadGroup));
+            Fixtures::writeFile(out, oldOut);
+            QVERIFY(QFile(out).setPermissions(QFileDevice::ReadOwner | QFileDevice::ReadGroup));
         }
         frmNormalize form;
         answers.answerFile(in);
