@@ -3,6 +3,7 @@
 // disc whose last session was left open.
 #include "WriteRig.h"
 
+#include "DiscToolsRig.h"
 #include "Fixtures.h"
 #include "ReadBack.h"
 #include "app/FormRegistry.h"
@@ -31,7 +32,6 @@
 #include <QTreeWidget>
 
 namespace {
-
 // The data window opened as the disc type box opens it, with one file in the image.
 frmData *openCompilation(WriteRig &rig, const QTemporaryDir &src) {
     FormRegistry::open(QStringLiteral("frmData"));
@@ -41,13 +41,6 @@ frmData *openCompilation(WriteRig &rig, const QTemporaryDir &src) {
     rig.boxes.clear();
     return DefaultInstance<frmData>::peek();
 }
-
-QString volumeId(const QString &image) {
-    const QString info = QString::fromUtf8(ReadBack::run("isoinfo", {"-d", "-i", image}));
-    const qsizetype at = info.indexOf(QStringLiteral("Volume id: "));
-    return at < 0 ? QString() : info.mid(at + 11).section(u'\n', 0, 0).trimmed();
-}
-
 } // namespace
 
 class tst_WriteFaults : public QObject {
@@ -101,7 +94,7 @@ private slots:
         QVERIFY(rig.writeAndWait(burn));
         QCOMPARE(rig.ending, QStringLiteral("WriteComplete"));
         QCOMPARE(f->txtVolIdentifier->text(), shown);
-        QCOMPARE(volumeId(rig.ejectedImage()), shown);
+        QCOMPARE(isoinfoVolumeId(rig.ejectedImage()), shown);
     }
 
     void everyEndLeavesTheWindowsAtRest_data() {
