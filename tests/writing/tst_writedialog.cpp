@@ -92,8 +92,7 @@ private slots:
         QCOMPARE(burn->windowModality(), Qt::ApplicationModal);
         QCOMPARE(burn->windowTitle(), QStringLiteral("Write Disc..."));
         // Pressing the button straight away runs a test, never the real write.
-        QVERIFY(burn->optTest->isChecked());
-        QVERIFY(!burn->optWrite->isChecked());
+        QVERIFY(burn->optTest->isChecked() && !burn->optWrite->isChecked());
         QCOMPARE(burn->cmdWrite->text(), QStringLiteral("&Test Write"));
         QVERIFY(burn->cmdWrite->isEnabled() && burn->cmdClose->isEnabled());
         QCOMPARE(burn->chkFinalizeDisc->isChecked(), row.finalizeChecked);
@@ -103,13 +102,12 @@ private slots:
         QCOMPARE(burn->chkCacheImage->text(), row.cacheCaption);
         QVERIFY(burn->chkCacheImage->isChecked());
         QCOMPARE(burn->chkUseMode2XA->isEnabled(), row.kind == 0);
-        QVERIFY(!burn->chkUseMode2XA->isChecked());
-        QVERIFY(!burn->chkLogging->isChecked());
-        QVERIFY(!burn->chkCloseWin->isChecked());
+        QVERIFY(!burn->chkUseMode2XA->isChecked() && !burn->chkLogging->isChecked() &&
+                !burn->chkCloseWin->isChecked());
         // The Image Recorder protects against under-runs: the drive decides the box.
         QVERIFY(burn->chkUseBurnProof->isChecked() && burn->chkUseBurnProof->isEnabled());
-        QVERIFY(!burn->tmrBurn->isActive() && !burn->aniBurn->isVisible());
-        QVERIFY(burn->lblTime->text().isEmpty());
+        QVERIFY(!burn->tmrBurn->isActive() && !burn->aniBurn->isVisible() &&
+                burn->lblTime->text().isEmpty());
         // The test write takes the close-all box away; the real write leaves it as it was.
         burn->optWrite->click();
         QCOMPARE(burn->cmdWrite->text(), QStringLiteral("&Write"));
@@ -161,10 +159,8 @@ private slots:
         QCOMPARE(rig.boxes[0].buttons, int(vbInformation));
         // The dialog stays as it was: nothing started.
         QCOMPARE(frmBurn::instance(), burn);
-        QVERIFY(burn->cmdWrite->isEnabled());
-        QVERIFY(burn->chkCloseWin->isEnabled());
-        QVERIFY(!burn->tmrBurn->isActive());
-        QVERIFY(rig.panelTexts.isEmpty());
+        QVERIFY(burn->cmdWrite->isEnabled() && burn->chkCloseWin->isEnabled());
+        QVERIFY(!burn->tmrBurn->isActive() && rig.panelTexts.isEmpty());
     }
 
     void optionsReachTheEngine_data() {
@@ -198,7 +194,6 @@ private slots:
         for (int i = 0; i < labelValues.size(); ++i)
             *labelGlobals()[i] = labelValues[i];
         frmBurn *burn = rig.openDialog();
-        QVERIFY(burn);
         if (burn->chkFinalizeDisc->isEnabled())
             burn->chkFinalizeDisc->setChecked(row.finalize);
         if (burn->chkUseJoliet->isEnabled())
@@ -237,7 +232,6 @@ private slots:
 
     void statusTextsInOrder() {
         QFETCH(bool, test);
-        const bool cache = test;
         WriteRig rig;
         QVERIFY(rig.started());
         mdiMain *f = rig.frame();
@@ -245,24 +239,19 @@ private slots:
         fillImage(f->Tessaly, src, 2 * 1024 * 1024);
         const QString speed = f->mstrSpeed;
         frmBurn *burn = rig.openDialog();
-        burn->chkCacheImage->setChecked(cache);
+        burn->chkCacheImage->setChecked(test);
         if (!test)
             burn->optWrite->click();
         QVERIFY(rig.writeAndWait(burn));
         QCOMPARE(rig.ending, QStringLiteral("WriteComplete"));
-        QStringList panel{" Preparing to Write Disc..."};
-        QStringList actions{"Preparing to Write Disc..."};
-        if (cache) {
-            panel << " Caching Track... #";
-            actions << "Caching Track... #";
-        }
-        panel << " Creating Directories..."
-              << " Writing Block: #"
-              << " Closing Track..."
-              << " Closing Session...";
-        actions << "Writing Block: #"
-                << "Closing Track..."
-                << "Closing Session...";
+        QStringList actions{"Preparing to Write Disc...", "Caching Track... #", "Writing Block: #",
+                            "Closing Track...", "Closing Session..."};
+        if (!test)
+            actions.removeAt(1);
+        QStringList panel;
+        for (const QString &action : std::as_const(actions))
+            panel << u' ' + action;
+        panel.insert(panel.size() - 3, QStringLiteral(" Creating Directories..."));
         QCOMPARE(rig.panelTexts, panel);
         QCOMPARE(rig.actionTexts, actions);
         QVERIFY(rig.answers.errors.isEmpty());
@@ -272,8 +261,7 @@ private slots:
         QVERIFY(rig.trayDiscs().isEmpty());
         QCOMPARE(rig.ejectedDiscs().size(), 1);
         QCOMPARE(f->smartStatusBar->Item("CACHING")->Value(), 0);
-        QVERIFY(f->SmartMenu->Enabled());
-        QVERIFY(gblnUnloadOk);
+        QVERIFY(f->SmartMenu->Enabled() && gblnUnloadOk);
         // A test write leaves the dialog up for the real one; its own tests follow it.
         QCOMPARE(frmBurn::instance() != nullptr, test);
         if (!test) {
