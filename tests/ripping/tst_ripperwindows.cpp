@@ -87,7 +87,6 @@ private slots:
         window.lvwTracks->setCurrentItem(window.lvwTracks->topLevelItem(0));
         window.cmdBack->click();
         QCOMPARE(window.lvwTracks->currentItem(), window.lvwTracks->topLevelItem(0));
-
         window.cmdEject->click();
         QTRY_COMPARE(media->Text(), QStringLiteral(" No Disc Loaded..."));
         QCOMPARE(window.lvwTracks->topLevelItemCount(), 0);

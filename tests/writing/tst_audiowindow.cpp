@@ -117,7 +117,6 @@ private slots:
         QCOMPARE(w.rows(0), QStringList({"Track 01", "Track 02", "Track 03", "Track 04"}));
         QCOMPARE(w.rows(2), QStringList(4, "Wave"));
         QCOMPARE(w.rows(3).first(), QStringLiteral("00:05:00"));
-
         // Removing a track plays the one that takes its place.
         w.list()->setCurrentItem(w.list()->topLevelItem(1));
         w.rig.frame()->runCommand(QStringLiteral("REMOVEAUDIOTRACK"));
@@ -128,15 +127,12 @@ private slots:
         QVERIFY(odd.startsWith(w.sink.heard));
         w.window()->cmdStop->click();
         QCOMPARE(w.window()->Slider1->value(), 0);
-
         // The last track dragged onto the first goes before it.
         ViewGestures::move(w.list()->topLevelItem(2), w.list()->topLevelItem(0));
         QCOMPARE(w.rows(1), QStringList({fourPath, fivePath, oddPath}));
         QCOMPARE(w.panel("DIRECTORIES"), QStringLiteral(" Tracks: 3"));
         QVERIFY(w.prompts().isEmpty());
-
         frmBurn *burn = w.rig.openDialog();
-        QVERIFY(burn);
         QVERIFY(burn->chkFinalizeDisc->isChecked() && !burn->chkFinalizeDisc->isEnabled());
         burn->optWrite->setChecked(true);
         QVERIFY(w.rig.writeAndWait(burn));
@@ -237,7 +233,6 @@ private slots:
         QCOMPARE(frame->prbSize->width(), Twips::toPixels(10));
         ViewGestures::drop(w.list(), {w.wave("b.wav", Rate)});
         QVERIFY(w.prompts().isEmpty());
-
         // Closing leaves the engine's tracks alone; the next window shows them once it reloads.
         DefaultInstance<frmAudio>::unload();
         Waits::settle();

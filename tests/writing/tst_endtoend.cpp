@@ -28,7 +28,6 @@
 using namespace Fixtures;
 
 namespace {
-
 using ViewGestures::drop;
 using ViewGestures::rename;
 using Waits::settle;
@@ -39,7 +38,6 @@ QTreeWidgetItem *row(const frmData *data, const QString &key) {
             return data->lvwImageFiles->topLevelItem(i);
     return nullptr;
 }
-
 } // namespace
 
 class tst_EndToEnd : public QObject {
@@ -73,11 +71,9 @@ private slots:
         settle();
         frmData *data = DefaultInstance<frmData>::peek();
         QCOMPARE(int(gblnDisctypeIsData), 0);
-
         drop(data->tvwDirectories,
              {src.filePath("Project"), src.filePath("photo.jpg"), src.filePath("notes.txt")});
         QCOMPARE(f->Tessaly->ISOFileCount(), 5);
-
         // A folder and a file renamed through their labels.
         rename(data->node("\\Project\\docs"), "Manuals");
         QVERIFY(data->node("\\Project\\Manuals"));
@@ -85,7 +81,6 @@ private slots:
         settle();
         rename(row(data, "\\notes.txt"), "minutes.txt");
         QVERIFY(row(data, "\\minutes.txt"));
-
         // The labels, through their dialog.
         QTimer::singleShot(0, [] {
             auto *labels = qobject_cast<frmLabels *>(QApplication::activeModalWidget());
@@ -100,11 +95,9 @@ private slots:
         f->runCommand("LABEL");
         QCOMPARE(gstrVolumeIdentifier, QStringLiteral("HOLIDAY_2026"));
         rig.boxes.clear();
-
         // The test write and the disc put back are the write dialog's own tests.
         frmBurn *burn = rig.openDialog();
         burn->optWrite->click();
-
         // The real write; the compilation can't be touched meanwhile.
         QList<bool> listEnabled;
         QObject::connect(f->Tessaly, &CDWriterPro::TrackWriteStatus, data,
@@ -119,7 +112,6 @@ private slots:
         QVERIFY(!frmBurn::instance());
         QVERIFY(rig.trayDiscs().isEmpty());
         const QString image = rig.ejectedImage();
-
         // Read by tools nobody here wrote: exactly the compiled tree with the new names.
         QCOMPARE(ReadBack::xorrisoFiles(image, -1, "f"), onDisc);
         QCOMPARE(ReadBack::xorrisoFiles(image, -1, "d"),
@@ -130,11 +122,10 @@ private slots:
             QCOMPARE(ReadBack::xorrisoExtract(image, place, back),
                      ReadBack::sha256(src.filePath(source)));
         const QString info = QString::fromUtf8(ReadBack::run("isoinfo", {"-d", "-i", image}));
-        QVERIFY2(info.contains("Volume id: HOLIDAY_2026"), qPrintable(info));
-        QVERIFY2(info.contains("Application id: TESSALY"), qPrintable(info));
-        QVERIFY2(info.contains("Publisher id: ACME_PUBLISHING"), qPrintable(info));
-        QVERIFY2(info.contains("Data preparer id: QA_DESK"), qPrintable(info));
-        QVERIFY2(info.contains("Joliet"), qPrintable(info));
+        for (const char *line :
+             {"Volume id: HOLIDAY_2026", "Application id: TESSALY", "Publisher id: ACME_PUBLISHING",
+              "Data preparer id: QA_DESK", "Joliet"})
+            QVERIFY2(info.contains(line), qPrintable(info));
         // The Joliet names a Windows reader sees carry the renames too.
         const QString joliet =
             QString::fromUtf8(ReadBack::run("isoinfo", {"-J", "-f", "-i", image}));
