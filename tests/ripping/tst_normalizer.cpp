@@ -22,6 +22,11 @@
 using namespace OutsideTools;
 
 static const QStringList Tone = QStringLiteral("synth 3 sine 1000 vol -12dB").split(u' ');
+struct Level {
+    QString format; // sox's words, one space apart
+    int percent;
+    double peakDb, tolerance;
+};
 struct Outcome {
     QString source, percent;
     bool readOnlyDest;
@@ -32,30 +37,23 @@ class tst_normalizer : public QObject {
     Q_OBJECT
 private slots:
     void levelsAndFormats_data() {
-        QTest::addColumn<QStringList>("format");
-        QTest::addColumn<int>("percent");
-        QTest::addColumn<double>("peakDb");
-        QTest::addColumn<double>("tolerance");
-        const QStringList stereo16 = {"-r", "44100", "-c", "2", "-b", "16"};
-        QTest::newRow("16-bit stereo at 95%") << stereo16 << 95 << -0.45 << 0.02;
-        QTest::newRow("16-bit stereo at 50%") << stereo16 << 50 << -6.02 << 0.02;
-        QTest::newRow("24-bit mono")
-            << QStringList{"-r", "48000", "-c", "1", "-b", "24"} << 95 << -0.45 << 0.02;
-        QTest::newRow("32-bit float")
-            << QStringList{"-r", "44100", "-c", "2", "-e", "floating-point", "-b", "32"} << 95
-            << -0.45 << 0.02;
-        QTest::newRow("8-bit unsigned")
-            << QStringList{"-r", "8000", "-c", "1", "-b", "8", "-e", "unsigned-integer"} << 50
-            << -6.02 << 0.1;
-        // Far above full scale the tops are cut flat; a wrapped sample would fall to the other end.
-        QTest::newRow("clipping at 400%") << stereo16 << 400 << 0.0 << 0.01;
+        const QString stereo16 = "-r 44100 -c 2 -b 16";
+        addRows<Level>({
+            {"16-bit stereo at 95%", {stereo16, 95, -0.45, 0.02}},
+            {"16-bit stereo at 50%", {stereo16, 50, -6.02, 0.02}},
+            {"24-bit mono", {"-r 48000 -c 1 -b 24", 95, -0.45, 0.02}},
+            {"32-bit float", {"-r 44100 -c 2 -e floating-point -b 32", 95, -0.45, 0.02}},
+            {"8-bit unsigned", {"-r 8000 -c 1 -b 8 -e unsigned-integer", 50, -6.02, 0.1}},
+            // Far above full scale the tops are cut flat; a wrapped sample would fall to the
+            // other end.
+            {"clipping at 400%", {stereo16, 400, 0.0, 0.01}},
+        });
     }
 
     void levelsAndFormats() {
-        QFETCH(QStringList, format);
-        QFETCH(int, percent);
-        QFETCH(double, peakDb);
-        QFETCH(double, tolerance);
+        QFETCH(Level, row);
+        const auto &[soxFormat, percent, peakDb, tolerance] = row;
+        const QStringList format = soxFormat.split(u' ');
         QTemporaryDir dir;
         const QString source = dir.filePath(QStringLiteral("tone.wav"));
         const QString dest = dir.filePath(QStringLiteral("tone out.wav"));
