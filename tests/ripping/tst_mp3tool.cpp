@@ -27,6 +27,9 @@ namespace {
 struct Failure {
     QString lame, box;
 };
+struct Encoded {
+    QString setup, bitRate, channels;
+};
 struct Line {
     QString setup;
     bool encode;
@@ -190,18 +193,13 @@ private slots:
     }
 
     void realLame_data() {
-        QTest::addColumn<QString>("setup");
-        QTest::addColumn<QString>("bitRate");
-        QTest::addColumn<QString>("channels");
-        QTest::newRow("defaults") << QString() << QString("128000") << QString("2");
-        QTest::newRow("64 kbits mono")
-            << QString("rate=8,cboMode=3") << QString("64000") << QString("1");
+        addRows<Encoded>({{"defaults", {"", "128000", "2"}},
+                          {"64 kbits mono", {"rate=8,cboMode=3", "64000", "1"}}});
     }
 
     void realLame() {
-        QFETCH(QString, setup);
-        QFETCH(QString, bitRate);
-        QFETCH(QString, channels);
+        QFETCH(Encoded, row);
+        const auto &[setup, bitRate, channels] = row;
         TestEnvironment env;
         ScriptedAnswers answers;
         const QString wave = env.appFolder() + QStringLiteral("/tone.wav");
