@@ -169,16 +169,11 @@ private slots:
         QFETCH(bool, warned);
         AudioWindow w;
         // A sparse wave: its header, then the samples' length as a hole.
-        const QString path = w.file("long.wav", cdWave(QByteArray()));
-        {
-            QFile f(path);
-            QVERIFY(f.open(QIODevice::ReadWrite));
-            QVERIFY(f.seek(4));
-            f.write(le32(quint32(36 + qint64(frames) * 2352)));
-            QVERIFY(f.seek(40));
-            f.write(le32(quint32(qint64(frames) * 2352)));
-            QVERIFY(f.resize(44 + qint64(frames) * 2352));
-        }
+        const qint64 bytes = qint64(frames) * 2352;
+        QByteArray header = cdWave(QByteArray());
+        header.replace(4, 4, le32(quint32(36 + bytes))).replace(40, 4, le32(quint32(bytes)));
+        const QString path = w.file("long.wav", header);
+        QVERIFY(QFile(path).resize(44 + bytes));
         ViewGestures::drop(w.list(), {path});
         QCOMPARE(w.list()->topLevelItemCount(), 1);
         const QStringList expected = {
