@@ -45,19 +45,6 @@ private:
     qint64 m_blocks;
 };
 
-class CountingMonitor : public JobMonitor {
-public:
-    void trackStarted(qint32) override {}
-    void trackProgress(qint32, qint64, qint64) override {}
-    void closingTrack(qint32) override {}
-    void closingSession() override { ++sessionsClosed; }
-    void closingDisc() override { ++discsClosed; }
-    bool cancelRequested() const override { return false; }
-    void log(const QString &line) override { lines << line; }
-    int sessionsClosed = 0, discsClosed = 0;
-    QStringList lines;
-};
-
 // File descriptors of this process open on `path`.
 int openHandlesTo(const QString &path) {
     const QString target = QFileInfo(path).canonicalFilePath();
@@ -126,8 +113,9 @@ private slots:
         QCOMPARE(rig.engine.MediaType(), 1); // a file resembles a DVD-RAM
         QCOMPARE(rig.engine.DiscStatus(), 0);
         QCOMPARE(rig.engine.SessionCount(), 1);
-        QVERIFY(rig.engine.CurrentDriveCapability(10)); // writes DVD-RAM
-        QVERIFY(!rig.engine.CurrentDriveCapability(6)); // no CD-R
+        QVERIFY(rig.engine.CurrentDriveCapability(10));  // writes DVD-RAM
+        QVERIFY(!rig.engine.CurrentDriveCapability(6));  // no CD-R
+        QVERIFY(!rig.engine.CurrentDriveCapability(64)); // past the last code
         QTemporaryDir src;
         writeFile(src.filePath("docs/report one.txt"), pseudoRandom(300000, 1));
         writeFile(src.filePath("docs/Ünïcode.bin"), pseudoRandom(12345, 2));
@@ -138,12 +126,6 @@ private slots:
         rig.engine.SetLogging(true, log);
         QVERIFY(rig.write());
         QCOMPARE(rig.probe.endingEvent(), QStringLiteral("WriteComplete"));
-        const QStringList &ev = rig.probe.events;
-        QCOMPARE(ev.first(), QStringLiteral("PreparingToWrite"));
-        QVERIFY2(ev.indexOf("CreatingDirectories") < ev.indexOf("TrackWriteStatus"),
-                 qPrintable(ev.join(' ')));
-        QVERIFY(ev.lastIndexOf("TrackWriteStatus") < ev.indexOf("ClosingTrack"));
-        QVERIFY(ev.indexOf("ClosingTrack") < ev.indexOf("ClosingSession"));
         QCOMPARE(rig.probe.count("ClosingTrack"), 1);
         QCOMPARE(rig.probe.count("ClosingSession"), 1);
         QVERIFY(rig.probe.trackPercents.contains(1));
@@ -358,21 +340,27 @@ private slots:
         QVERIFY(rig.write());
         QCOMPARE(rig.probe.endingEvent(), QStringLiteral("WriteComplete"));
         QCOMPARE(rig.engine.DiscStatus(), 1);
-        // Erasing is a job of its own: asked of the recorder directly.
-        BurnRecorder direct({"stdio:" + rig.disc, "libburn", "File drive", true});
-        CountingMonitor monitor;
-        const JobOutcome erased = direct.erase(quick, monitor);
-        QCOMPARE(erased.kind, JobOutcome::Completed);
-        QCOMPARE(direct.medium().discStatus, 0);
-        QCOMPARE(direct.medium().nextWritableAddress, 32);
+        const QStringList endings{"WriteError", "WriteComplete", "EraseDiscComplete"};
+        // A file has no sessions to close: finishing completes at once.
+        rig.probe.events.clear();
+        QVERIFY(rig.engine.FinishDisc(true));
+        QVERIFY(rig.probe.waitFor(endings));
+        QCOMPARE(rig.probe.events, QStringList({"ClosingSession", "ClosingDisc", "WriteComplete"}));
+        QCOMPARE(rig.engine.DiscStatus(), 1);
+        // Through the engine, so that no second libburn drive object reads the file while the
+        // engine's own one may; the result is read by xorriso on the plain file.
+        rig.probe.events.clear();
+        QVERIFY(rig.engine.EraseDisc(quick));
+        QVERIFY(rig.probe.waitFor(endings));
+        QCOMPARE(rig.probe.events.last(), QStringLiteral("EraseDiscComplete"));
+        QCOMPARE(rig.engine.DiscStatus(), 0);
         QVERIFY(ReadBack::xorrisoToc(rig.disc).isEmpty());
         QFile f(rig.disc);
         QVERIFY(f.open(QIODevice::ReadOnly));
         QCOMPARE(f.readAll().contains(marker), quick);
-        // A file has no sessions to close: finishing completes at once.
-        QCOMPARE(direct.finish(true, monitor).kind, JobOutcome::Completed);
-        QCOMPARE(monitor.sessionsClosed, 1);
-        QCOMPARE(monitor.discsClosed, 1);
+        // The next session starts where the first one did.
+        QVERIFY(rig.write());
+        QCOMPARE(ReadBack::xorrisoToc(rig.disc).value(0).first, 32);
     }
 
     void sessionsOfXorrisoAreFound() {
