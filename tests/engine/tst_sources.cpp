@@ -100,7 +100,7 @@ private slots:
             QCOMPARE(rig.probe.fileError, fileError);
             QCOMPARE(rig.probe.failedFile, changing);
             if (target == u"iso") {
-                QVERIFY(!QFile::exists(iso));
+                QVERIFY(QDir(dir.path()).entryList(QDir::Files | QDir::Hidden).isEmpty());
             } else {
                 QCOMPARE(rig.probe.events,
                          QStringList({"PreparingToWrite", "ReadingTrackFileError", "WriteError"}));
