@@ -1,5 +1,5 @@
 // The libburn recorder on a file drive ("stdio:"), through the engine's own interface; what it
-// writes is read back by xorriso and isoinfo.
+// writes is read back by xorriso.
 #include "EngineRig.h"
 #include "Fixtures.h"
 #include "ReadBack.h"
@@ -158,8 +158,7 @@ private slots:
         const auto toc = ReadBack::xorrisoToc(rig.disc);
         QCOMPARE(toc.size(), 2);
         QCOMPARE(toc[0].first, 32);
-        QCOMPARE(toc[1].first % 32, 0);
-        QVERIFY(toc[1].first >= 32 + toc[0].second);
+        QCOMPARE(toc[1].first, (32 + toc[0].second + 31) / 32 * 32);
         QTemporaryDir out;
         const QString one = src.filePath("docs/report one.txt");
         // The first session, whole at its own address.
@@ -176,8 +175,6 @@ private slots:
             QCOMPARE(ReadBack::xorrisoExtract(rig.disc, "/keep.txt", out, at),
                      ReadBack::sha256(src.filePath("keep v2.txt")));
         }
-        const QByteArray listing = ReadBack::run("isoinfo", {"-R", "-f", "-i", rig.disc});
-        QVERIFY2(listing.contains("/new/added.bin"), listing.constData());
     }
 
     void simulationWritesNothing() {
