@@ -36,11 +36,11 @@ private slots:
         };
         for (auto it = files.begin(); it != files.end(); ++it)
             writeFile(src.filePath(it.key()), it.value());
-        writeFile(src.filePath("../single.txt"), "one\n"); // outside the tree
+        const QString single = QFileInfo(src.path() + "/../single.txt").absoluteFilePath();
+        writeFile(single, "one\n"); // outside the tree
         e.engine.ClearISOImage();
         e.engine.AddISODirectory("\\tree", src.path() + "\\*.*");
-        e.engine.AddISOFile("\\single.txt",
-                            QFileInfo(src.path() + "/../single.txt").absoluteFilePath());
+        e.engine.AddISOFile("\\single.txt", single);
         QCOMPARE(e.engine.ISOFileCount(), files.size() + 1);
         QCOMPARE(e.engine.ISODirectoryCount(), 13); // tree, Café Menü, deep + 9 below, with spaces
 
@@ -80,39 +80,21 @@ private slots:
         QCOMPARE(e.probe.caching.last(), qint16(100));
         QCOMPARE(e.probe.count("WriteComplete"), 0); // saving a file is not a write
 
-        // Rock Ridge and Joliet names as isoinfo lists them.
-        int status = 0;
-        const QString rr =
-            QString::fromUtf8(ReadBack::run("isoinfo", {"-R", "-f", "-i", iso}, &status));
-        QCOMPARE(status, 0);
+        // Every file with its Rock Ridge name and bytes, as xorriso and bsdtar extract them.
+        QMap<QString, QByteArray> want{{"/single.txt", ReadBack::sha256(single)}};
+        for (auto it = files.begin(); it != files.end(); ++it)
+            want.insert("/tree/" + it.key(), ReadBack::sha256(src.filePath(it.key())));
+        for (auto tool : {ReadBack::Tool::Xorriso, ReadBack::Tool::Bsdtar})
+            QCOMPARE(ReadBack::fileHashes(tool, iso), want);
         const QString joliet = QString::fromLatin1(
-            ReadBack::run("isoinfo", {"-J", "-j", "iso8859-1", "-f", "-i", iso}, &status));
-        QCOMPARE(status, 0);
-        // Directories deeper than ISO 9660's eight levels are relocated for Rock Ridge readers
-        // (isoinfo lists them where they lie, xorriso below where they belong).
-        for (auto it = files.begin(); it != files.end(); ++it) {
-            if (!it.key().startsWith("deep/"))
-                QVERIFY2(rr.contains("/tree/" + it.key()), qPrintable(it.key()));
-        }
+            ReadBack::run("isoinfo", {"-J", "-j", "iso8859-1", "-f", "-i", iso}));
         QVERIFY(joliet.contains("/tree/Café Menü/crème brûlée.txt"));
         QVERIFY(joliet.contains("/single.txt"));
-
         // The identifiers of the volume descriptor.
         const QString pvd = QString::fromUtf8(ReadBack::run("isoinfo", {"-d", "-i", iso}));
         for (const auto &[id, set, get, label] : ids)
             QVERIFY2(pvd.contains(label + (e.engine.*get)() + "\n"),
                      qPrintable(label + "\n" + pvd));
-
-        // Contents, byte for byte, extracted by xorriso.
-        QTemporaryDir extracted;
-        const QByteArray log = ReadBack::run(
-            "xorriso", {"-osirrox", "on", "-indev", iso, "-extract", "/", extracted.filePath("x")},
-            &status);
-        QVERIFY2(status == 0, log.constData());
-        for (auto it = files.begin(); it != files.end(); ++it)
-            QCOMPARE(ReadBack::sha256(extracted.filePath("x/tree/" + it.key())),
-                     ReadBack::sha256(src.filePath(it.key())));
-        QCOMPARE(QFileInfo(extracted.filePath("x/tree/Café Menü/empty file")).size(), 0);
     }
 
     void eventsComeParentsFirst() {
