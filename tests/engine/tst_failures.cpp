@@ -26,16 +26,6 @@ QString failureText(const EngineProbe &probe, const QString &sense, const QStrin
     return text;
 }
 
-// Events with every run of progress events shown once.
-QStringList squeezed(const QStringList &events) {
-    QStringList out;
-    for (const QString &e : events) {
-        if (out.isEmpty() || out.last() != e || !e.endsWith(u"Status"))
-            out.append(e);
-    }
-    return out;
-}
-
 } // namespace
 
 class tst_Failures : public QObject {
