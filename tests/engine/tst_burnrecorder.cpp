@@ -203,10 +203,9 @@ private slots:
         disconnect(&rig.engine, &CDWriterPro::TrackWriteStatus, this, nullptr);
         QVERIFY(!typesDuringWrite.isEmpty());
         QCOMPARE(typesDuringWrite, QList<qint32>(typesDuringWrite.size(), 1));
-        QCOMPARE(rig.probe.endingEvent(), QStringLiteral("WriteCancelled"));
-        QCOMPARE(rig.probe.count("WriteCancelled"), 1);
-        QCOMPARE(rig.probe.count("WriteComplete") + rig.probe.count("WriteError"), 0);
-        QCOMPARE(rig.probe.count("ClosingSession"), 0);
+        QCOMPARE(
+            squeezed(rig.probe.events).join(u' '),
+            QStringLiteral("PreparingToWrite CreatingDirectories TrackWriteStatus WriteCancelled"));
         // The disc's head never led to the broken session: the medium reads as blank.
         QCOMPARE(rig.engine.DiscStatus(), 0);
         QVERIFY(ReadBack::xorrisoToc(rig.disc).isEmpty());

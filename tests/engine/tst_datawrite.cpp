@@ -149,10 +149,9 @@ private slots:
         rig.probe.cancelAtOnePercent = true;
         QVERIFY(rig.engine.WriteDisc());
         QVERIFY(rig.probe.waitForEnd());
-        QCOMPARE(rig.probe.endingEvent(), QStringLiteral("WriteCancelled"));
-        QCOMPARE(rig.probe.count("WriteCancelled"), 1);
-        QCOMPARE(rig.probe.count("WriteComplete") + rig.probe.count("WriteError"), 0);
-        QCOMPARE(rig.probe.count("ClosingSession"), 0);
+        QCOMPARE(
+            squeezed(rig.probe.events).join(u' '),
+            QStringLiteral("PreparingToWrite CreatingDirectories TrackWriteStatus WriteCancelled"));
         // What was burnt stays, in a session the drive could not close.
         QCOMPARE(rig.engine.DiscStatus(), 1);
         QCOMPARE(rig.engine.LastSessionStatus(), 1);
