@@ -137,6 +137,13 @@ private slots:
                                                     "INDEX 01 00:00:00\n")
                                       << "is missing";
         QTest::newRow("no track") << file << "lists no track";
+        QByteArray hundred = file;
+        for (int t = 1; t <= 100; ++t)
+            hundred += QStringLiteral("TRACK %1 AUDIO\nINDEX 01 00:%2:00\n")
+                           .arg(t)
+                           .arg(t % 60, 2, 10, QChar(u'0'))
+                           .toLatin1();
+        QTest::newRow("100 tracks") << hundred << "A disc holds at most 99 tracks.";
         QTest::newRow("no sheet") << QByteArray() << "No cue sheet was given.";
     }
 
