@@ -7,6 +7,7 @@
 #include "app/mdiMain.h"
 #include "dialogs/DialogWindows.h"
 #include "dialogs/frmAbout.h"
+#include "dialogs/frmLicense.h"
 
 #include <QApplication>
 #include <QImage>
@@ -95,6 +96,14 @@ private slots:
             QVERIFY2(!QImage(QFileInfo(page).path() + u'/' + shot).isNull(), qPrintable(shot));
         }
         QCOMPARE(shots, 10);
+    }
+
+    // The licence window: the program's name and version, then the whole GPL as Debian has it.
+    void licenceHoldsTheWholeGpl() {
+        const QString text = frmLicense::licenseText();
+        QVERIFY(text.startsWith("Tessaly 0.1.0\n"));
+        const QByteArray gpl = OutsideTools::fileBytes("/usr/share/common-licenses/GPL-3");
+        QVERIFY(text.endsWith("\n\n" + QString(78, u'-') + "\n\n" + QString::fromUtf8(gpl)));
     }
 
     void aboutShowsTheLoadedVersions_data() {
