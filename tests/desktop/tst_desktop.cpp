@@ -132,10 +132,11 @@ private slots:
     void f1OpensTheTopicOfTheFocusWindow_data() {
         QTest::addColumn<QString>("topic");  // the row's tag is the command that opens it
         QTest::addColumn<double>("opacity"); // with "Transparency Value" 0 in the options
-        QTest::newRow("ABOUT") << QStringLiteral("frmAbout") << 0.2; // faint, never invisible
-        QTest::newRow("LICENSE") << QStringLiteral("frmLicense") << 1.0;
-        QTest::newRow("WEB") << QStringLiteral("frmWeb") << 0.2;
-        QTest::newRow("NORMALIZE") << QStringLiteral("frmNormalize") << 1.0; // a child
+        QTest::addColumn<QString>("title");
+        QTest::newRow("ABOUT") << "frmAbout" << 0.2 << "About Tessaly"; // faint, never invisible
+        QTest::newRow("LICENSE") << "frmLicense" << 1.0 << "License Agreement";
+        QTest::newRow("WEB") << "frmWeb" << 0.2 << "Tessaly On The Web";
+        QTest::newRow("NORMALIZE") << "frmNormalize" << 1.0 << "Normalize Wave File"; // a child
     }
     void f1OpensTheTopicOfTheFocusWindow() {
         QFETCH(QString, topic);
@@ -147,6 +148,7 @@ private slots:
         QWidget *window = FormRegistry::find(topic);
         QVERIFY(window);
         QVERIFY(qAbs(window->windowOpacity() - opacity) < 0.01); // kept in steps of 1/255
+        QTEST(window->windowTitle(), "title");
         // The focus somewhere in the window, where opening it or a click put it.
         window->window()->activateWindow();
         if (!window->isAncestorOf(QApplication::focusWidget()))
