@@ -117,24 +117,6 @@ private slots:
         QVERIFY(!box->cmdApply->isEnabled());
     }
 
-    void opensModalOverItsOwner() {
-        TestEnvironment env;
-        QWidget owner;
-        owner.show();
-        bool seen = false;
-        QTimer::singleShot(0, &owner, [&] {
-            frmOptions *box = DefaultInstance<frmOptions>::peek();
-            QVERIFY(box && box->isVisible());
-            QVERIFY(box->isModal());
-            QCOMPARE(box->parentWidget(), &owner);
-            seen = true;
-            box->cmdOK->click();
-        });
-        frmOptions::showModal(&owner);
-        QVERIFY(seen);
-        COMPARE_STORED(env, "General/FileBrowser Left=7650");
-    }
-
     void unreadableValueGoesToTheTrap() {
         TestEnvironment env;
         ScriptedAnswers answers;
