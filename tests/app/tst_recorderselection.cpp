@@ -20,16 +20,8 @@
 #include <QTest>
 
 using namespace FrameFixture;
-using Entries = QList<WriteSpeedList::Entry>;
 
 namespace {
-
-QList<QVariant> kbs(std::initializer_list<int> values) {
-    QList<QVariant> list;
-    for (int v : values)
-        list.append(QVariant(qint32(v)));
-    return list;
-}
 
 // The texts and item data of a combo box.
 QStringList texts(const QComboBox *box) {
@@ -66,43 +58,31 @@ private slots:
     void speedList_data() {
         QTest::addColumn<int>("mediaType");
         QTest::addColumn<int>("maxSpeed");
-        QTest::addColumn<QStringList>("texts");
-        QTest::addColumn<QList<QVariant>>("data");
-        QTest::newRow("unknown speed")
-            << 255 << 0 << QStringList{"Default"} << QList<QVariant>{QVariant()};
-        QTest::newRow("negative speed, DVD")
-            << 2 << -5 << QStringList{"Default"} << QList<QVariant>{QVariant()};
-        QTest::newRow("352 on a CD-R") << 255 << 352 << QStringList{"2x 300 kB/s"} << kbs({352});
-        QTest::newRow("200 counts as 1x") << 255 << 200 << QStringList{"1x 150 kB/s"} << kbs({200});
+        QTest::addColumn<QStringList>("entries"); // text=item data
+        QTest::newRow("unknown speed") << 255 << 0 << QStringList{"Default="};
+        QTest::newRow("negative speed, DVD") << 2 << -5 << QStringList{"Default="};
+        QTest::newRow("352 on a CD-R") << 255 << 352 << QStringList{"2x 300 kB/s=352"};
+        QTest::newRow("200 counts as 1x") << 255 << 200 << QStringList{"1x 150 kB/s=200"};
         // 704 taken off while at 1200 or more, 352 below.
         QTest::newRow("1232 on a CD-RW")
-            << 253 << 1232 << QStringList{"7x 1050 kB/s", "3x 450 kB/s", "1x 150 kB/s"}
-            << kbs({1232, 528, 176});
+            << 253 << 1232
+            << QStringList{"7x 1050 kB/s=1232", "3x 450 kB/s=528", "1x 150 kB/s=176"};
         // 2.5 shows as 3x while the kB/s round to even; half a speed below 2 counts as 1x.
-        QTest::newRow("halves") << 254 << 440 << QStringList{"3x 300 kB/s", "1x 150 kB/s"}
-                                << kbs({440, 88});
-        const QStringList dvd = {"4.0x", "3.5x", "3.0x", "2.5x", "2.0x", "1.5x", "1.0x"};
-        const QList<QVariant> dvdData = kbs({5540, 4850, 4160, 3470, 2780, 2090, 1400});
-        QTest::newRow("DVD-R 5540") << 2 << 5540 << dvd << dvdData;
-        for (int type : {0, 1, 9, 10, 252, 256, -1})
-            QTest::addRow("media type %d takes DVD speeds", type) << type << 5540 << dvd << dvdData;
-        QTest::newRow("DVD below one speed") << 3 << 690 << QStringList{".5x"} << kbs({690});
+        QTest::newRow("halves") << 254 << 440 << QStringList{"3x 300 kB/s=440", "1x 150 kB/s=88"};
+        const QStringList dvd = {"4.0x=5540", "3.5x=4850", "3.0x=4160", "2.5x=3470",
+                                 "2.0x=2780", "1.5x=2090", "1.0x=1400"};
+        for (int type : {2, 0, 1, 9, 10, 252, 256, -1})
+            QTest::addRow("media type %d takes DVD speeds", type) << type << 5540 << dvd;
+        QTest::newRow("DVD below one speed") << 3 << 690 << QStringList{".5x=690"};
     }
 
     void speedList() {
         QFETCH(int, mediaType);
         QFETCH(int, maxSpeed);
-        QFETCH(QStringList, texts);
-        QFETCH(QList<QVariant>, data);
-        const Entries entries = WriteSpeedList::entries(mediaType, maxSpeed);
-        QStringList gotTexts;
-        QList<QVariant> gotData;
-        for (const auto &e : entries) {
-            gotTexts.append(e.text);
-            gotData.append(e.itemData);
-        }
-        QCOMPARE(gotTexts, texts);
-        QCOMPARE(gotData, data);
+        QStringList got;
+        for (const auto &e : WriteSpeedList::entries(mediaType, maxSpeed))
+            got.append(e.text + u'=' + e.itemData.toString());
+        QTEST(got, "entries");
     }
 
     void closingTheTrayShowsAWritableDisc() {
@@ -134,12 +114,9 @@ private slots:
     void noWritableDisc_data() {
         QTest::addColumn<QString>("how");
         QTest::addColumn<QString>("animation");
-        QTest::newRow("at the start") << "start"
-                                      << "Dat/insertcd.gif";
-        QTest::newRow("ejected") << "eject"
-                                 << "Dat/insertcd.gif";
-        QTest::newRow("a pressed disc laid in") << "closed"
-                                                << "Dat/removecd.gif";
+        QTest::newRow("at the start") << "start" << QString("Dat/insertcd.gif");
+        QTest::newRow("ejected") << "eject" << QString("Dat/insertcd.gif");
+        QTest::newRow("a pressed disc laid in") << "closed" << QString("Dat/removecd.gif");
     }
 
     void noWritableDisc() {
