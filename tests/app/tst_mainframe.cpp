@@ -108,7 +108,7 @@ private slots:
         env.reset();
     }
 
-    void startSizeAt1024x768WithNoOptions() {
+    void startSizeAndTiling() {
         QVERIFY(env->startProgram());
         QCOMPARE(ScreenResolution(), QStringLiteral("1024 X 768"));
         mdiMain *f = frame();
@@ -119,6 +119,21 @@ private slots:
         QCOMPARE(childWindows().size(), 1);
         QCOMPARE(childWindows().first()->geometry(),
                  QRect(Twips::toPixels(7650), 0, Twips::toPixels(7650), Twips::toPixels(8500)));
+        f->show();
+        f->runCommand("ADDFILES");
+        settle();
+        const QRect area = f->mdiArea()->viewport()->rect();
+        f->runCommand("TILEV");
+        QCOMPARE(childWindows()[0]->geometry(), QRect(0, 0, area.width() / 2, area.height()));
+        QCOMPARE(childWindows()[1]->geometry(),
+                 QRect(area.width() / 2, 0, area.width() / 2, area.height()));
+        f->runCommand("TILEH");
+        QCOMPARE(childWindows()[0]->geometry(), QRect(0, 0, area.width(), area.height() / 2));
+        QCOMPARE(childWindows()[1]->geometry(),
+                 QRect(0, area.height() / 2, area.width(), area.height() / 2));
+        f->runCommand("CASCADE");
+        QVERIFY(childWindows()[1]->x() > childWindows()[0]->x());
+        QVERIFY(childWindows()[1]->y() > childWindows()[0]->y());
     }
 
     void frameWithoutRecorders() {
@@ -447,26 +462,6 @@ private slots:
             QVERIFY(gblnUnloadOk);
             QCOMPARE(f->cursor().shape(), Qt::ArrowCursor);
         }
-    }
-
-    void tileSideBySideAndAboveEachOther() {
-        QVERIFY(env->startProgram());
-        mdiMain *f = frame();
-        f->show();
-        f->runCommand("ADDFILES");
-        settle();
-        const QRect area = f->mdiArea()->viewport()->rect();
-        f->runCommand("TILEV");
-        QCOMPARE(childWindows()[0]->geometry(), QRect(0, 0, area.width() / 2, area.height()));
-        QCOMPARE(childWindows()[1]->geometry(),
-                 QRect(area.width() / 2, 0, area.width() / 2, area.height()));
-        f->runCommand("TILEH");
-        QCOMPARE(childWindows()[0]->geometry(), QRect(0, 0, area.width(), area.height() / 2));
-        QCOMPARE(childWindows()[1]->geometry(),
-                 QRect(0, area.height() / 2, area.width(), area.height() / 2));
-        f->runCommand("CASCADE");
-        QVERIFY(childWindows()[1]->x() > childWindows()[0]->x());
-        QVERIFY(childWindows()[1]->y() > childWindows()[0]->y());
     }
 
     void helpOpensAtContentsIndexAndContext_data() {
