@@ -3,11 +3,14 @@
 #include "DataWindowRig.h"
 #include "Rows.h"
 
+#include "app/FormRegistry.h"
 #include "app/frmFiles.h"
 #include "app/mdiMain.h"
 #include "app/modDeclarations.h"
+#include "compilation/frmAudio.h"
 #include "compilation/frmData.h"
 #include "engine/writer/CDWriterPro.h"
+#include "widgets/DefaultInstance.h"
 #include "widgets/FileView.h"
 #include "widgets/KeyedItem.h"
 #include "widgets/KeyedMenu.h"
@@ -344,6 +347,12 @@ private slots:
         rig->data()->parentWidget()->close();
         QVERIFY(tv->actions().isEmpty());
         QVERIFY(lv->actions().isEmpty());
+        // The audio compilation's list has a popup of its own.
+        QVERIFY(FormRegistry::open("frmAudio"));
+        QTest::mouseClick(DefaultInstance<frmAudio>::peek()->lvwAudioTracks->viewport(),
+                          Qt::RightButton);
+        QTRY_VERIFY(rig->frame()->mnuPopUpAudio->isVisible());
+        rig->frame()->mnuPopUpAudio->hide();
     }
 };
 
