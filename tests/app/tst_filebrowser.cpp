@@ -208,53 +208,43 @@ private slots:
         QVERIFY(list->dragEnabled());
     }
 
-    void chooserNeedsAChoice() {
+    void chooserOpensTheCompilation_data() {
+        QTest::addColumn<int>("choice"); // data, audio, or audio chosen and cancelled
+        QTest::addColumn<QStringList>("reached");
+        QTest::newRow("data") << 0 << QStringList({"frmData", "ResetImage"});
+        QTest::newRow("audio") << 1 << QStringList({"frmAudio"});
+        QTest::newRow("cancelled") << 2 << QStringList();
+    }
+
+    // The box needs a choice before OK; data clears the labels, audio keeps them.
+    void chooserOpensTheCompilation() {
+        QFETCH(int, choice);
         TestEnvironment env;
         QVERIFY(env.startProgram());
+        QStringList got;
+        const char *names[] = {"frmData", "frmAudio", "ResetImage", "frmSessionCheck"};
+        for (const char *name : names)
+            FormRegistry::add(name, [&got, name](QWidget *) { got.append(name); });
+        gstrVolumeIdentifier = "OLD";
+        gstrVolumeBiblioFileIdentifier = "OLD";
         frame()->runCommand("NEW");
         auto *box = frame()->findChild<frmChooseDiscType *>();
-        QVERIFY(box);
-        QVERIFY(box->isVisible());
-        QVERIFY(box->isModal());
+        QVERIFY(box && box->isVisible() && box->isModal());
         QVERIFY(!box->optData->isChecked());
         QVERIFY(!box->optAudio->isChecked());
         QVERIFY(!box->cmdOK->isEnabled());
         QVERIFY(box->lblDataCD->text().contains("files from your comouter."));
-        box->optAudio->click();
+        (choice == 0 ? box->optData : box->optAudio)->click();
         QVERIFY(box->cmdOK->isEnabled());
-        box->cmdCancel->click();
+        (choice == 2 ? box->cmdCancel : box->cmdOK)->click();
+        QCOMPARE(box->result(), int(choice == 2 ? QDialog::Rejected : QDialog::Accepted));
         settle();
         QVERIFY(!frame()->findChild<frmChooseDiscType *>());
-    }
-
-    void chooserOpensTheCompilation_data() {
-        QTest::addColumn<bool>("data");
-        QTest::addColumn<QStringList>("reached");
-        QTest::addColumn<bool>("labelsCleared");
-        QTest::newRow("data") << true << QStringList({"frmData", "ResetImage"}) << true;
-        QTest::newRow("audio") << false << QStringList({"frmAudio"}) << false;
-    }
-
-    void chooserOpensTheCompilation() {
-        QFETCH(bool, data);
-        QFETCH(QStringList, reached);
-        QFETCH(bool, labelsCleared);
-        TestEnvironment env;
-        QVERIFY(env.startProgram());
-        QStringList got;
-        for (const char *name : {"frmData", "frmAudio", "ResetImage", "frmSessionCheck"})
-            FormRegistry::add(name, [&got, name](QWidget *) { got.append(name); });
-        gstrVolumeIdentifier = "OLD";
-        gstrVolumeBiblioFileIdentifier = "OLD";
-        frmChooseDiscType box(frame());
-        (data ? box.optData : box.optAudio)->click();
-        box.cmdOK->click();
-        for (const char *name : {"frmData", "frmAudio", "ResetImage", "frmSessionCheck"})
+        for (const char *name : names)
             FormRegistry::remove(name);
-        QCOMPARE(got, reached);
-        QCOMPARE(gstrVolumeIdentifier.isEmpty(), labelsCleared);
-        QCOMPARE(gstrVolumeBiblioFileIdentifier.isEmpty(), labelsCleared);
-        QCOMPARE(box.result(), int(QDialog::Accepted));
+        QTEST(got, "reached");
+        QCOMPARE(gstrVolumeIdentifier.isEmpty(), choice == 0);
+        QCOMPARE(gstrVolumeBiblioFileIdentifier.isEmpty(), choice == 0);
     }
 };
 
