@@ -88,21 +88,18 @@ private slots:
         rig->source("browse/two.txt");
         rig->source("browse/sub/three.txt");
         frmFiles *browser = rig->frame()->frmF(0);
-        QVERIFY(browser);
         browser->FileViewAdd->setPath(QFileInfo(one).path());
         QTRY_COMPARE(browser->FileViewAdd->ItemCount(), 3);
         for (int i = 0; i < 3; ++i)
             browser->FileViewAdd->setItemSelected(i, true);
         std::unique_ptr<QMimeData> dragged(browser->FileViewAdd->dragData());
         QVERIFY(dragged && dragged->hasFormat("text/uri-list"));
-        QList<QUrl> urls = dragged->urls();
         QStringList paths;
-        for (const QUrl &url : urls)
+        for (const QUrl &url : dragged->urls())
             paths.append(url.toLocalFile());
         rig->drop(rig->data()->lvwImageFiles, paths);
         QCOMPARE(rig->nodeKeys(), (QStringList{"\\", "\\sub"}));
-        QStringList rows = rig->rowKeys();
-        QCOMPARE(rows, (QStringList{"\\one.txt", "\\two.txt"}));
+        QCOMPARE(rig->rowKeys(), (QStringList{"\\one.txt", "\\two.txt"}));
         QCOMPARE(rig->frame()->Tessaly->ISOFileCount(), 3);
     }
 

@@ -145,10 +145,7 @@ private slots:
         QTest::keyClick(f, Qt::Key_F6, Qt::ControlModifier);
         QCOMPARE(f->mdiArea()->activeSubWindow(), before);
         // The browser: Enter opens the folder, Backspace goes back up.
-        frmFiles *browser = nullptr;
-        for (QMdiSubWindow *child : f->openForms())
-            browser = browser ? browser : qobject_cast<frmFiles *>(child->widget());
-        QVERIFY(browser);
+        frmFiles *browser = f->frmF(0);
         const QString top = QFileInfo(rig->source("walk/inner/x.txt")).dir().path() + "/..";
         FileView *view = browser->FileViewAdd;
         view->setPath(QDir::cleanPath(top));
