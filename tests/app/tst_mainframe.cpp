@@ -303,7 +303,6 @@ private slots:
         for (const QString &name : names)
             FormRegistry::remove(name);
         QCOMPARE(reached, opened.isEmpty() ? QStringList() : QStringList({opened}));
-        QVERIFY(answers->boxes.isEmpty());
     }
 
     void preferencesOpensTheOptionsBoxOverTheFrame() {
@@ -422,9 +421,7 @@ private slots:
         }
         const QStringList before = rowKeys(data->lvwImageFiles);
         f->runCommand(row.key);
-        if (row.prompt.isEmpty()) {
-            QVERIFY(answers->boxes.isEmpty());
-        } else {
+        if (!row.prompt.isEmpty()) {
             QCOMPARE(answers->boxes.size(), 1);
             QCOMPARE(answers->boxes[0].prompt, row.prompt);
             QCOMPARE(answers->boxes[0].buttons, int(vbInformation));

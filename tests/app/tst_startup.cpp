@@ -23,7 +23,6 @@ class tst_Startup : public QObject {
 private slots:
     void mainSetsTheGlobalsAndShowsTheSplash() {
         TestEnvironment env;
-        ScriptedAnswers answers;
         modMain::Main();
         QVERIFY(modMain::Started());
         QCOMPARE(qint16(gblnDisctypeIsData), qint16(99));
@@ -36,7 +35,6 @@ private slots:
         // Main reads no option and makes no frame: the splash alone stands.
         QVERIFY(DefaultInstance<frmSplash>::exists());
         QVERIFY(!DefaultInstance<mdiMain>::exists());
-        QVERIFY(answers.boxes.isEmpty());
         frmSplash *splash = DefaultInstance<frmSplash>::peek();
         QCOMPARE(splash->lblUser->text(),
                  "User:  " + QString::fromLocal8Bit(getpwuid(geteuid())->pw_name));
