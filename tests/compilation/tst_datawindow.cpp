@@ -306,8 +306,10 @@ private slots:
     }
 
     void viewAndSortEntries() {
-        rig->source("files/B.txt");
-        QTest::qWait(1100); // a later modification date for a.txt
+        QFile older(rig->source("files/B.txt"));
+        QVERIFY(older.open(QIODevice::ReadWrite));
+        QVERIFY(older.setFileTime(QDateTime::currentDateTime().addDays(-1),
+                                  QFileDevice::FileModificationTime));
         const QString a = rig->source("files/a.txt");
         rig->drop(rig->data()->tvwDirectories, {QFileInfo(a).path()});
         rig->data()->tvwDirectories->setCurrentItem(rig->data()->node("\\files"));
