@@ -364,27 +364,22 @@ private slots:
         f->show();
         QWidget *w = control == "statusbar" ? f->statusBar() : f->findChild<QWidget *>(control);
         QVERIFY(w);
-        QVERIFY(w->isVisible());
-        QVERIFY(f->SmartMenu->Item(key)->Checked());
-        f->SmartMenu->click(key);
-        QVERIFY(!w->isVisible());
-        QVERIFY(!f->SmartMenu->Item(key)->Checked());
-        f->SmartMenu->click(key);
-        QVERIFY(w->isVisible());
-        QVERIFY(f->SmartMenu->Item(key)->Checked());
+        for (const bool shown : {true, false, true}) {
+            QCOMPARE(w->isVisible(), shown);
+            QCOMPARE(f->SmartMenu->Item(key)->Checked(), shown);
+            f->SmartMenu->click(key);
+        }
     }
 
     void datePairSetsTheEngine() {
         QVERIFY(env->startProgram());
         mdiMain *f = frame();
-        f->runCommand("DATEADDED");
-        QVERIFY(!f->Tessaly->UseFileModifiedDate());
-        QVERIFY(f->SmartMenu->Item("DATEADDED")->Checked());
-        QVERIFY(!f->SmartMenu->Item("DATEMODIFIED")->Checked());
-        f->runCommand("DATEMODIFIED");
-        QVERIFY(f->Tessaly->UseFileModifiedDate());
-        QVERIFY(!f->SmartMenu->Item("DATEADDED")->Checked());
-        QVERIFY(f->SmartMenu->Item("DATEMODIFIED")->Checked());
+        for (const bool modified : {false, true, false}) {
+            f->runCommand(modified ? "DATEMODIFIED" : "DATEADDED");
+            QCOMPARE(f->Tessaly->UseFileModifiedDate(), modified);
+            QCOMPARE(f->SmartMenu->Item("DATEADDED")->Checked(), !modified);
+            QCOMPARE(f->SmartMenu->Item("DATEMODIFIED")->Checked(), modified);
+        }
     }
 
     void imageCommandsWorkOnTheSelection_data() {
