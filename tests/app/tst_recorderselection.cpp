@@ -22,7 +22,7 @@ using namespace FrameFixture;
 
 namespace {
 
-// The texts and item data of a combo box.
+// The texts of a combo box.
 QStringList texts(const QComboBox *box) {
     QStringList list;
     for (int i = 0; i < box->count(); ++i)
