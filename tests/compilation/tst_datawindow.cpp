@@ -237,25 +237,22 @@ private slots:
         QVERIFY(boxes.first().startsWith("Tessaly - Warning|You must remove some files"));
     }
 
-    void barWithoutMedium_data() {
-        QTest::addColumn<int>("megabytes");
-        QTest::addColumn<int>("barTwips");
-        QTest::addColumn<QString>("panel");
-        QTest::newRow("more than a CD") << 800 << 8000 << " Data Image Size: 800.";
-        QTest::newRow("past the bar's end") << 10300 << 100000 << " Data Image Size: 10300.";
-    }
-
-    // Without a disc nothing is compared, so nothing is said; the bar measures all the same.
+    // Without a disc nothing is compared, so nothing is said; the bar measures all the same, up
+    // to its end.
     void barWithoutMedium() {
-        QFETCH(int, megabytes);
-        QFETCH(int, barTwips);
-        QFETCH(QString, panel);
         rig->frame()->Tessaly->MoveTray(false);
         QTRY_COMPARE(rig->frame()->Tessaly->MediaType(), qint32(CDWriterPro::MediaNone));
-        rig->drop(rig->data()->tvwDirectories, {rig->sparseSource("huge.raw", megabytes)});
-        QCOMPARE(rig->takeBoxes(), QStringList());
-        QVERIFY(rig->panel("DATA").startsWith(panel));
-        QCOMPARE(rig->frame()->prbSize->width(), Twips::toPixels(barTwips));
+        // Each file, the image's whole size in megabytes, and the bar's width.
+        for (const auto &[name, megabytes, total, barTwips] :
+             {std::tuple("more.raw", 800, 800, 8000),
+              std::tuple("huge.raw", 9500, 10300, 100000)}) {
+            rig->drop(rig->data()->tvwDirectories, {rig->sparseSource(name, megabytes)});
+            QCOMPARE(rig->takeBoxes(), QStringList());
+            const QString panel = rig->panel("DATA");
+            QVERIFY2(panel.startsWith(QStringLiteral(" Data Image Size: %1.").arg(total)),
+                     qPrintable(panel));
+            QCOMPARE(rig->frame()->prbSize->width(), Twips::toPixels(barTwips));
+        }
     }
 
     void volumeIdentifierFollowsBox() {
