@@ -12,6 +12,7 @@
 #include "widgets/KeyedPanel.h"
 #include "widgets/KeyedStatusBar.h"
 #include "widgets/LineControl.h"
+#include "widgets/Twips.h"
 
 #include <QComboBox>
 #include <QDir>
@@ -169,6 +170,19 @@ private slots:
                                         f->cboWriteSpeed, f->lblVolIdentifier};
         for (int i = 1; i < strip.size(); ++i)
             QVERIFY(strip[i - 1]->geometry().right() < strip[i]->geometry().left());
+    }
+
+    // The splitter between tree and list follows a drag, and leaves both panes 1500 wide at least.
+    void splitterFollowsADrag() {
+        frmData *d = rig->data();
+        const int inner = Twips::fromPixels(d->width());
+        QVERIFY(inner > 4000);
+        for (const int to : {inner / 2, 600, inner - 100}) {
+            d->imgSplitter_MouseDown(0, 0);
+            d->imgSplitter_MouseMove(to - Twips::fromPixels(d->imgSplitter->x()), 0);
+            d->imgSplitter_MouseUp(0, 0);
+            QCOMPARE(d->tvwDirectories->width(), Twips::toPixels(qBound(1500, to, inner - 1500)));
+        }
     }
 
     void rulerFollowsADvd() {
