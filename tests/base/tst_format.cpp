@@ -55,17 +55,15 @@ private slots:
     void dates_data() {
         QTest::addColumn<QString>("pattern");
         QTest::addColumn<QString>("expected");
-        QTest::newRow("file date") << "YYYY/MM/DD hh:mm:ss"
-                                   << "2026/03/07 09:05:04";
-        QTest::newRow("ISO name date") << "YYYYMMDD"
-                                       << "20260307";
-        QTest::newRow("ISO name time") << "hhmm"
-                                       << "0905";
-        QTest::newRow("lower case") << "yyyy-mm-dd"
-                                    << "2026-03-07";
-        QTest::newRow("literal text") << "at hh"
-                                      << "at 09";
+        const char *rows[][2] = {{"YYYY/MM/DD hh:mm:ss", "2026/03/07 09:05:04"},
+                                 {"YYYYMMDD", "20260307"},
+                                 {"hhmm", "0905"},
+                                 {"yyyy-mm-dd", "2026-03-07"},
+                                 {"at hh", "at 09"}};
+        for (const auto &r : rows)
+            QTest::newRow(r[0]) << r[0] << r[1];
     }
+
     void dates() {
         QFETCH(QString, pattern);
         const QDateTime t(QDate(2026, 3, 7), QTime(9, 5, 4));

@@ -79,14 +79,6 @@ private slots:
         QFETCH(QString, value);
         QTEST(IniFile::withValue(before, section, key, value), "after");
     }
-
-    void writeThenReadRoundTrips() {
-        QByteArray text = IniFile::withValue({}, "General", "Left Hand", "False");
-        text = IniFile::withValue(text, "Directories", "FileBrowser Start Dir", "/media/cdrom");
-        text = IniFile::withValue(text, "general", "left hand", "True");
-        QCOMPARE(IniFile::value(text, "General", "Left Hand", {}), QStringLiteral("True"));
-        QCOMPARE(text.count("Left Hand"), 1);
-    }
 };
 
 QTEST_GUILESS_MAIN(tst_IniFile)

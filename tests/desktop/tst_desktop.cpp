@@ -7,6 +7,7 @@
 #include "app/mdiMain.h"
 #include "dialogs/DialogWindows.h"
 #include "dialogs/frmAbout.h"
+#include "dialogs/frmLicense.h"
 
 #include <QApplication>
 #include <QImage>
@@ -15,10 +16,7 @@
 #include <QTest>
 #include <QTreeWidget>
 
-namespace {
-const QString AppId = QStringLiteral("org.tessaly.Tessaly");
-
-} // namespace
+static const QString AppId = QStringLiteral("org.tessaly.Tessaly");
 
 // Tessaly installed into a temporary prefix and read back by the desktop's own validators, the
 // dialogs against the libraries' own version tools, and the help reached by F1.
@@ -97,7 +95,15 @@ private slots:
             const QString shot = it.next().captured(1);
             QVERIFY2(!QImage(QFileInfo(page).path() + u'/' + shot).isNull(), qPrintable(shot));
         }
-        QVERIFY(shots >= 5);
+        QCOMPARE(shots, 10);
+    }
+
+    // The licence window: the program's name and version, then the whole GPL as Debian has it.
+    void licenceHoldsTheWholeGpl() {
+        const QString text = frmLicense::licenseText();
+        QVERIFY(text.startsWith("Tessaly 0.1.0\n"));
+        const QByteArray gpl = OutsideTools::fileBytes("/usr/share/common-licenses/GPL-3");
+        QVERIFY(text.endsWith("\n\n" + QString(78, u'-') + "\n\n" + QString::fromUtf8(gpl)));
     }
 
     void aboutShowsTheLoadedVersions_data() {
@@ -126,10 +132,11 @@ private slots:
     void f1OpensTheTopicOfTheFocusWindow_data() {
         QTest::addColumn<QString>("topic");  // the row's tag is the command that opens it
         QTest::addColumn<double>("opacity"); // with "Transparency Value" 0 in the options
-        QTest::newRow("ABOUT") << QStringLiteral("frmAbout") << 0.2; // faint, never invisible
-        QTest::newRow("LICENSE") << QStringLiteral("frmLicense") << 1.0;
-        QTest::newRow("WEB") << QStringLiteral("frmWeb") << 0.2;
-        QTest::newRow("NORMALIZE") << QStringLiteral("frmNormalize") << 1.0; // a child
+        QTest::addColumn<QString>("title");
+        QTest::newRow("ABOUT") << "frmAbout" << 0.2 << "About Tessaly"; // faint, never invisible
+        QTest::newRow("LICENSE") << "frmLicense" << 1.0 << "License Agreement";
+        QTest::newRow("WEB") << "frmWeb" << 0.2 << "Tessaly On The Web";
+        QTest::newRow("NORMALIZE") << "frmNormalize" << 1.0 << "Normalize Wave File"; // a child
     }
     void f1OpensTheTopicOfTheFocusWindow() {
         QFETCH(QString, topic);
@@ -141,6 +148,7 @@ private slots:
         QWidget *window = FormRegistry::find(topic);
         QVERIFY(window);
         QVERIFY(qAbs(window->windowOpacity() - opacity) < 0.01); // kept in steps of 1/255
+        QTEST(window->windowTitle(), "title");
         // The focus somewhere in the window, where opening it or a click put it.
         window->window()->activateWindow();
         if (!window->isAncestorOf(QApplication::focusWidget()))

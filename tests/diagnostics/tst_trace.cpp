@@ -1,3 +1,4 @@
+#include "Rows.h"
 #include "TestEnvironment.h"
 #include "diagnostics/ErrorTrap.h"
 #include "diagnostics/vbwDump.h"
@@ -9,27 +10,25 @@
 
 Q_DECLARE_METATYPE(vbwBounds)
 
+struct Shown {
+    QString text, shown;
+};
+
 class tst_Trace : public QObject {
     Q_OBJECT
 private slots:
     void formatString_data() {
-        QTest::addColumn<QString>("text");
-        QTest::addColumn<QString>("shown");
-        QTest::newRow("plain") << "abc"
-                               << "\"abc\"";
-        QTest::newRow("200 characters") << QString(200, 'x') << '"' + QString(128, 'x') + "{...}\"";
-        QTest::newRow("cut inside CR LF")
-            << QString(127, 'x') + "\r\nyy" << '"' + QString(127, 'x') + "<CrLf>{...}\"";
-        QTest::newRow("line breaks") << "a\r\nb\rc\nd"
-                                     << "\"a<CrLf>b<Cr>c<Lf>d\"";
-        QTest::newRow("marker") << "{Empty}"
-                                << "{Empty}";
-        QTest::newRow("ends in brace") << QString(200, 'x') + '}' << QString(200, 'x') + '}';
+        const QString x127(127, u'x'), x200(200, u'x');
+        addRows<Shown>({{"plain", {"abc", "\"abc\""}},
+                        {"200 characters", {x200, '"' + x127 + "x{...}\""}},
+                        {"cut inside CR LF", {x127 + "\r\nyy", '"' + x127 + "<CrLf>{...}\""}},
+                        {"line breaks", {"a\r\nb\rc\nd", "\"a<CrLf>b<Cr>c<Lf>d\""}},
+                        {"marker", {"{Empty}", "{Empty}"}},
+                        {"ends in brace", {x200 + '}', x200 + '}'}}});
     }
     void formatString() {
-        QFETCH(QString, text);
-        QFETCH(QString, shown);
-        QCOMPARE(FormatString(text, 128), shown);
+        QFETCH(Shown, row);
+        QCOMPARE(FormatString(row.text, 128), row.shown);
     }
 
     void arrayHeads_data() {

@@ -114,23 +114,13 @@ private slots:
         QCOMPARE(engine.AudioTrackCount(), frames.size());
     }
 
-    void blocksToTime_data() {
-        QTest::addColumn<int>("blocks");
-        QTest::addColumn<QString>("time");
-        QTest::newRow("nothing") << 0 << "00:00:00";
-        QTest::newRow("a frame") << 1 << "00:00:01";
-        QTest::newRow("a second") << 75 << "00:01:00";
-        QTest::newRow("a gap and 4 s") << 450 << "00:06:00";
-        QTest::newRow("74 minutes") << 333000 << "74:00:00";
-        QTest::newRow("80 minutes less a frame") << 359999 << "79:59:74";
-        QTest::newRow("negative") << -5 << "00:00:00";
-    }
-
     void blocksToTime() {
-        QFETCH(int, blocks);
-        QFETCH(QString, time);
         CDWriterPro engine;
-        QCOMPARE(engine.BlocksToTime(blocks), time);
+        const QList<std::pair<int, QString>> rows = {
+            {0, "00:00:00"},      {1, "00:00:01"},      {75, "00:01:00"}, {450, "00:06:00"},
+            {333000, "74:00:00"}, {359999, "79:59:74"}, {-5, "00:00:00"}};
+        for (const auto &[blocks, time] : rows)
+            QCOMPARE(engine.BlocksToTime(blocks), time);
     }
 };
 

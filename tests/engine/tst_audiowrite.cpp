@@ -72,25 +72,21 @@ private slots:
             QVERIFY2(logText.contains(line), line);
 
         // Events in the order the windows rest on, tracks numbered from 1.
-        const QStringList &ev = rig.probe.events;
-        QCOMPARE(ev.first(), QStringLiteral("PreparingToWrite"));
-        QCOMPARE(ev.last(), QStringLiteral("WriteComplete"));
-        QCOMPARE(rig.probe.count("WriteComplete"), 1);
+        // Cached, the files are read first and then the cache is written track by track.
+        const QString track = "TrackWriteStatus ClosingTrack ";
+        const QString events =
+            "PreparingToWrite " +
+            (cache ? QString("ReadingTrackFile CachingStatus ").repeated(3) + track.repeated(3)
+                   : ("ReadingTrackFile " + track).repeated(3)) +
+            "ClosingSession ClosingDisc WriteComplete";
+        QCOMPARE(squeezed(rig.probe.events).join(u' '), events);
         QCOMPARE(rig.readFiles, QStringList({tracks[0].path, tracks[1].path, tracks[2].path}));
-        QCOMPARE(rig.probe.count("CachingStatus") > 0, cache);
-        if (cache) {
+        if (cache)
             QCOMPARE(rig.probe.caching.last(), qint16(100));
-            QVERIFY(ev.lastIndexOf("CachingStatus") < ev.indexOf("TrackWriteStatus"));
-        }
-        QCOMPARE(rig.probe.count("CreatingDirectories"), 0);
         QVERIFY(std::is_sorted(rig.statusTracks.begin(), rig.statusTracks.end()));
         QCOMPARE(rig.statusTracks.first(), 1);
-        QCOMPARE(rig.statusTracks.last(), 3);
         QCOMPARE(rig.closedTracks, QList<qint32>({1, 2, 3}));
         QVERIFY(rig.probe.trackPercents.contains(1));
-        QVERIFY(ev.lastIndexOf("TrackWriteStatus") < ev.lastIndexOf("ClosingTrack"));
-        QVERIFY(ev.lastIndexOf("ClosingTrack") < ev.indexOf("ClosingSession"));
-        QVERIFY(ev.indexOf("ClosingSession") < ev.indexOf("ClosingDisc"));
         QVERIFY(QDir(rig.env.appFolder() + "/Cache").entryList(QDir::Files).isEmpty());
 
         // A closed CD-DA, as a drive reports it.

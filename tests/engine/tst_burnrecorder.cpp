@@ -1,5 +1,5 @@
 // The libburn recorder on a file drive ("stdio:"), through the engine's own interface; what it
-// writes is read back by xorriso and isoinfo.
+// writes is read back by xorriso.
 #include "EngineRig.h"
 #include "Fixtures.h"
 #include "ReadBack.h"
@@ -43,19 +43,6 @@ public:
 private:
     qint32 m_mode;
     qint64 m_blocks;
-};
-
-class CountingMonitor : public JobMonitor {
-public:
-    void trackStarted(qint32) override {}
-    void trackProgress(qint32, qint64, qint64) override {}
-    void closingTrack(qint32) override {}
-    void closingSession() override { ++sessionsClosed; }
-    void closingDisc() override { ++discsClosed; }
-    bool cancelRequested() const override { return false; }
-    void log(const QString &line) override { lines << line; }
-    int sessionsClosed = 0, discsClosed = 0;
-    QStringList lines;
 };
 
 // File descriptors of this process open on `path`.
@@ -126,8 +113,9 @@ private slots:
         QCOMPARE(rig.engine.MediaType(), 1); // a file resembles a DVD-RAM
         QCOMPARE(rig.engine.DiscStatus(), 0);
         QCOMPARE(rig.engine.SessionCount(), 1);
-        QVERIFY(rig.engine.CurrentDriveCapability(10)); // writes DVD-RAM
-        QVERIFY(!rig.engine.CurrentDriveCapability(6)); // no CD-R
+        QVERIFY(rig.engine.CurrentDriveCapability(10));  // writes DVD-RAM
+        QVERIFY(!rig.engine.CurrentDriveCapability(6));  // no CD-R
+        QVERIFY(!rig.engine.CurrentDriveCapability(64)); // past the last code
         QTemporaryDir src;
         writeFile(src.filePath("docs/report one.txt"), pseudoRandom(300000, 1));
         writeFile(src.filePath("docs/Ünïcode.bin"), pseudoRandom(12345, 2));
@@ -137,15 +125,10 @@ private slots:
         const QString log = QDir(rig.env.appFolder()).filePath("Dat/Burnlog.txt");
         rig.engine.SetLogging(true, log);
         QVERIFY(rig.write());
-        QCOMPARE(rig.probe.endingEvent(), QStringLiteral("WriteComplete"));
-        const QStringList &ev = rig.probe.events;
-        QCOMPARE(ev.first(), QStringLiteral("PreparingToWrite"));
-        QVERIFY2(ev.indexOf("CreatingDirectories") < ev.indexOf("TrackWriteStatus"),
-                 qPrintable(ev.join(' ')));
-        QVERIFY(ev.lastIndexOf("TrackWriteStatus") < ev.indexOf("ClosingTrack"));
-        QVERIFY(ev.indexOf("ClosingTrack") < ev.indexOf("ClosingSession"));
-        QCOMPARE(rig.probe.count("ClosingTrack"), 1);
-        QCOMPARE(rig.probe.count("ClosingSession"), 1);
+        QCOMPARE(
+            squeezed(rig.probe.events).join(u' '),
+            QStringLiteral("PreparingToWrite CreatingDirectories TrackWriteStatus ClosingTrack "
+                           "ClosingSession WriteComplete"));
         QVERIFY(rig.probe.trackPercents.contains(1));
         QCOMPARE(rig.probe.trackPercents.last(), 100);
         QFile logFile(log);
@@ -176,26 +159,18 @@ private slots:
         const auto toc = ReadBack::xorrisoToc(rig.disc);
         QCOMPARE(toc.size(), 2);
         QCOMPARE(toc[0].first, 32);
-        QCOMPARE(toc[1].first % 32, 0);
-        QVERIFY(toc[1].first >= 32 + toc[0].second);
-        QTemporaryDir out;
-        const QString one = src.filePath("docs/report one.txt");
-        // The first session, whole at its own address.
-        QCOMPARE(ReadBack::xorrisoExtract(rig.disc, "/docs/report one.txt", out, 32),
-                 ReadBack::sha256(one));
-        QCOMPARE(ReadBack::xorrisoExtract(rig.disc, "/keep.txt", out, 32),
-                 ReadBack::sha256(src.filePath("keep.txt")));
-        // The second, at its address and through the disc's head, as a mount sees it.
-        for (qint32 at : {toc[1].first, -1}) {
-            QCOMPARE(ReadBack::xorrisoExtract(rig.disc, "/docs/report one.txt", out, at),
-                     ReadBack::sha256(one));
-            QCOMPARE(ReadBack::xorrisoExtract(rig.disc, "/new/added.bin", out, at),
-                     ReadBack::sha256(src.filePath("new/added.bin")));
-            QCOMPARE(ReadBack::xorrisoExtract(rig.disc, "/keep.txt", out, at),
-                     ReadBack::sha256(src.filePath("keep v2.txt")));
-        }
-        const QByteArray listing = ReadBack::run("isoinfo", {"-R", "-f", "-i", rig.disc});
-        QVERIFY2(listing.contains("/new/added.bin"), listing.constData());
+        QCOMPARE(toc[1].first, (32 + toc[0].second + 31) / 32 * 32);
+        QMap<QString, QByteArray> first{{"/keep.txt", ReadBack::sha256(src.filePath("keep.txt"))}};
+        for (const char *name : {"docs/report one.txt", "docs/Ünïcode.bin"})
+            first.insert(u'/' + QString(name), ReadBack::sha256(src.filePath(name)));
+        QMap<QString, QByteArray> second = first;
+        second["/keep.txt"] = ReadBack::sha256(src.filePath("keep v2.txt"));
+        second["/new/added.bin"] = ReadBack::sha256(src.filePath("new/added.bin"));
+        // The first session whole at its own address; the second at its address and through the
+        // disc's head, as a mount sees it.
+        QCOMPARE(ReadBack::fileHashes(ReadBack::Tool::Xorriso, rig.disc, 32), first);
+        for (qint32 at : {toc[1].first, -1})
+            QCOMPARE(ReadBack::fileHashes(ReadBack::Tool::Xorriso, rig.disc, at), second);
     }
 
     void simulationWritesNothing() {
@@ -206,8 +181,8 @@ private slots:
         rig.engine.setTestWrite(true);
         QVERIFY(rig.write());
         QCOMPARE(rig.probe.endingEvent(), QStringLiteral("WriteComplete"));
-        QVERIFY(rig.probe.count("TrackWriteStatus") > 0);
-        QVERIFY(QFileInfo(rig.disc).size() <= 0);
+        QCOMPARE(rig.probe.trackPercents.last(), 100);
+        QCOMPARE(QFileInfo(rig.disc).size(), 0);
         QCOMPARE(rig.engine.DiscStatus(), 0);
     }
 
@@ -229,10 +204,9 @@ private slots:
         disconnect(&rig.engine, &CDWriterPro::TrackWriteStatus, this, nullptr);
         QVERIFY(!typesDuringWrite.isEmpty());
         QCOMPARE(typesDuringWrite, QList<qint32>(typesDuringWrite.size(), 1));
-        QCOMPARE(rig.probe.endingEvent(), QStringLiteral("WriteCancelled"));
-        QCOMPARE(rig.probe.count("WriteCancelled"), 1);
-        QCOMPARE(rig.probe.count("WriteComplete") + rig.probe.count("WriteError"), 0);
-        QCOMPARE(rig.probe.count("ClosingSession"), 0);
+        QCOMPARE(
+            squeezed(rig.probe.events).join(u' '),
+            QStringLiteral("PreparingToWrite CreatingDirectories TrackWriteStatus WriteCancelled"));
         // The disc's head never led to the broken session: the medium reads as blank.
         QCOMPARE(rig.engine.DiscStatus(), 0);
         QVERIFY(ReadBack::xorrisoToc(rig.disc).isEmpty());
@@ -358,21 +332,27 @@ private slots:
         QVERIFY(rig.write());
         QCOMPARE(rig.probe.endingEvent(), QStringLiteral("WriteComplete"));
         QCOMPARE(rig.engine.DiscStatus(), 1);
-        // Erasing is a job of its own: asked of the recorder directly.
-        BurnRecorder direct({"stdio:" + rig.disc, "libburn", "File drive", true});
-        CountingMonitor monitor;
-        const JobOutcome erased = direct.erase(quick, monitor);
-        QCOMPARE(erased.kind, JobOutcome::Completed);
-        QCOMPARE(direct.medium().discStatus, 0);
-        QCOMPARE(direct.medium().nextWritableAddress, 32);
+        const QStringList endings{"WriteError", "WriteComplete", "EraseDiscComplete"};
+        // A file has no sessions to close: finishing completes at once.
+        rig.probe.events.clear();
+        QVERIFY(rig.engine.FinishDisc(true));
+        QVERIFY(rig.probe.waitFor(endings));
+        QCOMPARE(rig.probe.events, QStringList({"ClosingSession", "ClosingDisc", "WriteComplete"}));
+        QCOMPARE(rig.engine.DiscStatus(), 1);
+        // Through the engine, so that no second libburn drive object reads the file while the
+        // engine's own one may; the result is read by xorriso on the plain file.
+        rig.probe.events.clear();
+        QVERIFY(rig.engine.EraseDisc(quick));
+        QVERIFY(rig.probe.waitFor(endings));
+        QCOMPARE(rig.probe.events.last(), QStringLiteral("EraseDiscComplete"));
+        QCOMPARE(rig.engine.DiscStatus(), 0);
         QVERIFY(ReadBack::xorrisoToc(rig.disc).isEmpty());
         QFile f(rig.disc);
         QVERIFY(f.open(QIODevice::ReadOnly));
         QCOMPARE(f.readAll().contains(marker), quick);
-        // A file has no sessions to close: finishing completes at once.
-        QCOMPARE(direct.finish(true, monitor).kind, JobOutcome::Completed);
-        QCOMPARE(monitor.sessionsClosed, 1);
-        QCOMPARE(monitor.discsClosed, 1);
+        // The next session starts where the first one did.
+        QVERIFY(rig.write());
+        QCOMPARE(ReadBack::xorrisoToc(rig.disc).value(0).first, 32);
     }
 
     void sessionsOfXorrisoAreFound() {

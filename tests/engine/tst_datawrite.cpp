@@ -46,17 +46,10 @@ private slots:
         QVERIFY(rig.probe.waitForEnd());
 
         // The events in the order the windows rest on.
-        const QStringList &ev = rig.probe.events;
-        QCOMPARE(ev.first(), QStringLiteral("PreparingToWrite"));
-        QCOMPARE(rig.probe.count("WriteComplete"), 1);
-        QCOMPARE(ev.last(), QStringLiteral("WriteComplete"));
-        QCOMPARE(rig.probe.count("CachingStatus") > 0, cache);
-        if (cache)
-            QVERIFY(ev.lastIndexOf("CachingStatus") < ev.indexOf("CreatingDirectories"));
-        QVERIFY(ev.indexOf("CreatingDirectories") < ev.indexOf("TrackWriteStatus"));
-        QVERIFY(ev.lastIndexOf("TrackWriteStatus") < ev.indexOf("ClosingTrack"));
-        QVERIFY(ev.indexOf("ClosingTrack") < ev.indexOf("ClosingSession"));
-        QCOMPARE(rig.probe.count("ClosingDisc"), 0);
+        QCOMPARE(squeezed(rig.probe.events).join(u' '),
+                 QString(cache ? "PreparingToWrite CachingStatus " : "PreparingToWrite ") +
+                     "CreatingDirectories TrackWriteStatus ClosingTrack ClosingSession "
+                     "WriteComplete");
         QVERIFY(rig.probe.trackPercents.contains(1));
         QCOMPARE(rig.probe.trackPercents.last(), 100);
         QVERIFY(QDir(rig.env.appFolder() + "/Cache").entryList(QDir::Files).isEmpty());
@@ -107,28 +100,22 @@ private slots:
         const QString image = rig.eject();
         QVERIFY(!image.isEmpty());
         const qint32 start2 = cd ? nwa : second;
-        QTemporaryDir out;
-        QCOMPARE(ReadBack::xorrisoFiles(image, start2),
-                 QStringList({"/keep.txt", "/new/added.bin", "/papers/report one.txt",
-                              "/papers/Ünïcode.bin"}));
-        QCOMPARE(ReadBack::xorrisoExtract(image, "/papers/report one.txt", out, start2),
-                 ReadBack::sha256(src.filePath("docs/report one.txt")));
-        QCOMPARE(ReadBack::xorrisoExtract(image, "/new/added.bin", out, start2),
-                 ReadBack::sha256(src.filePath("new/added.bin")));
-        QCOMPARE(ReadBack::xorrisoExtract(image, "/keep.txt", out, start2),
-                 ReadBack::sha256(src.filePath("keep v2.txt")));
+        const auto hashes = [&](const QStringList &pairs) {
+            QMap<QString, QByteArray> out; // "disc path=source path"
+            for (const QString &p : pairs)
+                out.insert(p.section(u'=', 0, 0),
+                           ReadBack::sha256(src.filePath(p.section(u'=', 1))));
+            return out;
+        };
+        QCOMPARE(ReadBack::fileHashes(ReadBack::Tool::Xorriso, image, start2),
+                 hashes({"/keep.txt=keep v2.txt", "/new/added.bin=new/added.bin",
+                         "/papers/report one.txt=docs/report one.txt",
+                         "/papers/Ünïcode.bin=docs/Ünïcode.bin"}));
         // The first session is still whole at its own address.
-        QCOMPARE(
-            ReadBack::xorrisoFiles(image, 0),
-            QStringList({"/docs/report one.txt", "/docs/Ünïcode.bin", "/gone.txt", "/keep.txt"}));
-        QCOMPARE(ReadBack::xorrisoExtract(image, "/keep.txt", out, 0),
-                 ReadBack::sha256(src.filePath("keep.txt")));
-        // isoinfo reads the second session at its address too.
-        const QByteArray listing =
-            ReadBack::run("isoinfo", {"-R", "-f", "-T", QString::number(start2), "-i", image});
-        QVERIFY2(listing.contains("/new/added.bin"), listing.constData());
-        QVERIFY(listing.contains("/papers/report one.txt"));
-        QVERIFY(!listing.contains("gone.txt"));
+        QCOMPARE(ReadBack::fileHashes(ReadBack::Tool::Xorriso, image, 0),
+                 hashes({"/docs/report one.txt=docs/report one.txt",
+                         "/docs/Ünïcode.bin=docs/Ünïcode.bin", "/gone.txt=gone.txt",
+                         "/keep.txt=keep.txt"}));
     }
 
     void testWriteLeavesMediumUntouched() {
@@ -141,11 +128,11 @@ private slots:
         const QString before = rig.descriptorText();
         QVERIFY(rig.engine.WriteDisc());
         QVERIFY(rig.probe.waitForEnd());
-        QCOMPARE(rig.probe.events.first(), QStringLiteral("PreparingToWrite"));
-        QCOMPARE(rig.probe.endingEvent(), QStringLiteral("WriteComplete"));
-        for (const char *e : {"CreatingDirectories", "TrackWriteStatus", "ClosingTrack",
-                              "ClosingSession", "ClosingDisc"})
-            QVERIFY2(rig.probe.count(e) > 0, e);
+        QCOMPARE(
+            squeezed(rig.probe.events).join(u' '),
+            QStringLiteral("PreparingToWrite CreatingDirectories TrackWriteStatus ClosingTrack "
+                           "ClosingSession ClosingDisc WriteComplete"));
+        QCOMPARE(rig.probe.trackPercents.last(), 100);
         QVERIFY(rig.engine.TestWrite()); // read back by the window at the end
         QCOMPARE(rig.descriptorText(), before);
         QCOMPARE(rig.engine.DiscStatus(), 0);
@@ -162,10 +149,9 @@ private slots:
         rig.probe.cancelAtOnePercent = true;
         QVERIFY(rig.engine.WriteDisc());
         QVERIFY(rig.probe.waitForEnd());
-        QCOMPARE(rig.probe.endingEvent(), QStringLiteral("WriteCancelled"));
-        QCOMPARE(rig.probe.count("WriteCancelled"), 1);
-        QCOMPARE(rig.probe.count("WriteComplete") + rig.probe.count("WriteError"), 0);
-        QCOMPARE(rig.probe.count("ClosingSession"), 0);
+        QCOMPARE(
+            squeezed(rig.probe.events).join(u' '),
+            QStringLiteral("PreparingToWrite CreatingDirectories TrackWriteStatus WriteCancelled"));
         // What was burnt stays, in a session the drive could not close.
         QCOMPARE(rig.engine.DiscStatus(), 1);
         QCOMPARE(rig.engine.LastSessionStatus(), 1);

@@ -26,16 +26,6 @@ QString failureText(const EngineProbe &probe, const QString &sense, const QStrin
     return text;
 }
 
-// Events with every run of progress events shown once.
-QStringList squeezed(const QStringList &events) {
-    QStringList out;
-    for (const QString &e : events) {
-        if (out.isEmpty() || out.last() != e || !e.endsWith(u"Status"))
-            out.append(e);
-    }
-    return out;
-}
-
 } // namespace
 
 class tst_Failures : public QObject {
@@ -48,46 +38,41 @@ private slots:
         QTest::addColumn<QString>("text"); // %1 the failed file, where a file failed
         QTest::addColumn<QString>("statusLine");
         QTest::addColumn<int>("discStatus"); // after the failure; -1 no disc in the drive
-        const QStringList audioStart{"PreparingToWrite", "ReadingTrackFile", "TrackWriteStatus"};
+        const auto row = [](const char *name, const char *job, const QStringList &settings,
+                            const QStringList &events, const QString &text, int discStatus) {
+            const bool unreadable = text.startsWith("Writing Error: (1)");
+            QTest::newRow(name) << QString(job) << settings << events << text
+                                << (unreadable ? " ERROR: Error Reading file: %1%1" : "")
+                                << discStatus;
+        };
+        const QStringList audio{"PreparingToWrite", "ReadingTrackFile", "TrackWriteStatus"};
         const QStringList track2 =
-            audioStart + QStringList{"ClosingTrack", "ReadingTrackFile", "TrackWriteStatus"};
-        QTest::newRow("drive error in a data track")
-            << "data"
-            << QStringList{"FailAtBlock=20", "FailDriveCode=1008", "FailSense=3/0C/09 LOSS"}
-            << QStringList{"PreparingToWrite", "CreatingDirectories", "TrackWriteStatus",
-                           "WriteError"}
-            << "Writing Error: (3)   The drive failed to write block 20\r\n"
-               "A buffer under-run has occurred (1008).\r\nError Sense Data: 3/0C/09 LOSS"
-            << QString() << 1;
-        QTest::newRow("drive error in the second audio track")
-            << "audio" << QStringList{"FailAtBlock=600", "FailDriveCode=1005"}
-            << track2 + QStringList{"WriteError"}
-            << "Writing Error: (3)   The drive failed to write block 600\r\n"
-               "Writing error of unknown origin (1005).\r\nError Sense Data: 3/0C/00 WRITE ERROR"
-            << QString() << 1;
-        QTest::newRow("code out of range is the default")
-            << "audio" << QStringList{"FailAtBlock=0", "FailDriveCode=2000"}
-            << QStringList{"PreparingToWrite", "ReadingTrackFile", "TrackWriteStatus", "WriteError"}
-            << "Writing Error: (3)   The drive failed to write block 0\r\n"
-               "Writing error of unknown origin (1005).\r\nError Sense Data: 3/0C/00 WRITE ERROR"
-            << QString() << 0;
-        QTest::newRow("audio source unreadable")
-            << "audio" << QStringList{"UnreadableSourceAtBlock=600"}
-            << track2 + QStringList{"ReadingTrackFileError", "WriteError"}
-            << "Writing Error: (1)   A source file could not be read: %1\r\n"
-            << " ERROR: Error Reading file: %1%1" << 1;
-        QTest::newRow("ISO file unreadable")
-            << "isofile" << QStringList{"UnreadableSourceAtBlock=10"}
-            << QStringList{"PreparingToWrite", "CreatingDirectories", "TrackWriteStatus",
-                           "ReadingTrackFileError", "WriteError"}
-            << "Writing Error: (1)   A source file could not be read: %1\r\n"
-            << " ERROR: Error Reading file: %1%1" << 1;
-        QTest::newRow("medium taken away")
-            << "audio" << QStringList{"RemoveMediumAtBlock=100"}
-            << audioStart + QStringList{"WriteError"}
-            << "Writing Error: (3)   The medium was removed during the write\r\n"
-               "A disc is not present (1033).\r\nError Sense Data: 2/3A/00 MEDIUM NOT PRESENT"
-            << QString() << -1;
+            audio + QStringList{"ClosingTrack", "ReadingTrackFile", "TrackWriteStatus"};
+        const QStringList data{"PreparingToWrite", "CreatingDirectories", "TrackWriteStatus"};
+        const QString unknown = "Writing error of unknown origin (1005).\r\nError Sense Data: "
+                                "3/0C/00 WRITE ERROR";
+        const QString unreadable = "Writing Error: (1)   A source file could not be read: %1\r\n";
+        row("drive error in a data track", "data",
+            {"FailAtBlock=20", "FailDriveCode=1008", "FailSense=3/0C/09 LOSS"},
+            data + QStringList{"WriteError"},
+            "Writing Error: (3)   The drive failed to write block 20\r\n"
+            "A buffer under-run has occurred (1008).\r\nError Sense Data: 3/0C/09 LOSS",
+            1);
+        row("drive error in the second audio track", "audio",
+            {"FailAtBlock=600", "FailDriveCode=1005"}, track2 + QStringList{"WriteError"},
+            "Writing Error: (3)   The drive failed to write block 600\r\n" + unknown, 1);
+        row("code out of range is the default", "audio", {"FailAtBlock=0", "FailDriveCode=2000"},
+            audio + QStringList{"WriteError"},
+            "Writing Error: (3)   The drive failed to write block 0\r\n" + unknown, 0);
+        row("audio source unreadable", "audio", {"UnreadableSourceAtBlock=600"},
+            track2 + QStringList{"ReadingTrackFileError", "WriteError"}, unreadable, 1);
+        row("ISO file unreadable", "isofile", {"UnreadableSourceAtBlock=10"},
+            data + QStringList{"ReadingTrackFileError", "WriteError"}, unreadable, 1);
+        row("medium taken away", "audio", {"RemoveMediumAtBlock=100"},
+            audio + QStringList{"WriteError"},
+            "Writing Error: (3)   The medium was removed during the write\r\n"
+            "A disc is not present (1033).\r\nError Sense Data: 2/3A/00 MEDIUM NOT PRESENT",
+            -1);
     }
 
     void duringWrite() {

@@ -1,6 +1,7 @@
-// A command-line handle on the engine for a person with a recorder: check-recorder.sh drives
-// it step by step and reads the discs back with outside tools. Runs on one thread with an
-// event loop for the engine's events.
+// A command-line handle on the engine and the copier for a person with a recorder:
+// check-recorder.sh drives it step by step and reads the discs back with outside tools. Every
+// step is one engine or copier command, as the windows call them; an event loop runs for their
+// events.
 #include "engine/copier/BlankDiscHandler.h"
 #include "engine/copier/CD2CD.h"
 #include "engine/writer/CDWriterPro.h"
@@ -21,7 +22,7 @@
 namespace {
 QTextStream out(stdout);
 
-void usage() {
+int usage() {
     out << "usage: tessaly-drivecheck DEVICE COMMAND [ARGS]\n"
            "  list                          drives, as the engine lists them\n"
            "  info                          inquiry, capabilities, speeds, medium state\n"
@@ -37,102 +38,59 @@ void usage() {
            "  cue FILE [--test]             write a cue sheet's tracks to the blank disc\n"
            "  copy DEST [--test]            copy the disc to the recorder DEST (may be DEVICE)\n";
     out.flush();
+    return 1;
 }
 
-// The samples of a wave file's "data" chunk, as an audio track.
-class WaveTrack : public TrackSource {
-public:
-    explicit WaveTrack(const QString &path)
-        : m_file(path) {
-        if (!m_file.open(QIODevice::ReadOnly) || !m_file.seek(12))
-            return;
-        // Walks the chunks after "RIFF....WAVE" to the samples.
-        while (m_file.bytesAvailable() >= 8) {
-            const QByteArray head = m_file.read(8);
-            const auto *u = reinterpret_cast<const unsigned char *>(head.constData() + 4);
-            const qint64 size =
-                qint64(u[0]) | qint64(u[1]) << 8 | qint64(u[2]) << 16 | qint64(u[3]) << 24;
-            if (head.startsWith("data")) {
-                m_bytes = std::min(size, m_file.bytesAvailable());
-                return;
-            }
-            if (!m_file.seek(m_file.pos() + size + (size & 1)))
-                return;
-        }
-    }
-    qint32 mode() const override { return 0; }
-    qint64 blockCount() const override { return (m_bytes + 2351) / 2352; }
-    bool read(char *buffer, qint64 bytes) override {
-        const qint64 want = std::min(bytes, m_bytes - m_done);
-        const qint64 got = want > 0 ? m_file.read(buffer, want) : 0;
-        if (got != want)
-            return false;
-        m_done += got;
-        std::fill(buffer + got, buffer + bytes, 0);
-        return true;
-    }
-
-private:
-    QFile m_file;
-    qint64 m_bytes = 0;
-    qint64 m_done = 0;
-};
-
-class PrintingMonitor : public JobMonitor {
-public:
-    void trackStarted(qint32 n) override { out << "track " << n << " starts\n"; }
-    void trackProgress(qint32 n, qint64 done, qint64 total) override {
-        if (total > 0 && done * 10 / total != m_last) {
-            m_last = done * 10 / total;
-            out << "track " << n << ": " << done << " of " << total << "\n";
-            out.flush();
-        }
-    }
-    void closingTrack(qint32 n) override { out << "closing track " << n << "\n"; }
-    void closingSession() override { out << "closing session\n"; }
-    void closingDisc() override { out << "closing disc\n"; }
-    bool cancelRequested() const override { return false; }
-    void log(const QString &line) override { out << "log: " << line << "\n"; }
-
-private:
-    qint64 m_last = -1;
-};
-
-int ending(const JobOutcome &o) {
-    if (o.kind == JobOutcome::Completed) {
-        out << "RESULT complete\n";
-        return 0;
-    }
-    if (o.kind == JobOutcome::Cancelled) {
-        out << "RESULT cancelled\n";
-        return 3;
-    }
-    out << "RESULT error " << o.writeError << " " << o.driveError << " " << o.errorInfo << " | "
-        << o.senseInfo << "\n";
-    return 2;
-}
-
-// Runs a copier job and waits for its one ending event.
-int copierJob(CD2CD &copier, const std::function<qint32()> &start) {
-    int result = 1;
+// Waits for a job's one ending event and prints it as the script reads it: 0 complete,
+// 2 error, 3 cancelled, 4 refused at once.
+struct Ending {
     QEventLoop loop;
-    QObject::connect(&copier, &CD2CD::JobComplete, &loop, [&] {
-        out << "RESULT complete\n";
-        result = 0;
+    int result = -1;
+    void end(int code, const QString &text) {
+        out << "RESULT " << text << "\n";
+        out.flush();
+        result = code;
         loop.quit();
-    });
-    QObject::connect(&copier, &CD2CD::JobFailed, &loop, [&](const QString &why) {
-        out << "RESULT error " << why << "\n";
-        result = 2;
-        loop.quit();
-    });
-    if (start() < 0) {
-        out << "RESULT refused " << copier.ResultText() << "\n";
-        return 4;
     }
-    loop.exec();
-    out.flush();
-    return result;
+    int wait(bool started, const QString &why = {}) {
+        if (!started)
+            end(4, "refused " + why);
+        else if (result < 0)
+            loop.exec();
+        return result;
+    }
+};
+
+int engineJob(CDWriterPro &engine, bool cancelAtOne, const std::function<bool()> &start) {
+    Ending e;
+    QObject::connect(&engine, &CDWriterPro::TrackWriteStatus, &e.loop,
+                     [&](qint32 t, qint32 done, qint32 total) {
+                         const qint32 percent = total > 0 ? qint32(qint64(done) * 100 / total) : 0;
+                         out << "TrackWriteStatus " << t << " " << percent << "%\n";
+                         if (cancelAtOne && percent == 1)
+                             engine.CancelWrite();
+                     });
+    QObject::connect(&engine, &CDWriterPro::ClosingSession, &e.loop,
+                     [] { out << "closing session\n"; });
+    QObject::connect(&engine, &CDWriterPro::ClosingDisc, &e.loop, [] { out << "closing disc\n"; });
+    for (auto done : {&CDWriterPro::WriteComplete, &CDWriterPro::EraseDiscComplete})
+        QObject::connect(&engine, done, &e.loop, [&] { e.end(0, "complete"); });
+    QObject::connect(&engine, &CDWriterPro::WriteCancelled, &e.loop,
+                     [&] { e.end(3, "cancelled"); });
+    QObject::connect(
+        &engine, &CDWriterPro::WriteError, &e.loop,
+        [&](qint32 w, qint32 d, const QString &info, const QString &sense) {
+            e.end(2, QStringLiteral("error %1 %2 %3 | %4").arg(w).arg(d).arg(info, sense));
+        });
+    return e.wait(start());
+}
+
+int copierJob(CD2CD &copier, qint32 started) {
+    Ending e;
+    QObject::connect(&copier, &CD2CD::JobComplete, &e.loop, [&] { e.end(0, "complete"); });
+    QObject::connect(&copier, &CD2CD::JobFailed, &e.loop,
+                     [&](const QString &why) { e.end(2, "error " + why); });
+    return e.wait(started >= 0, copier.ResultText());
 }
 
 // A person at the drive: the tray opens, and Enter closes it on the blank disc put in.
@@ -146,178 +104,134 @@ struct TrayAtTheDesk : BlankDiscHandler {
     }
 };
 
-// Runs the engine's write and waits for its one ending event.
-int engineWrite(CDWriterPro &engine, bool cancelAtOne, const std::function<bool()> &start) {
-    int result = 1;
-    QEventLoop loop;
-    QObject::connect(&engine, &CDWriterPro::TrackWriteStatus, &loop,
-                     [&](qint32 t, qint32 done, qint32 total) {
-                         const qint32 percent = total > 0 ? qint32(qint64(done) * 100 / total) : 0;
-                         out << "TrackWriteStatus " << t << " " << percent << "%\n";
-                         out.flush();
-                         if (cancelAtOne && percent == 1)
-                             engine.CancelWrite();
-                     });
-    for (auto signal : {&CDWriterPro::ClosingSession, &CDWriterPro::ClosingDisc})
-        QObject::connect(&engine, signal, &loop, [] { out << "closing\n"; });
-    QObject::connect(&engine, &CDWriterPro::WriteComplete, &loop, [&] {
-        out << "RESULT complete\n";
-        result = 0;
-        loop.quit();
-    });
-    QObject::connect(&engine, &CDWriterPro::WriteCancelled, &loop, [&] {
-        out << "RESULT cancelled\n";
-        result = 3;
-        loop.quit();
-    });
-    QObject::connect(&engine, &CDWriterPro::WriteError, &loop,
-                     [&](qint32 w, qint32 d, const QString &info, const QString &sense) {
-                         out << "RESULT error " << w << " " << d << " " << info << " | " << sense
-                             << "\n";
-                         result = 2;
-                         loop.quit();
-                     });
-    if (!start()) {
-        out << "RESULT refused\n";
-        return 4;
-    }
-    loop.exec();
-    out.flush();
-    return result;
+// The index of the drive listed for `device`. File drives share one letter and are listed in
+// the order they were added, so a copy's file DEST is the last of them.
+qint32 indexOf(const CDWriterPro &engine, const QString &device, bool last = false) {
+    qint32 found = -1;
+    for (qint32 i = 0; i < engine.DriveCount(); ++i)
+        if (engine.DriveLetter(i) == BurnRecorder::letterOf(device) && (found < 0 || last))
+            found = i;
+    return found;
+}
+
+int info(CDWriterPro &engine, const Recorder &drive) {
+    out << "MediaType " << engine.MediaType() << "\nDiscStatus " << engine.DiscStatus()
+        << "\nLastSessionStatus " << engine.LastSessionStatus() << "\nDiscType "
+        << engine.DiscType() << "\nSessionCount " << engine.SessionCount() << "\nFreeBlocks "
+        << engine.FreeBlocks() << "\nMaxWriteSpeed " << engine.MaxWriteSpeed() << "\nSpeeds";
+    for (qint32 s : drive.writeSpeeds())
+        out << " " << s;
+    out << "\nCapabilities";
+    for (qint32 code : {0, 1, 3, 4, 5, 6, 7, 9, 10, 36, 37, 38, 39, 40, 41, 42})
+        out << " " << code << "=" << engine.CurrentDriveCapability(code);
+    const MediumState st = drive.medium();
+    out << "\nNextWritable " << st.nextWritableAddress << "\nLastSessionStart "
+        << st.lastSessionStart << "\n";
+    return 0;
+}
+
+int copierCommand(CDWriterPro &engine, const QString &device, const QString &command,
+                  const QStringList &rest) {
+    const qint32 index = indexOf(engine, device);
+    CD2CD copier(&engine);
+    TrayAtTheDesk desk;
+    desk.copier = &copier;
+    copier.setBlankDiscHandler(&desk);
+    const qint32 address = copier.DeviceAddress(index);
+    const QString file = rest.value(0);
+    const qint32 test = rest.contains(QStringLiteral("--test")) ? 1 : 0;
+    if (command == u"readdisc")
+        return copierJob(copier,
+                         copier.ReadDiscToFile(address, file, file.endsWith(u".bin") ? 1 : 0));
+    if (command == u"cue")
+        return copierJob(copier, copier.SubmitAudioJob(address, file, CD2CD::MaxSpeed, test, 0));
+    const qint32 target = indexOf(engine, file, file != device);
+    return copierJob(
+        copier, copier.CopyDisc(address, copier.DeviceAddress(target), CD2CD::MaxSpeed, test, 0));
 }
 } // namespace
 
 int main(int argc, char **argv) {
     QCoreApplication app(argc, argv);
     const QStringList args = app.arguments().mid(1);
-    if (args.size() < 2) {
-        usage();
-        return 1;
-    }
+    if (args.size() < 2)
+        return usage();
     QTemporaryDir appFolder;
     App::setPath(appFolder.path());
     const QString device = args[0], command = args[1];
     const QStringList rest = args.mid(2);
 
-    // A file drive ("stdio:/path") lets the script be tried out without a recorder.
+    // A file drive ("stdio:/path") lets the script be tried out without a recorder; a copy's
+    // second file drive is listed after it.
     if (device.startsWith(u"stdio:"))
         DriveScanner::addPseudoDrive(device.mid(6));
-    // A copy's second drive; file drives are listed in the order they were added.
     const QString destination = command == u"copy" ? rest.value(0) : QString();
     if (destination.startsWith(u"stdio:") && destination != device)
         DriveScanner::addPseudoDrive(destination.mid(6));
     CDWriterPro engine;
     engine.InitializeDrives(false);
-    qint32 index = -1;
-    for (qint32 i = 0; i < engine.DriveCount(); ++i) {
-        if (command == u"list")
+    if (command == u"list") {
+        for (qint32 i = 0; i < engine.DriveCount(); ++i)
             out << i << " " << engine.DriveLetter(i) << " | " << engine.DriveVendor(i) << " | "
                 << engine.DriveProduct(i) << " | recorder " << engine.DriveIsRecorder(i) << "\n";
-        if (index < 0 && engine.DriveLetter(i) == BurnRecorder::letterOf(device))
-            index = i; // the first: a file DEST is added after DEVICE
-    }
-    if (command == u"list")
         return 0;
+    }
+    const qint32 index = indexOf(engine, device);
     if (index < 0 || !engine.SelectDrive(index)) {
         out << "no drive " << device << "\n";
         return 1;
     }
-    BurnRecorder direct({device, {}, {}, true});
-    PrintingMonitor monitor;
-
-    if (command == u"readdisc" || command == u"cue" || command == u"copy") {
-        CD2CD copier(&engine);
-        TrayAtTheDesk desk;
-        desk.copier = &copier;
-        copier.setBlankDiscHandler(&desk);
-        const qint32 address = copier.DeviceAddress(index);
-        const QString file = rest.value(0);
-        const qint32 test = rest.contains(QStringLiteral("--test")) ? 1 : 0;
-        if (command == u"readdisc")
-            return copierJob(copier, [&] {
-                return copier.ReadDiscToFile(address, file, file.endsWith(u".bin") ? 1 : 0);
-            });
-        if (command == u"cue")
-            return copierJob(copier, [&] {
-                return copier.SubmitAudioJob(address, file, CD2CD::MaxSpeed, test, 0);
-            });
-        // File drives are listed in the order they were added: a file DEST is the last one.
-        qint32 target = address;
-        for (qint32 i = 0; i < engine.DriveCount(); ++i)
-            if (destination != device &&
-                engine.DriveLetter(i) == BurnRecorder::letterOf(destination))
-                target = copier.DeviceAddress(i);
-        return copierJob(
-            copier, [&] { return copier.CopyDisc(address, target, CD2CD::MaxSpeed, test, 0); });
-    }
-
-    if (command == u"info") {
-        out << "MediaType " << engine.MediaType() << "\nDiscStatus " << engine.DiscStatus()
-            << "\nLastSessionStatus " << engine.LastSessionStatus() << "\nDiscType "
-            << engine.DiscType() << "\nSessionCount " << engine.SessionCount() << "\nFreeBlocks "
-            << engine.FreeBlocks() << "\nMaxWriteSpeed " << engine.MaxWriteSpeed() << "\nSpeeds";
-        for (qint32 s : direct.writeSpeeds())
-            out << " " << s;
-        out << "\nCapabilities";
-        for (qint32 code : {0, 1, 3, 4, 5, 6, 7, 9, 10, 36, 37, 38, 39, 40, 41, 42})
-            out << " " << code << "=" << engine.CurrentDriveCapability(code);
-        const MediumState st = direct.medium();
-        out << "\nNextWritable " << st.nextWritableAddress << "\nLastSessionStart "
-            << st.lastSessionStart << "\n";
-        return 0;
-    }
+    if (command == u"readdisc" || command == u"cue" || command == u"copy")
+        return copierCommand(engine, device, command, rest);
+    if (command == u"info")
+        return info(engine, *engine.recorder(index));
     if (command == u"tray") {
         engine.MoveTray(rest.value(0) == u"close");
         return 0;
     }
     if (command == u"erase")
-        return ending(direct.erase(rest.value(0) == u"quick", monitor));
+        return engineJob(engine, false,
+                         [&] { return engine.EraseDisc(rest.value(0) == u"quick"); });
     if (command == u"finish")
-        return ending(direct.finish(rest.value(0) == u"disc", monitor));
-    if (command == u"audio") {
-        std::vector<std::unique_ptr<WaveTrack>> tracks;
-        WritePlan plan;
-        for (const QString &wav : rest) {
-            tracks.push_back(std::make_unique<WaveTrack>(wav));
-            plan.tracks.push_back(tracks.back().get());
-        }
-        plan.finalize = true;
-        plan.startAddress = direct.medium().nextWritableAddress;
-        return ending(direct.write(plan, monitor));
-    }
+        return engineJob(engine, false,
+                         [&] { return engine.FinishDisc(rest.value(0) == u"disc"); });
     engine.setUseFileModifiedDate(true);
-    engine.ClearISOImage();
     engine.setCloseSession(true);
-    engine.setTrackMode(1);
     engine.SetLogging(true, appFolder.filePath("Burnlog.txt"));
-    bool cancel = false;
-    QString dir;
-    for (int i = 0; i < rest.size(); ++i) {
-        if (rest[i] == u"--test")
-            engine.setTestWrite(true);
-        else if (rest[i] == u"--final")
-            engine.setFinalizeDisc(true);
-        else if (rest[i] == u"--speed" && i + 1 < rest.size())
-            engine.SetWriteSpeed(rest[++i].toInt());
-        else
-            dir = rest[i];
-    }
     int result = 1;
-    if (command == u"iso") {
-        result = engineWrite(engine, false, [&] { return engine.WriteISOFile(dir); });
-    } else if (command == u"write" || command == u"append" || command == u"cancel") {
-        if (command == u"append" && !engine.ImportLastSession(true)) {
-            out << "RESULT import refused\n";
-            return 4;
-        }
-        cancel = command == u"cancel";
-        engine.AddISODirectory(command == u"append" ? QStringLiteral("\\added")
-                                                    : QStringLiteral("\\"),
-                               dir + QStringLiteral("/*.*"));
-        result = engineWrite(engine, cancel, [&] { return engine.WriteDisc(); });
+    if (command == u"audio") {
+        engine.setTrackMode(0);
+        engine.setFinalizeDisc(true);
+        for (qint32 i = 0; i < rest.size(); ++i)
+            engine.AddAudioTrack(rest[i], i + 1);
+        result = engineJob(engine, false, [&] { return engine.WriteDisc(); });
     } else {
-        usage();
-        return 1;
+        engine.setTrackMode(1);
+        QString dir;
+        for (int i = 0; i < rest.size(); ++i) {
+            if (rest[i] == u"--test")
+                engine.setTestWrite(true);
+            else if (rest[i] == u"--final")
+                engine.setFinalizeDisc(true);
+            else if (rest[i] == u"--speed" && i + 1 < rest.size())
+                engine.SetWriteSpeed(rest[++i].toInt());
+            else
+                dir = rest[i];
+        }
+        if (command == u"iso") {
+            result = engineJob(engine, false, [&] { return engine.WriteISOFile(dir); });
+        } else if (command == u"write" || command == u"append" || command == u"cancel") {
+            const bool append = command == u"append";
+            if (append && !engine.ImportLastSession(true)) {
+                out << "RESULT import refused\n";
+                return 4;
+            }
+            engine.AddISODirectory(append ? QStringLiteral("\\added") : QStringLiteral("\\"),
+                                   dir + QStringLiteral("/*.*"));
+            result = engineJob(engine, command == u"cancel", [&] { return engine.WriteDisc(); });
+        } else {
+            return usage();
+        }
     }
     QFile log(appFolder.filePath("Burnlog.txt"));
     if (log.open(QIODevice::ReadOnly))

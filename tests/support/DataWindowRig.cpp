@@ -1,4 +1,5 @@
 #include "DataWindowRig.h"
+#include "Fixtures.h"
 #include "ViewGestures.h"
 #include "Waits.h"
 #include "app/FormRegistry.h"
@@ -8,15 +9,8 @@
 #include "widgets/KeyedPanel.h"
 #include "widgets/KeyedStatusBar.h"
 
-#include <QDir>
-#include <QDropEvent>
 #include <QFile>
-#include <QFileInfo>
-#include <QLineEdit>
-#include <QMimeData>
-#include <QTest>
 #include <QTreeWidget>
-#include <QUrl>
 
 DataWindowRig::DataWindowRig(const QByteArray &disc, qint64 dataBlocks)
     : m_answers(std::make_unique<ScriptedAnswers>()) {
@@ -55,10 +49,7 @@ frmData *DataWindowRig::data() const {
 
 QString DataWindowRig::source(const QString &relative, const QByteArray &bytes) {
     const QString path = m_sources.filePath(relative);
-    QDir().mkpath(QFileInfo(path).path());
-    QFile f(path);
-    if (f.open(QIODevice::WriteOnly))
-        f.write(bytes);
+    Fixtures::writeFile(path, bytes);
     return path;
 }
 

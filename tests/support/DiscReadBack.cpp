@@ -114,15 +114,7 @@ DiscReadBack::Tree DiscReadBack::read(Tool tool, const QString &image, qint32 st
 }
 
 QString DiscReadBack::name(Tool tool) {
-    switch (tool) {
-    case Tool::Xorriso:
-        return QStringLiteral("xorriso");
-    case Tool::Isoinfo:
-        return QStringLiteral("isoinfo");
-    case Tool::Bsdtar:
-        break;
-    }
-    return QStringLiteral("bsdtar");
+    return QStringList{"xorriso", "isoinfo", "bsdtar"}.value(int(tool));
 }
 
 DiscReadBack::Tree DiscReadBack::treeOf(const QStringList &entries) {

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "ReadBack.h"
+
 #include <QByteArray>
 #include <QMap>
 #include <QString>
@@ -11,7 +13,7 @@
 // that refuses the session gives one entry "<error>" with its message.
 namespace DiscReadBack {
 using Tree = QMap<QString, QByteArray>;
-enum class Tool { Xorriso, Isoinfo, Bsdtar };
+using Tool = ReadBack::Tool;
 
 // The session that starts at `startBlock` of `image` (an ISO file, or an Image Recorder disc's
 // data file), with its Rock Ridge names. bsdtar reads only a session at block 0.

@@ -4,7 +4,7 @@
 #include <QList>
 #include <QString>
 
-// Encoded sound files read back by ffmpeg, ffprobe and ogginfo.
+// Encoded sound files read back by ffmpeg, ffprobe and ogginfo (made in OutsideTools.cpp).
 namespace EncodedReadBack {
 
 // The file decoded by ffmpeg to 44,100 Hz stereo 16-bit little-endian samples.

@@ -76,3 +76,12 @@ bool EngineProbe::waitFor(const QStringList &endings, int timeoutMs) {
         },
         timeoutMs);
 }
+
+QStringList squeezed(const QStringList &events) {
+    QStringList out;
+    for (const QString &e : events) {
+        if (out.isEmpty() || out.last() != e || !e.endsWith(u"Status"))
+            out.append(e);
+    }
+    return out;
+}

@@ -36,3 +36,6 @@ public:
 private:
     CDWriterPro *m_engine;
 };
+
+// The events with every run of one progress event ("...Status") shown once.
+QStringList squeezed(const QStringList &events);

@@ -9,11 +9,7 @@
 #include <QFile>
 
 EngineRig::EngineRig(const QString &medium, Job job, const QStringList &settings) {
-    QDir().mkpath(ImageRecorder::folder());
-    setting("BlankMedium", medium);
-    setting("EmulateSpeed", "0");
-    for (const QString &s : settings)
-        setting(s.section(u'=', 0, 0), s.section(u'=', 1));
+    prepareImageRecorder(medium, settings);
     engine.InitializeDrives(false);
     engine.SelectDrive(engine.DriveCount() - 1);
     engine.MoveTray(true);
@@ -78,6 +74,14 @@ QString EngineRig::eject(QString suffix) {
 QString EngineRig::descriptorText() const {
     QFile f(ImageRecorder().mediumFile());
     return f.open(QIODevice::ReadOnly) ? QString::fromUtf8(f.readAll()) : QString();
+}
+
+void EngineRig::prepareImageRecorder(const QString &medium, const QStringList &settings) {
+    QDir().mkpath(ImageRecorder::folder());
+    setting("BlankMedium", medium);
+    setting("EmulateSpeed", "0");
+    for (const QString &s : settings)
+        setting(s.section(u'=', 0, 0), s.section(u'=', 1));
 }
 
 void EngineRig::setting(const QString &key, const QString &value) {

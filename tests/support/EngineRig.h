@@ -32,6 +32,8 @@ struct EngineRig {
     QString descriptorText() const;
     // Sets a key of the Image Recorder's settings.
     static void setting(const QString &key, const QString &value);
+    // A blank `medium` and these "key=value" settings for the Image Recorder, no emulated speed.
+    static void prepareImageRecorder(const QString &medium, const QStringList &settings);
 
     TestEnvironment env;
     QTemporaryDir media; // holds `disc`, the file under the file drive

@@ -4,7 +4,6 @@
 #include "widgets/KeyedItem.h"
 #include "widgets/KeyedMenu.h"
 
-#include <QCoreApplication>
 #include <QDir>
 #include <QFile>
 #include <QMdiArea>

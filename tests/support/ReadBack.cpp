@@ -1,8 +1,7 @@
 #include "ReadBack.h"
+#include "DiscReadBack.h"
 
 #include <QCryptographicHash>
-#include <QDir>
-#include <QDirIterator>
 #include <QFile>
 #include <QProcess>
 #include <QRegularExpression>
@@ -81,29 +80,16 @@ QByteArray isoinfoFile(const QString &image, const QString &path, bool rockRidge
 }
 
 QMap<QString, QByteArray> fileHashes(Tool tool, const QString &image, qint32 session) {
-    QTemporaryDir dir;
-    const QString at = QString::number(session), root = dir.filePath("x");
-    int status = -1;
-    if (tool == Tool::Bsdtar && QDir().mkpath(root))
-        run("bsdtar", {"-xf", image, "-C", root}, &status);
-    else
-        run("xorriso",
-            QStringList{"-osirrox", "on"} + indev(image, session) << "-extract"
-                                                                  << "/" << root,
-            &status);
     QMap<QString, QByteArray> out;
-    for (QDirIterator it(root, QDir::Files | QDir::Hidden, QDirIterator::Subdirectories);
-         status == 0 && it.hasNext();) {
-        const QString path = it.next(), name = path.mid(root.size());
-        out.insert(name,
-                   tool != Tool::Isoinfo
-                       ? sha256(path)
-                       : QCryptographicHash::hash(
-                             run("isoinfo", {"-R", "-T", at, "-i", image, "-x", name}, &status),
-                             QCryptographicHash::Sha256)
-                             .toHex());
+    const DiscReadBack::Tree tree = DiscReadBack::read(tool, image, session);
+    for (auto it = tree.begin(); it != tree.end(); ++it) {
+        if (it.key() == u"<error>")
+            return {};
+        if (*it != "<dir>" && !it->startsWith("-> "))
+            out.insert(u'/' + it.key(),
+                       QCryptographicHash::hash(*it, QCryptographicHash::Sha256).toHex());
     }
-    return status == 0 ? out : QMap<QString, QByteArray>();
+    return out;
 }
 
 QByteArray cdParanoiaTrack(const QString &cue, int track, QTemporaryDir &dir) {
@@ -133,6 +119,32 @@ QByteArray ripOfTrack(const QByteArray &pcm, bool last) {
     if (!last)
         b.append(QByteArray(Gap * Frame, '\0'));
     return b;
+}
+
+QString pdfText(const QString &pdf, int page) {
+    QStringList args{"-layout"};
+    if (page > 0)
+        args << "-f" << QString::number(page) << "-l" << QString::number(page);
+    QStringList lines;
+    for (const QString &line : QString::fromUtf8(run("pdftotext", args << pdf << "-")).split(u'\n'))
+        if (!line.simplified().isEmpty())
+            lines.append(line.simplified());
+    return lines.join(u'\n');
+}
+
+QString pdfInfo(const QString &pdf, const QString &field) {
+    const QRegularExpression line("^" + field + ":\\s*(.*)$", QRegularExpression::MultilineOption);
+    return line.match(QString::fromUtf8(run("pdfinfo", {pdf}))).captured(1).trimmed();
+}
+
+double pdfWordLeft(const QString &pdf, const QString &word, int page) {
+    const QString html =
+        QString::fromUtf8(run("pdftotext", {"-bbox", "-f", QString::number(page), "-l",
+                                            QString::number(page), pdf, "-"}));
+    const QRegularExpression at(QStringLiteral("<word xMin=\"([0-9.]+)\"[^>]*>%1</word>")
+                                    .arg(QRegularExpression::escape(word)));
+    const QRegularExpressionMatch found = at.match(html);
+    return found.hasMatch() ? found.captured(1).toDouble() : -1;
 }
 
 } // namespace ReadBack

@@ -9,7 +9,7 @@
 
 class QTemporaryDir;
 
-// Discs, ISO files and audio images read back by tools nobody here wrote.
+// Discs, ISO files, audio images and printed PDF files read back by tools nobody here wrote.
 namespace ReadBack {
 
 // Runs a program and gives its standard output; exit code in *status (-1 when it crashed).
@@ -39,5 +39,14 @@ QList<int> cdInfoTrackStarts(const QString &cue);
 // What a track of these samples is ripped back as: the samples, silence to the end of the last
 // frame, and the two-second gap before the next track, which the table counts to this one.
 QByteArray ripOfTrack(const QByteArray &pcm, bool last);
+
+// `pdftotext -layout` of one page (from 1), or of all pages for 0, with the blank lines left
+// out and the runs of spaces between columns squeezed to one.
+QString pdfText(const QString &pdf, int page = 0);
+// One field of `pdfinfo` ("Pages", "Title"), trimmed.
+QString pdfInfo(const QString &pdf, const QString &field);
+// The left edge in points of the first word `word` on a page, as `pdftotext -bbox` places it;
+// -1 when the word is not there.
+double pdfWordLeft(const QString &pdf, const QString &word, int page = 1);
 
 } // namespace ReadBack

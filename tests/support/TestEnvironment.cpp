@@ -1,4 +1,5 @@
 #include "TestEnvironment.h"
+#include "Fixtures.h"
 #include "ScriptedAnswers.h"
 #include "app/frmSplash.h"
 #include "app/mdiMain.h"
@@ -15,8 +16,6 @@
 
 #include <QApplication>
 #include <QDir>
-#include <QFile>
-#include <QFileInfo>
 
 TestEnvironment::TestEnvironment() {
     ScriptedAnswers::installFallback();
@@ -33,11 +32,7 @@ TestEnvironment::~TestEnvironment() {
 }
 
 void TestEnvironment::writeFile(const QString &relativeName, const QByteArray &bytes) const {
-    const QString path = m_dir.path() + u'/' + relativeName;
-    QDir().mkpath(QFileInfo(path).path());
-    QFile f(path);
-    if (f.open(QIODevice::WriteOnly))
-        f.write(bytes);
+    Fixtures::writeFile(m_dir.path() + u'/' + relativeName, bytes);
 }
 
 bool TestEnvironment::startProgram() {

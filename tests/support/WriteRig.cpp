@@ -39,11 +39,7 @@ void appendOnce(QStringList &list, const QString &text) {
 WriteRig::WriteRig(const QStringList &settings, int kind, const QString &medium, Tray tray) {
     // Nothing in a test may switch the machine off.
     SystemCalls::setPowerOffHandler([] { return false; });
-    QDir().mkpath(ImageRecorder::folder());
-    EngineRig::setting("BlankMedium", medium);
-    EngineRig::setting("EmulateSpeed", "0");
-    for (const QString &setting : settings)
-        EngineRig::setting(setting.section(u'=', 0, 0), setting.section(u'=', 1));
+    EngineRig::prepareImageRecorder(medium, settings);
     MessageBoxService::setAnswerer([this](const MessageBoxService::Request &r) {
         const mdiMain *f = DefaultInstance<mdiMain>::peek();
         boxes.append({r.prompt, r.title, r.buttons,
