@@ -105,45 +105,6 @@ private slots:
         QCOMPARE(w->width(), Twips::toPixels(4000));
     }
 
-    void splitterKeepsBothPanes_data() {
-        QTest::addColumn<int>("dragTo"); // twips from the browser's inner left edge
-        QTest::addColumn<int>("barDuring");
-        QTest::addColumn<int>("paneAfter");
-        // The inner width is set to 6000 twips below.
-        QTest::newRow("far left") << 100 << 500 << 1500;
-        QTest::newRow("left under the pane minimum") << 900 << 900 << 1500;
-        QTest::newRow("middle") << 3000 << 3000 << 3000;
-        QTest::newRow("right under the pane minimum") << 5100 << 5100 << 4500;
-        QTest::newRow("far right") << 5900 << 5500 << 4500;
-    }
-
-    void splitterKeepsBothPanes() {
-        QFETCH(int, dragTo);
-        QFETCH(int, barDuring);
-        QFETCH(int, paneAfter);
-        TestEnvironment env;
-        QVERIFY(env.startProgram());
-        frmFiles *b = browser();
-        b->resize(Twips::toPixels(6000), Twips::toPixels(6000));
-        const int inner = b->innerWidth();
-        QCOMPARE(inner, Twips::fromPixels(Twips::toPixels(6000)));
-        const int handle = b->twipsLeft(b->imgSplitter);
-        b->imgSplitter_MouseDown(1, 0, 0, 0);
-        QVERIFY(b->picSplitter->isVisibleTo(b));
-        QVERIFY(b->mblnMoving);
-        b->imgSplitter_MouseMove(1, 0, dragTo - handle, 0);
-        QCOMPARE(b->twipsLeft(b->picSplitter), Twips::fromPixels(Twips::toPixels(barDuring)));
-        b->imgSplitter_MouseUp(1, 0, dragTo - handle, 0);
-        QVERIFY(!b->picSplitter->isVisibleTo(b));
-        QVERIFY(!b->mblnMoving);
-        QCOMPARE(b->FolderViewAdd->width(), Twips::toPixels(paneAfter));
-        QCOMPARE(b->imgSplitter->x(), Twips::toPixels(paneAfter));
-        // The list takes the rest, less the handle and a margin of 110.
-        QVERIFY(b->FileViewAdd->x() > b->FolderViewAdd->width());
-        QCOMPARE(Twips::fromPixels(b->FileViewAdd->x() + b->FileViewAdd->width()),
-                 Twips::fromPixels(Twips::toPixels(inner - 110)));
-    }
-
     void moveUpNewFolderAndBrowse() {
         TestEnvironment env;
         ScriptedAnswers answers;

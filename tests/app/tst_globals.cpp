@@ -41,19 +41,6 @@ private slots:
         QTEST(got, "expected");
     }
 
-    void everyDriveCodeHasItsOwnText() {
-        QSet<QString> texts;
-        for (int code = 1000; code <= 1055; ++code) {
-            const QString msg = GetDriveErrorMessage(code);
-            QVERIFY2(!msg.startsWith(u' '), qPrintable(msg));
-            QVERIFY(msg.endsWith(QStringLiteral(" (%1).").arg(code)));
-            texts.insert(msg);
-        }
-        QCOMPARE(texts.size(), 56);
-    }
-
-    void helpStrings() { QVERIFY(SetHelpStrings(1).endsWith(QStringLiteral("/tessaly.hlp"))); }
-
     void selectText() {
         QLineEdit edit;
         SelectText(&edit); // empty: nothing to select, no failure

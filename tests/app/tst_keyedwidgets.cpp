@@ -107,35 +107,6 @@ private slots:
         QVERIFY(menu.Menu("HELP")->menu());
         QCOMPARE(menu.itemKeys("HELP"), QStringList({"HELP", "ABOUT"}));
     }
-
-    void picturesHaveGreyedAndHotForms() {
-        for (const char *key : {"NEW", "BURN", "MEDIA", "NOMEDIA", "WORKING", "NOTE", "ERASE"}) {
-            QVERIFY2(PictureList::contains(key), key);
-            const QIcon icon = PictureList::icon(key);
-            QVERIFY2(!icon.isNull(), key);
-            const QImage normal = icon.pixmap(16, QIcon::Normal).toImage();
-            const QImage greyed = icon.pixmap(16, QIcon::Disabled).toImage();
-            QVERIFY2(normal != greyed, key);
-        }
-        QVERIFY(PictureList::pixmap("NO SUCH PICTURE").isNull());
-        // The states of the disc differ at a glance.
-        QVERIFY(PictureList::pixmap("MEDIA").toImage() != PictureList::pixmap("NOMEDIA").toImage());
-    }
-
-    void animationKeepsItsClipWhenAFileIsNoAnimation() {
-        TestEnvironment env;
-        const QString spin = App::resourcePath("Dat/cdspin.gif");
-        QVERIFY(!spin.isEmpty());
-        AnimationControl ani;
-        ani.setAutoPlay(true);
-        QVERIFY(ani.Open(spin));
-        QVERIFY(ani.isPlaying());
-        env.writeFile("Dat/broken.gif", "not a picture at all");
-        QVERIFY(!ani.Open(env.appFolder() + "/Dat/broken.gif"));
-        QVERIFY(!ani.Open(env.appFolder() + "/Dat/missing.gif"));
-        QCOMPARE(ani.FileName(), spin);
-        QVERIFY(ani.isPlaying());
-    }
 };
 
 QTEST_MAIN(tst_KeyedWidgets)

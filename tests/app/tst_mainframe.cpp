@@ -326,51 +326,6 @@ private slots:
                  QStringLiteral("7650"));
     }
 
-    void closingOneOfTwoBrowsersRestoresByActivation() {
-        QVERIFY(env->startProgram());
-        mdiMain *f = frame();
-        f->runCommand("ADDFILES");
-        settle();
-        QCOMPARE(qint16(gintActiveFileBrowser), qint16(2));
-        f->runCommand("CLOSE");
-        settle();
-        // The unload turned the items off; the activation of browser 1 turned them on again.
-        QCOMPARE(childWindows().size(), 1);
-        QCOMPARE(qint16(gintActiveFileBrowser), qint16(1));
-        QVERIFY(f->SmartMenu->Item("CLOSE")->Enabled());
-        QCOMPARE(f->SmartMenu->Item("EDIT")->Shown(), 1);
-        f->runCommand("CLOSE");
-        settle();
-        QVERIFY(childWindows().isEmpty());
-        QVERIFY(!f->SmartMenu->Item("CLOSE")->Enabled());
-        QVERIFY(!f->SmartToolbar->Item("CLOSEALL")->Enabled());
-        QCOMPARE(f->SmartMenu->Item("EDIT")->Shown(), 0);
-        QVERIFY(!f->SmartMenu->Item("EDIT")->Enabled());
-    }
-
-    void viewToggles_data() {
-        QTest::addColumn<QString>("key");
-        QTest::addColumn<QString>("control");
-        QTest::newRow("toolbar") << "VIEWTOOLBAR" << QString("SmartToolbar");
-        QTest::newRow("status bar") << "VIEWSTATUSBAR" << QString("statusbar");
-        QTest::newRow("size ruler") << "VIEWMETER" << QString("asxBottom");
-    }
-
-    void viewToggles() {
-        QFETCH(QString, key);
-        QFETCH(QString, control);
-        QVERIFY(env->startProgram());
-        mdiMain *f = frame();
-        f->show();
-        QWidget *w = control == "statusbar" ? f->statusBar() : f->findChild<QWidget *>(control);
-        QVERIFY(w);
-        for (const bool shown : {true, false, true}) {
-            QCOMPARE(w->isVisible(), shown);
-            QCOMPARE(f->SmartMenu->Item(key)->Checked(), shown);
-            f->SmartMenu->click(key);
-        }
-    }
-
     void datePairSetsTheEngine() {
         QVERIFY(env->startProgram());
         mdiMain *f = frame();
@@ -454,37 +409,6 @@ private slots:
             QVERIFY(gblnUnloadOk);
             QCOMPARE(f->cursor().shape(), Qt::ArrowCursor);
         }
-    }
-
-    void helpOpensAtContentsIndexAndContext_data() {
-        QTest::addColumn<QString>("key");
-        QTest::addColumn<int>("tab");
-        QTest::addColumn<QString>("anchor");
-        QTest::newRow("help") << "HELP" << 0 << "context-1";
-        QTest::newRow("contents") << "CONTENTS" << 0 << "";
-        QTest::newRow("index") << "INDEX" << 1 << "";
-    }
-
-    void helpOpensAtContentsIndexAndContext() {
-        QFETCH(QString, key);
-        QFETCH(int, tab);
-        QFETCH(QString, anchor);
-        QVERIFY(env->startProgram());
-        frame()->SmartMenu->click(key);
-        frmHelp *help = frmHelp::instance();
-        QVERIFY(help);
-        QVERIFY(help->isVisible());
-        QVERIFY(help->loadedFile().endsWith("help/tessaly.html"));
-        QCOMPARE(help->tabNavigation->currentIndex(), tab);
-        QCOMPARE(help->currentAnchor(), anchor);
-        // A real text: the contents lead to the main tasks and the index to their topics.
-        QStringList chapters;
-        for (int i = 0; i < help->tvwContents->topLevelItemCount(); ++i)
-            chapters.append(help->tvwContents->topLevelItem(i)->text(0));
-        for (const char *chapter : {"Getting started", "File browsers", "Writing a disc"})
-            QVERIFY2(chapters.contains(chapter), chapter);
-        QCOMPARE(help->indexEntries().value("File browser"), QStringLiteral("file-browser"));
-        delete help;
     }
 };
 

@@ -159,78 +159,6 @@ private slots:
         }
     }
 
-    void unreadableValueGoesToTheTrap() {
-        TestEnvironment env;
-        ScriptedAnswers answers;
-        env.writeFile("Dat/tessaly.ini", "[General]\nTransparency Value=abc\n");
-        frmOptions *box = openBox();
-        QCOMPARE(answers.errors.size(), 1);
-        QCOMPARE(vbwState().lastNumber, 13);
-        QCOMPARE(vbwState().lastProcedure, QStringLiteral("Form_Load"));
-        QCOMPARE(vbwState().lastModule, QStringLiteral("frmOptions"));
-        QVERIFY(box->isVisible());
-    }
-
-    void tabKeys_data() {
-        QTest::addColumn<int>("from");
-        QTest::addColumn<int>("modifiers");
-        QTest::addColumn<int>("to");
-        const int ctrl = Qt::ControlModifier;
-        QTest::newRow("ctrl+tab, first to second") << 0 << ctrl << 1;
-        QTest::newRow("ctrl+tab, second to third") << 1 << ctrl << 2;
-        QTest::newRow("ctrl+tab, last wraps to first") << 2 << ctrl << 0;
-        QTest::newRow("plain tab stays") << 2 << 0 << 2;
-        QTest::newRow("ctrl+alt+tab stays") << 2 << int(ctrl | Qt::AltModifier) << 2;
-    }
-
-    void tabKeys() {
-        QFETCH(int, from);
-        QFETCH(int, modifiers);
-        QFETCH(int, to);
-        TestEnvironment env;
-        frmOptions *box = openBox();
-        box->tbsOptions->setCurrentIndex(from);
-        // Whatever control has the focus, the box sees the key first.
-        QWidget *focus = box->fraOptions[from]->findChildren<QWidget *>().constFirst();
-        QTest::keyClick(focus, Qt::Key_Tab, Qt::KeyboardModifiers(modifiers));
-        QCOMPARE(box->tbsOptions->currentIndex(), to);
-        for (int i = 0; i < box->fraOptions.size(); ++i) {
-            QGroupBox *frame = box->fraOptions[i];
-            QCOMPARE(frame->x(), Twips::toPixels(i == to ? 165 : -20000));
-            QCOMPARE(frame->isEnabled(), i == to);
-            QVERIFY(!frame->isHidden()); // moved away, never hidden
-        }
-        QVERIFY(!box->cmdApply->isEnabled());
-    }
-
-    void fieldsAreOnlyRaisedWithinOneOpening() {
-        TestEnvironment env;
-        frmOptions *box = openBox();
-        box->tbsOptions->setCurrentIndex(2);
-        box->optRightHand->click();
-        box->cmdApply->click();
-        QVERIFY(!box->cmdApply->isEnabled());
-        box->optLeftHand->click();
-        QVERIFY(box->cmdApply->isEnabled());
-        box->tbsOptions->setCurrentIndex(1);
-        box->optMaximized->click();
-        box->cmdApply->click();
-        box->optManual->click();
-        box->cmdApply->click();
-        COMPARE_STORED(
-            env, "General/FileBrowser Left=7650;General/DataImage Left=7650;"
-                 "General/AudioImage Left=7650;General/Maximized Value=2;General/Manual=True");
-        unloadBoxes();
-
-        // A new opening starts from zeros: Manual and Left Handed as stored now.
-        box = openBox();
-        QVERIFY(box->optManual->isChecked());
-        QVERIFY(box->optLeftHand->isChecked());
-        box->cmdOK->click();
-        COMPARE_STORED(env, "General/FileBrowser Left=0;General/DataImage Left=7650;"
-                            "General/Maximized Value=0");
-    }
-
     void cancelSavesNothingButKeepsWhatWasApplied() {
         TestEnvironment env;
         frmOptions *box = openBox();
@@ -285,26 +213,6 @@ private slots:
         QCOMPARE(box->windowOpacity(), 1.0);
         box->cmdOK->click();
         COMPARE_STORED(env, "General/Transparency Enabled=0;General/Transparency Value=100");
-    }
-
-    void turningLastUsedOffReadsTheStoredStartFolderAgain() {
-        TestEnvironment env;
-        env.writeFile("Dat/tessaly.ini", "[Directories]\nFileBrowser Start Dir=/srv/iso\n");
-        frmOptions *box = openBox();
-        QVERIFY(box->picFrame2->isHidden());
-        box->chkLastUsedDir->click();
-        QVERIFY(!box->picFrame2->isHidden());
-        QCOMPARE(box->txtStartFolder->text(), QStringLiteral("/srv/iso"));
-        box->txtStartFolder->setText(QStringLiteral("/typed/meanwhile"));
-        box->chkLastUsedDir->click();
-        QVERIFY(box->picFrame2->isHidden());
-        box->chkLastUsedDir->click();
-        QCOMPARE(box->txtStartFolder->text(), QStringLiteral("/srv/iso"));
-        box->txtStartFolder->setText(QStringLiteral("not a folder at all"));
-        box->cmdOK->click();
-        COMPARE_STORED(env,
-                       "Directories/FileBrowser Start Dir=not a folder at all;"
-                       "Directories/Last Used Directory=False;Directories/Use Last Directory=0");
     }
 
     void chooseDirAnswers_data() {

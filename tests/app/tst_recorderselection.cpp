@@ -175,43 +175,6 @@ private slots:
         QCOMPARE(f->SmartMenu->Item("SESSION")->Enabled(), opens);
         QCOMPARE(f->smartStatusBar->Item("STATUSIMG")->ImageKey(), QStringLiteral("MEDIA"));
     }
-
-    void sizePanelsFollowTheImage_data() {
-        QTest::addColumn<bool>("disc");
-        QTest::addColumn<bool>("withFile");
-        QTest::newRow("empty image, no disc") << false << false;
-        QTest::newRow("empty image, blank disc") << true << false;
-        QTest::newRow("one file, blank disc") << true << true;
-    }
-
-    void sizePanelsFollowTheImage() {
-        QFETCH(bool, disc);
-        QFETCH(bool, withFile);
-        TestEnvironment env;
-        QVERIFY(env.startProgram());
-        mdiMain *f = frameOnImageRecorder();
-        if (disc)
-            f->runCommand("CLOSETRAY");
-        if (withFile) {
-            env.writeFile("big.bin", QByteArray(3 * 1024 * 1024, 'x'));
-            f->Tessaly->AddISOFile("\\big.bin", env.appFolder() + "/big.bin");
-        }
-        f->RecalcImageSize();
-        const QString shown = f->smartStatusBar->Item("DATA")->Text();
-        // The image's blocks as the engine counts them, in megabytes of 1024 * 1024.
-        const double mb = f->Tessaly->BlocksToBytes(f->Tessaly->ISOImageBlocks(), 1) / 1048576;
-        QVERIFY(withFile ? (mb > 3 && mb < 4) : mb < 1);
-        QCOMPARE(shown, QString(" Data Image Size: %1 MB  ").arg(mb, 0, 'f', 2));
-        QCOMPARE(f->prbSize->maximum(), qMax(1, qRound(mb)));
-        if (!withFile) { // under a megabyte: no bar at all
-            QCOMPARE(f->prbSize->width(), 0);
-            QCOMPARE(f->prbSize->value(), 0);
-        }
-        QCOMPARE(f->smartStatusBar->Item("FILES")->Text(),
-                 QString(" Files: %1").arg(withFile ? 1 : 0));
-        QVERIFY(f->smartStatusBar->Item("DIRECTORIES")->Text().startsWith(" Directories: "));
-        // A blank CD-R has room for this: no warning box, with a disc or without.
-    }
 };
 
 QTEST_MAIN(tst_RecorderSelection)

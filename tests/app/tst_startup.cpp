@@ -61,12 +61,6 @@ private slots:
                  QStringLiteral("Tessaly - [FreeWare] Version 0.1.0"));
     }
 
-    void splashRunsByItsOwnTimer() {
-        TestEnvironment env;
-        modMain::Main();
-        QTRY_VERIFY_WITH_TIMEOUT(DefaultInstance<mdiMain>::exists(), 10000);
-    }
-
     void maximizedValueFromTheOptions() {
         TestEnvironment env;
         env.writeFile("Dat/tessaly.ini", "[General]\r\nMaximized Value=2\r\n");

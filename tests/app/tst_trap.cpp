@@ -72,50 +72,6 @@ private slots:
         QCOMPARE(vbwState().lastDescription, QStringLiteral("disk on fire"));
         QCOMPARE(answers.errors.size(), 2);
     }
-
-    void timersStopBehindTheDialog_data() {
-        QTest::addColumn<int>("choice");
-        QTest::addColumn<bool>("runningAfter");
-        QTest::newRow("ignore restarts") << 5 << true;
-        QTest::newRow("abort leaves them off") << 3 << false;
-    }
-    void timersStopBehindTheDialog() {
-        QFETCH(int, choice);
-        QFETCH(bool, runningAfter);
-        QWidget window;
-        window.show();
-        auto *timer = new QTimer(&window);
-        timer->start(1000);
-        bool runningWhileAsked = true;
-        vbwFrmErrHandler::setAnswerer([&](const QString &) {
-            runningWhileAsked = timer->isActive();
-            return choice;
-        });
-        ErrorTrap::setAbortAction([] {});
-        ErrorTrap::run("tmr_Timer", "frmTest", [] { throw RuntimeError(RuntimeError::Overflow); });
-        ErrorTrap::setAbortAction({});
-        vbwFrmErrHandler::setAnswerer({});
-        QVERIFY(!runningWhileAsked);
-        QCOMPARE(timer->isActive(), runningAfter);
-    }
-
-    void traceSwitch_data() {
-        QTest::addColumn<QStringList>("arguments");
-        QTest::addColumn<bool>("trace");
-        QTest::newRow("none") << QStringList{"tessaly"} << false;
-        QTest::newRow("/trace") << QStringList{"tessaly", "/trace"} << true;
-        QTest::newRow("upper case") << QStringList{"tessaly", "/TRACE"} << true;
-        QTest::newRow("among others")
-            << QStringList{"tessaly", "--app-folder", "x", "/trace"} << true;
-    }
-    void traceSwitch() {
-        QFETCH(QStringList, arguments);
-        QFETCH(bool, trace);
-        vbwSetOptions(arguments);
-        QCOMPARE(vbwCurrentOptions().vbwTraceProc, trace);
-        QCOMPARE(vbwCurrentOptions().vbwLog, trace);
-        QCOMPARE(vbwCurrentOptions().vbwDumpStringMaxLength, 128);
-    }
 };
 
 QTEST_MAIN(tst_Trap)

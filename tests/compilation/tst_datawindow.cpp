@@ -237,24 +237,6 @@ private slots:
         QVERIFY(boxes.first().startsWith("Tessaly - Warning|You must remove some files"));
     }
 
-    // Without a disc nothing is compared, so nothing is said; the bar measures all the same, up
-    // to its end.
-    void barWithoutMedium() {
-        rig->frame()->Tessaly->MoveTray(false);
-        QTRY_COMPARE(rig->frame()->Tessaly->MediaType(), qint32(CDWriterPro::MediaNone));
-        // Each file, the image's whole size in megabytes, and the bar's width.
-        for (const auto &[name, megabytes, total, barTwips] :
-             {std::tuple("more.raw", 800, 800, 8000),
-              std::tuple("huge.raw", 9500, 10300, 100000)}) {
-            rig->drop(rig->data()->tvwDirectories, {rig->sparseSource(name, megabytes)});
-            QCOMPARE(rig->takeBoxes(), QStringList());
-            const QString panel = rig->panel("DATA");
-            QVERIFY2(panel.startsWith(QStringLiteral(" Data Image Size: %1.").arg(total)),
-                     qPrintable(panel));
-            QCOMPARE(rig->frame()->prbSize->width(), Twips::toPixels(barTwips));
-        }
-    }
-
     void volumeIdentifierFollowsBox() {
         const QString stamp = rig->frame()->txtVolIdentifier->text();
         QVERIFY(QRegularExpression("^\\d{8}_\\d{4}$").match(stamp).hasMatch());

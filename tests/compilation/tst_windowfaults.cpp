@@ -136,42 +136,6 @@ private slots:
         QVERIFY2(panels.contains(" Adding...." + tree), qPrintable(panels.join('|')));
     }
 
-    void keysSwitchWindowsAndWalkTheBrowser() {
-        mdiMain *f = rig->frame();
-        f->show();
-        QMdiSubWindow *before = f->mdiArea()->activeSubWindow();
-        QVERIFY(before);
-        QTest::keyClick(f, Qt::Key_Tab, Qt::ControlModifier);
-        QVERIFY(f->mdiArea()->activeSubWindow() != before);
-        QTest::keyClick(f, Qt::Key_F6, Qt::ControlModifier);
-        QCOMPARE(f->mdiArea()->activeSubWindow(), before);
-        // The browser: Enter opens the folder, Backspace goes back up.
-        frmFiles *browser = f->frmF(0);
-        const QString top = QFileInfo(rig->source("walk/inner/x.txt")).dir().path() + "/..";
-        FileView *view = browser->FileViewAdd;
-        view->setPath(QDir::cleanPath(top));
-        QTRY_VERIFY(view->model()->rowCount(view->rootIndex()) > 0);
-        view->setCurrentIndex(view->model()->index(0, 0, view->rootIndex()));
-        QTest::keyClick(view, Qt::Key_Return);
-        QCOMPARE(view->Path(), QDir::cleanPath(top + "/inner"));
-        QTest::keyClick(view, Qt::Key_Backspace);
-        QCOMPARE(view->Path(), QDir::cleanPath(top));
-    }
-
-    void cascadeAndMinimumKeepWindowsReadable() {
-        mdiMain *f = rig->frame();
-        f->show();
-        f->runCommand("CASCADE");
-        for (QMdiSubWindow *child : f->openForms())
-            QVERIFY(child->height() > f->mdiArea()->viewport()->height() / 2);
-        f->resize(100, 100);
-        QCoreApplication::processEvents();
-        const QList<QWidget *> strip = {f->lblRecorder, f->cboDevices, f->lblWriteSpeed,
-                                        f->cboWriteSpeed, f->lblVolIdentifier};
-        for (int i = 1; i < strip.size(); ++i)
-            QVERIFY(strip[i - 1]->geometry().right() < strip[i]->geometry().left());
-    }
-
     // The splitter between tree and list follows a drag, and leaves both panes 1500 wide at least.
     void splitterFollowsADrag() {
         frmData *d = rig->data();
@@ -183,24 +147,6 @@ private slots:
             d->imgSplitter_MouseUp(0, 0);
             QCOMPARE(d->tvwDirectories->width(), Twips::toPixels(qBound(1500, to, inner - 1500)));
         }
-    }
-
-    void rulerFollowsADvd() {
-        rig.reset(); // for another disc than the blank CD-R
-        QVERIFY(rig.emplace("[Tessaly Disc]\nVersion=1\nMedium=DVD-R\nData=blank.iso\nFinalized=0\n"
-                            "Sessions=0\n")
-                    .started());
-        mdiMain *f = rig->frame();
-        f->show();
-        f->cboDevices->setCurrentIndex(f->cboDevices->findData(f->Tessaly->DriveCount() - 1));
-        f->setCDSizeLine();
-        rig->drop(rig->data()->lvwImageFiles, {rig->sparseSource("big.bin", 4000)});
-        const auto [left, right] = f->rulerInView();
-        const int line = f->linCDSize->X1();
-        const int barEnd = 100 + 4000 * 10;
-        QVERIFY2(left <= barEnd && barEnd <= right,
-                 qPrintable(QString("%1-%2").arg(left).arg(right)));
-        QVERIFY2(left <= line && line <= right, qPrintable(QString("%1 %2").arg(line).arg(right)));
     }
 };
 
