@@ -210,13 +210,27 @@ private slots:
         rig->drop(rig->data()->tvwDirectories,
                   {rig->source("small.txt"), rig->source("tiny/a.txt")});
         QCOMPARE(rig->takeBoxes(), QStringList{warning});
-        QVERIFY(rig->panel("DATA").startsWith(" Data Image Size: 69"));
+        // The image's size in megabytes of 1024 * 1024 with two decimals; the bar 10 twips each.
+        const auto shownAt = [&](int barTwips) {
+            const double mb =
+                rig->frame()->Tessaly->BlocksToBytes(rig->frame()->Tessaly->ISOImageBlocks(), 1) /
+                1048576;
+            QCOMPARE(rig->panel("DATA"), QString(" Data Image Size: %1 MB  ").arg(mb, 0, 'f', 2));
+            QCOMPARE(rig->frame()->prbSize->width(), Twips::toPixels(barTwips));
+        };
+        shownAt(6980);
         QCOMPARE(rig->frame()->prbSize->value(), rig->frame()->prbSize->maximum());
         // Removing enough ends it.
         rig->data()->tvwDirectories->setCurrentItem(nullptr);
         QVERIFY(rig->frame()->Tessaly->RemoveISOItem("\\film.raw"));
         rig->data()->UpdateImage();
         QCOMPARE(rig->takeBoxes(), QStringList());
+        // Without a disc nothing is compared; the bar stops at ten thousand megabytes.
+        rig->frame()->Tessaly->MoveTray(false);
+        QTRY_COMPARE(rig->frame()->Tessaly->MediaType(), qint32(CDWriterPro::MediaNone));
+        rig->drop(rig->data()->tvwDirectories, {rig->sparseSource("huge.raw", 10300)});
+        QCOMPARE(rig->takeBoxes(), QStringList());
+        shownAt(100000);
     }
 
     // A disc with five megabytes free or less is too small even for an empty image.
