@@ -242,6 +242,21 @@ private slots:
         QCOMPARE(frame->Tessaly->AudioTrackCount(), 0);
         QCOMPARE(w.panel("DATA"), QStringLiteral(" 00:00:00 of 80:00:00 Used"));
     }
+
+    // A track played to its end stops the player and takes the slider back to the start.
+    void playerRewindsAtTheEnd() {
+        AudioWindow w;
+        QVERIFY(w.rig.started());
+        QByteArray pcm;
+        ViewGestures::drop(w.list(), {w.wave("one.wav", Rate / 2, &pcm)});
+        QTreeWidgetItem *track = w.list()->topLevelItem(0);
+        w.list()->setCurrentItem(track);
+        emit w.list()->itemClicked(track, 0);
+        w.window()->cmdPlay->click();
+        QTRY_VERIFY(!w.window()->Timer1->isActive());
+        QVERIFY(w.sink.heard == pcm);
+        QCOMPARE(w.window()->Slider1->value(), 0);
+    }
 };
 
 QTEST_MAIN(tst_AudioWindow)
