@@ -269,6 +269,20 @@ private slots:
         }
         delete form;
     }
+
+    // The frame's command opens the tool once; leaving the program asks to save its options.
+    void commandOpensTheTool() {
+        TestEnvironment env;
+        ScriptedAnswers answers;
+        QVERIFY(env.startProgram());
+        mdiMain *main = DefaultInstance<mdiMain>::peek();
+        main->runCommand(QStringLiteral("DECODEMP3"));
+        main->runCommand(QStringLiteral("DECODEMP3"));
+        QCOMPARE(main->findChildren<frmDecode *>().size(), 1);
+        QVERIFY(DefaultInstance<frmDecode>::peek()->isVisible());
+        env.stopProgram();
+        QCOMPARE(answers.boxes.last().title, QStringLiteral("Save Program Options"));
+    }
 };
 
 QTEST_MAIN(tst_mp3tool)
