@@ -15,16 +15,13 @@ struct CopierRig : BlankDiscHandler {
     static constexpr qint32 Second = 0xff0100;
 
     explicit CopierRig(EngineRig::Job job = EngineRig::Data, const QStringList &settings = {});
-
-    // Puts `count` files of `size` bytes ("\f0.bin"...), made in `folder`, into the rig's image.
+    // Files "\f0.bin"... made in `folder`.
     void addFiles(const QString &folder, int count, int size);
-    // Waits for the copier's job to end; whether it ended well (else `failure` says why).
+    // Whether the job ended well (else `failure` says why).
     bool waitForJob();
-    // The data file of the disc in a recorder's tray (unit 0 or 1).
     static QString trayData(qint32 unit);
-    // Answers a copy on one drive as a user does: the tray closes on a blank disc.
+    // A user at a copy on one drive closes the tray on a blank disc.
     void blankDiscWanted(qint32 address, const QString &) override { copier.CloseTray(address); }
-
     EngineRig rig;
     CD2CD copier{&rig.engine};
     QList<double> percents;

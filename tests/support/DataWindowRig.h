@@ -20,27 +20,20 @@ public:
     // file is made sparse at the size of `dataBlocks`.
     explicit DataWindowRig(const QByteArray &disc = QByteArray(), qint64 dataBlocks = 0);
     ~DataWindowRig();
-
     bool started() const { return m_started; }
     mdiMain *frame() const;
     frmData *data() const;
     ScriptedAnswers &answers() { return *m_answers; }
-
-    // A source file (relative to the source folder) with some bytes; its absolute path.
+    // Files under the rig's source folder; their absolute paths.
     QString source(const QString &relative, const QByteArray &bytes = "x");
-    // A sparse source file of the given megabytes.
     QString sparseSource(const QString &relative, qint64 megabytes);
-
-    // Drops local paths on the viewport of a view as a file manager does.
     void drop(QTreeWidget *view, const QStringList &paths);
-    // Types a new label into the editor of an item and commits it with Return.
     void rename(QTreeWidgetItem *item, const QString &text);
-
-    // The keys of the tree's nodes, in tree order, and of the list's rows.
+    // In tree order.
     QStringList nodeKeys() const;
     QStringList rowKeys() const;
     QString panel(const QString &key) const;
-    // The message boxes asked since the last call, as "title|prompt".
+    // Since the last call, as "title|prompt".
     QStringList takeBoxes();
 
 private:

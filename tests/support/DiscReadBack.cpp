@@ -11,19 +11,13 @@
 #include <unistd.h>
 
 namespace {
-struct Run {
-    QByteArray out;
-    bool ok = false;
-};
-
-Run run(const QString &program, const QStringList &args) {
+// On failure `out` says so instead.
+bool run(const QString &program, const QStringList &args, QByteArray &out) {
     int status = -1;
-    Run r;
-    r.out = ReadBack::run(program, args, &status);
-    r.ok = status == 0;
-    if (!r.ok)
-        r.out = program.toUtf8() + " failed with status " + QByteArray::number(status);
-    return r;
+    out = ReadBack::run(program, args, &status);
+    if (status != 0)
+        out = program.toUtf8() + " failed with status " + QByteArray::number(status);
+    return status == 0;
 }
 
 DiscReadBack::Tree failed(const QByteArray &message) {
@@ -58,12 +52,12 @@ DiscReadBack::Tree collect(const QString &root) {
 
 DiscReadBack::Tree isoinfoTree(const QString &image, qint32 startBlock) {
     const QStringList base{"-R", "-i", image, "-T", QString::number(startBlock)};
-    const Run listing = run("isoinfo", base + QStringList{"-l"});
-    if (!listing.ok)
-        return failed(listing.out);
+    QByteArray listing;
+    if (!run("isoinfo", base + QStringList{"-l"}, listing))
+        return failed(listing);
     DiscReadBack::Tree tree;
     QString dir;
-    for (const QByteArray &raw : listing.out.split('\n')) {
+    for (const QByteArray &raw : listing.split('\n')) {
         const QString line = QString::fromUtf8(raw);
         if (line.startsWith(u"Directory listing of /")) {
             dir = line.mid(int(qstrlen("Directory listing of /"))).trimmed();
@@ -83,10 +77,8 @@ DiscReadBack::Tree isoinfoTree(const QString &image, qint32 startBlock) {
             entry = entry.left(arrow);
         }
         const QString path = dir + entry;
-        if (type == u'-') {
-            const Run x = run("isoinfo", base + QStringList{"-x", u'/' + path});
-            value = x.ok ? x.out : QByteArray("<isoinfo -x failed>");
-        }
+        if (type == u'-' && !run("isoinfo", base + QStringList{"-x", u'/' + path}, value))
+            value = "<isoinfo -x failed>";
         tree[path] = value;
     }
     return tree;
@@ -99,18 +91,16 @@ DiscReadBack::Tree DiscReadBack::read(Tool tool, const QString &image, qint32 st
     QTemporaryDir work;
     const QString out = work.filePath(QStringLiteral("out"));
     QDir().mkpath(out);
-    Run r;
-    if (tool == Tool::Xorriso) {
-        r = run("xorriso", {"-abort_on", "FAILURE", "-osirrox", "on", "-indev", image, "-load",
-                            "sbsector", QString::number(startBlock), "-extract", "/", out});
-    } else {
-        if (startBlock != 0)
-            return failed("bsdtar reads the first session only");
-        r = run("bsdtar", {"-x", "-f", image, "-C", out});
-    }
-    if (!r.ok)
-        return failed(r.out);
-    return collect(out);
+    if (tool == Tool::Bsdtar && startBlock != 0)
+        return failed("bsdtar reads the first session only");
+    QByteArray said;
+    const bool ok = tool == Tool::Xorriso
+                        ? run("xorriso",
+                              {"-abort_on", "FAILURE", "-osirrox", "on", "-indev", image, "-load",
+                               "sbsector", QString::number(startBlock), "-extract", "/", out},
+                              said)
+                        : run("bsdtar", {"-x", "-f", image, "-C", out}, said);
+    return ok ? collect(out) : failed(said);
 }
 
 QString DiscReadBack::name(Tool tool) {

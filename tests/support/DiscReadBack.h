@@ -15,13 +15,10 @@ namespace DiscReadBack {
 using Tree = QMap<QString, QByteArray>;
 using Tool = ReadBack::Tool;
 
-// The session that starts at `startBlock` of `image` (an ISO file, or an Image Recorder disc's
-// data file), with its Rock Ridge names. bsdtar reads only a session at block 0.
+// With Rock Ridge names; bsdtar reads only a session at block 0.
 Tree read(Tool tool, const QString &image, qint32 startBlock = 0);
-// The tool's name, for messages.
 QString name(Tool tool);
-
-// A tree from entries "path=contents", "path/" for a folder, "path=-> target" for a link.
+// Entries "path=contents", "path/" for a folder, "path=-> target" for a link.
 Tree treeOf(const QStringList &entries);
 // Fails the running test unless xorriso, isoinfo and bsdtar all read the session at block 0 of
 // `image` as `expected`; isoinfo, which knows no relocated folders, as `isoinfoSees` if given.

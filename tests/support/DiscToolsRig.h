@@ -15,19 +15,13 @@ struct DiscToolsRig : EngineRig {
     explicit DiscToolsRig(const QString &medium = QStringLiteral("CD-R 80"), Job job = Data,
                           const QStringList &settings = {});
     ~DiscToolsRig();
-
-    // Writes a session with one file of `bytes` bytes under the volume name; whether it ran
-    // to an ending event.
+    // One file of `bytes` bytes named after the volume.
     bool writeData(const QString &volume, int bytes = 300000);
-    // Writes a closed audio disc of one track.
     bool writeAudio();
-    // Runs a registered window's opener by name, as the frame's command does; then the open
-    // instance of T, or null.
     template<typename T> T *open(const QString &name) {
         FormRegistry::open(name);
         return DefaultInstance<T>::peek();
     }
-    // What the boxes said so far, in order.
     QStringList prompts() const;
 
     ScriptedAnswers answers;
@@ -38,5 +32,5 @@ struct DiscToolsRig : EngineRig {
 // that name: its text (a label, a line edit), or "on"/"off" for whether a button is enabled.
 void expectShown(const QWidget *window, const QString &shown);
 
-// The volume identifier of the ISO 9660 session at block 0 of `image`, as isoinfo reads it.
+// As isoinfo reads it from the session at block 0.
 QString isoinfoVolumeId(const QString &image);

@@ -1,9 +1,6 @@
 #include "EngineProbe.h"
 
 #include "Waits.h"
-
-#include <algorithm>
-
 #include "base/Conversions.h"
 
 EngineProbe::EngineProbe(CDWriterPro *engine)
@@ -57,10 +54,9 @@ EngineProbe::EngineProbe(CDWriterPro *engine)
 }
 
 QString EngineProbe::endingEvent() const {
-    for (const QString &e : events) {
+    for (const QString &e : events)
         if (e == u"WriteComplete" || e == u"WriteCancelled" || e == u"WriteError")
             return e;
-    }
     return QString();
 }
 
@@ -69,19 +65,19 @@ bool EngineProbe::waitForEnd(int timeoutMs) {
 }
 
 bool EngineProbe::waitFor(const QStringList &endings, int timeoutMs) {
-    return Waits::until(
-        [&] {
-            return std::any_of(endings.begin(), endings.end(),
-                               [this](const QString &e) { return events.contains(e); });
-        },
-        timeoutMs);
+    auto came = [&] {
+        for (const QString &e : endings)
+            if (events.contains(e))
+                return true;
+        return false;
+    };
+    return Waits::until(came, timeoutMs);
 }
 
 QStringList squeezed(const QStringList &events) {
     QStringList out;
-    for (const QString &e : events) {
+    for (const QString &e : events)
         if (out.isEmpty() || out.last() != e || !e.endsWith(u"Status"))
             out.append(e);
-    }
     return out;
 }

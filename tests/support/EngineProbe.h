@@ -13,7 +13,6 @@ class EngineProbe : public QObject {
     Q_OBJECT
 public:
     explicit EngineProbe(CDWriterPro *engine);
-
     QStringList events;          // names in order, "TrackWriteStatus" once per event
     QStringList added;           // sItemDestPath of each ISOItemAdded
     QList<qint32> trackPercents; // rounded percentages of TrackWriteStatus
@@ -25,10 +24,8 @@ public:
     bool cancelAtOnePercent = false;
     bool replaceAnswer = false;
     QStringList replaceAsked;
-
-    // Waits (running the event loop) for one of the three ending events.
+    // For one of the three ending events.
     bool waitForEnd(int timeoutMs = 60000);
-    // Waits for any of `endings`; whether one came.
     bool waitFor(const QStringList &endings, int timeoutMs = 60000);
     int count(const QString &event) const { return int(events.count(event)); }
     QString endingEvent() const;

@@ -11,30 +11,22 @@
 #include <QTemporaryDir>
 
 // An engine on the test's thread with its drive chosen and a job set as the write dialog sets
-// it: the Image Recorder with a blank disc of `medium` by default, failures on purpose through
-// its `settings` ("FailAtBlock=20").
+// it; `settings` make the Image Recorder fail on purpose ("FailAtBlock=20").
 struct EngineRig {
     enum Job { Audio, Data };
     enum Drive { FileDrive, NoDrive };
-    // A blank `medium` in the Image Recorder's tray.
     explicit EngineRig(const QString &medium = QStringLiteral("CD-R 80"), Job job = Audio,
                        const QStringList &settings = {});
     // A data job on a file drive over the fresh file `disc`; or no drive, for the image alone.
     explicit EngineRig(Drive drive);
     ~EngineRig();
-
-    // Writes the job and waits for the ending event; false when the write didn't start.
+    // False when the write didn't start or no ending event came.
     bool write(int timeoutMs = 120000);
-    // Ejects the disc; the path of the newest ejected file with this suffix ("cue", "iso",
-    // "tdisc"), by default the data file of the job.
+    // The newest ejected file with this suffix ("cue", "iso", "tdisc"), by default the job's data.
     QString eject(QString suffix = QString());
-    // The descriptor of the disc in the tray.
     QString descriptorText() const;
-    // Sets a key of the Image Recorder's settings.
     static void setting(const QString &key, const QString &value);
-    // A blank `medium` and these "key=value" settings for the Image Recorder, no emulated speed.
     static void prepareImageRecorder(const QString &medium, const QStringList &settings);
-
     TestEnvironment env;
     QTemporaryDir media; // holds `disc`, the file under the file drive
     QString disc;

@@ -25,9 +25,7 @@ QByteArray pseudoRandom(int size, int seed) {
 }
 
 QByteArray le16(quint16 v) {
-    QByteArray b(2, '\0');
-    qToLittleEndian(v, b.data());
-    return b;
+    return le32(v).left(2);
 }
 
 QByteArray le32(quint32 v) {

@@ -3,7 +3,6 @@
 #include <QByteArray>
 #include <QString>
 
-// Files the tests make for themselves.
 namespace Fixtures {
 void writeFile(const QString &path, const QByteArray &bytes);
 // Bytes that differ from file to file and compress badly, so a mix-up shows.
@@ -15,8 +14,8 @@ QByteArray le32(quint32 v);
 QByteArray chunk(const char *id, const QByteArray &body); // padded to an even length
 QByteArray fmtChunk(quint16 tag, quint16 channels, quint32 rate, quint16 bits);
 QByteArray riff(const QByteArray &chunks);
-// Recognisable samples: frame i holds i and -i.
+// Frame i holds i and -i.
 QByteArray rampPcm(int frames);
-// A wave of CD audio (44.1 kHz, 16 bits, stereo) holding `pcm`.
+// 44.1 kHz, 16 bits, stereo.
 QByteArray cdWave(const QByteArray &pcm);
 } // namespace Fixtures

@@ -35,10 +35,9 @@ int browserNumber(const QString &caption) {
 
 QStringList shownMenus(const KeyedMenu *menu) {
     QStringList shown;
-    for (const QString &key : menu->menuKeys()) {
+    for (const QString &key : menu->menuKeys())
         if (menu->Menu(key)->Shown() == 1)
             shown.append(key);
-    }
     return shown;
 }
 

@@ -15,14 +15,13 @@ namespace FrameFixture {
 using Waits::settle;
 
 mdiMain *frame();
-// The open children in the order they were loaded, and their captions.
+// In the order they were loaded.
 QList<QMdiSubWindow *> childWindows();
 QStringList captions();
 // The number in a browser's caption, "File Browser [2]  /home" gives 2; 0 when there is none.
 int browserNumber(const QString &caption);
-// The menus that are shown, in menu order.
 QStringList shownMenus(const KeyedMenu *menu);
-// Starts the screen as 1024 by 768 at 96 dots per inch, before the application exists.
+// Before the application exists: 1024 by 768 at 96 dots per inch.
 void useScreen1024x768();
 
 } // namespace FrameFixture

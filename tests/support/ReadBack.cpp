@@ -42,10 +42,9 @@ QStringList xorrisoFiles(const QString &image, qint32 session, const QString &ty
                                                                 << "/"
                                                                 << "-type" << type);
     QStringList files;
-    for (const QByteArray &line : out.split('\n')) {
+    for (const QByteArray &line : out.split('\n'))
         if (!line.isEmpty())
             files << QString::fromUtf8(line).remove(u'\'');
-    }
     files.sort();
     return files;
 }

@@ -4,45 +4,35 @@
 #include <QQueue>
 
 namespace {
-
-RecordingWaveOutput *&sink() {
-    static RecordingWaveOutput *open = nullptr;
-    return open;
-}
-
+RecordingWaveOutput *sink = nullptr;
 class Device;
-Device *&current() {
-    static Device *device = nullptr;
-    return device;
-}
+Device *current = nullptr;
 
 class Device : public WaveOutput {
 public:
     using WaveOutput::WaveOutput;
     ~Device() override {
-        if (m_open && sink())
-            --sink()->live;
-        if (current() == this)
-            current() = nullptr;
+        if (m_open && sink)
+            --sink->live;
+        current = current == this ? nullptr : current;
     }
 
     bool open(const WaveChunks &, QString *error) override {
-        RecordingWaveOutput *s = sink();
-        if (!s->refusal.isEmpty()) {
-            *error = s->refusal;
+        if (!sink->refusal.isEmpty()) {
+            *error = sink->refusal;
             return false;
         }
-        ++s->opened;
-        ++s->live;
+        ++sink->opened;
+        ++sink->live;
         m_open = true;
-        current() = this;
+        current = this;
         return true;
     }
     void write(int buffer, const char *data, qint64 length) override {
         m_queue.enqueue({buffer, QByteArray(data, length)});
-        if (sink())
-            sink()->writes.append(length);
-        if (sink() && !sink()->held)
+        if (sink)
+            sink->writes.append(length);
+        if (sink && !sink->held)
             release(1);
     }
     void reset() override {
@@ -58,8 +48,7 @@ public:
         int done = 0;
         for (; done < count && !m_queue.isEmpty(); ++done) {
             const auto [buffer, bytes] = m_queue.dequeue();
-            if (sink())
-                sink()->heard.append(bytes);
+            sink->heard.append(bytes);
             m_played += bytes.size();
             post(buffer);
         }
@@ -75,7 +64,7 @@ private:
 } // namespace
 
 RecordingWaveOutput::RecordingWaveOutput() {
-    sink() = this;
+    sink = this;
     WaveOutput::setFactory([](QObject *window, WaveOutput::Done done) {
         return std::make_unique<Device>(window, std::move(done));
     });
@@ -83,9 +72,9 @@ RecordingWaveOutput::RecordingWaveOutput() {
 
 RecordingWaveOutput::~RecordingWaveOutput() {
     WaveOutput::setFactory({});
-    sink() = nullptr;
+    sink = nullptr;
 }
 
 int RecordingWaveOutput::release(int count) {
-    return current() ? current()->release(count) : 0;
+    return current ? current->release(count) : 0;
 }

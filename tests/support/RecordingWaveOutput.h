@@ -13,10 +13,8 @@ public:
     ~RecordingWaveOutput();
     RecordingWaveOutput(const RecordingWaveOutput &) = delete;
     RecordingWaveOutput &operator=(const RecordingWaveOutput &) = delete;
-
-    // Releases up to `count` queued buffers of the open device, in order; how many it did.
+    // Of the open device, in order; how many it released.
     int release(int count = 1);
-
     bool held = false;    // buffers wait for release()
     QString refusal;      // when set, opening fails with this text
     QByteArray heard;     // the bytes of every released buffer, in order

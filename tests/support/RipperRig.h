@@ -17,14 +17,9 @@
 // line of `events` in the order it came. Lives on the test's thread.
 struct RipperRig {
     RipperRig();
-
-    // The cue sheet of the disc in the tray.
     QString cue() const;
-    // Waits (running the event loop) for ExtractionEnd.
     bool waitForEnd();
-    // Waits until Status gives `status`.
     bool waitForStatus(qint32 status);
-
     EngineRig writer;
     QList<QByteArray> pcm; // each track's audio as written
     std::unique_ptr<CDRipperX> ripper;
@@ -42,5 +37,5 @@ struct HoldingEncoder : WaveEncoder {
     bool write(const char *pcm, qint64 bytes) override;
 };
 
-// The samples of a wave file's data chunk; empty when it has none.
+// Empty when the file has no data chunk.
 QByteArray wavePcm(const QString &path);

@@ -16,14 +16,11 @@ public:
     ~ScriptedAnswers();
     ScriptedAnswers(const ScriptedAnswers &) = delete;
     ScriptedAnswers &operator=(const ScriptedAnswers &) = delete;
-
-    // Answers every box by its default button with a warning; no real box ever opens.
+    // Every box by its default button with a warning; no real box ever opens.
     static void installFallback();
-
     void answerBox(int button) { m_boxAnswers.enqueue(button); }
     void answerFile(std::optional<QString> path) { m_fileAnswers.enqueue(std::move(path)); }
     void answerError(int code) { m_errorAnswers.enqueue(code); }
-
     QList<MessageBoxService::Request> boxes;
     QList<FileBoxService::Request> fileBoxes;
     QList<QString> errors; // the trap dialog's messages

@@ -63,8 +63,6 @@ void TestEnvironment::stopProgram() {
 }
 
 QString TestEnvironment::programPath() {
-    const QString fromEnv = qEnvironmentVariable("TESSALY_BINARY");
-    if (!fromEnv.isEmpty())
-        return fromEnv;
-    return QCoreApplication::applicationDirPath() + QStringLiteral("/tessaly");
+    return qEnvironmentVariable("TESSALY_BINARY", QCoreApplication::applicationDirPath() +
+                                                      QStringLiteral("/tessaly"));
 }

@@ -8,11 +8,11 @@ class QTreeWidgetItem;
 // What a person does to a tree or list view, sent as the real events. UI thread.
 namespace ViewGestures {
 
-// Drops local paths on the viewport of a view as a file manager does.
+// As a file manager drops local paths.
 void drop(QTreeWidget *view, const QStringList &paths);
-// Drags a row within its own view and drops it on the row `onto`, or below the last row.
+// Within its own view, onto the row `onto`, or below the last row when null.
 void move(QTreeWidgetItem *item, QTreeWidgetItem *onto);
-// Types a new label into the editor of an item and commits it with Return.
+// Typed into the item's editor and committed with Return.
 void rename(QTreeWidgetItem *item, const QString &text);
 
 } // namespace ViewGestures

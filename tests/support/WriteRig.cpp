@@ -80,13 +80,12 @@ void WriteRig::connectRecorder() {
     m_recorder.clear();
     CDWriterPro *cd = m_frame->Tessaly;
     const auto after = [this] { record(); };
-    m_recorder << QObject::connect(cd, &CDWriterPro::PreparingToWrite, m_frame, after);
+    for (auto signal : {&CDWriterPro::PreparingToWrite, &CDWriterPro::CreatingDirectories,
+                        &CDWriterPro::ClosingSession, &CDWriterPro::ClosingDisc})
+        m_recorder << QObject::connect(cd, signal, m_frame, after);
     m_recorder << QObject::connect(cd, &CDWriterPro::CachingStatus, m_frame, after);
-    m_recorder << QObject::connect(cd, &CDWriterPro::CreatingDirectories, m_frame, after);
     m_recorder << QObject::connect(cd, &CDWriterPro::ReadingTrackFile, m_frame, after);
     m_recorder << QObject::connect(cd, &CDWriterPro::ClosingTrack, m_frame, after);
-    m_recorder << QObject::connect(cd, &CDWriterPro::ClosingSession, m_frame, after);
-    m_recorder << QObject::connect(cd, &CDWriterPro::ClosingDisc, m_frame, after);
     m_recorder << QObject::connect(cd, &CDWriterPro::TrackWriteStatus, m_frame, [this] {
         record();
         frmBurn *burn = frmBurn::instance();
@@ -101,10 +100,9 @@ void WriteRig::connectRecorder() {
         }
         m_cancelOffered = offered;
     });
-    m_recorder << QObject::connect(cd, &CDWriterPro::WriteComplete, m_frame,
-                                   [this] { ending = "WriteComplete"; });
-    m_recorder << QObject::connect(cd, &CDWriterPro::WriteCancelled, m_frame,
-                                   [this] { ending = "WriteCancelled"; });
+    for (auto [signal, name] : {std::pair{&CDWriterPro::WriteComplete, "WriteComplete"},
+                                std::pair{&CDWriterPro::WriteCancelled, "WriteCancelled"}})
+        m_recorder << QObject::connect(cd, signal, m_frame, [this, name] { ending = name; });
     m_recorder << QObject::connect(cd, &CDWriterPro::WriteError, m_frame,
                                    [this] { ending = "WriteError"; });
 }

@@ -21,42 +21,28 @@ public:
         QString dataPanel;
     };
 
-    // What lies in the drive when the program starts.
     enum class Tray { Blank, Empty, ClosedDisc, AppendableDisc, NoRecorder };
 
     // `settings` are keys of the Image Recorder ("FailAtBlock=20"); `kind` is the open job.
     explicit WriteRig(const QStringList &settings = {}, int kind = 0,
                       const QString &medium = QStringLiteral("CD-R 80"), Tray tray = Tray::Blank);
     ~WriteRig();
-
     mdiMain *frame() const { return m_frame; }
     bool started() const { return m_frame != nullptr; }
     QString appFolder() const { return env.appFolder(); }
-
-    // WRITEDISC from the frame, as the menu runs it.
     frmBurn *openDialog();
-    // Presses the dialog's write button and waits, running the event loop, until the write
-    // has ended; false on a timeout.
+    // False when the write button is off or no ending came in time.
     bool writeAndWait(frmBurn *burn, int timeoutMs = 120000);
-    // The ending event of the last write.
     QString ending;
-
-    // The status panel "DATA" after each event, consecutive repeats shown once, progress
-    // texts with their numbers replaced by "#".
+    // Consecutive repeats shown once, the numbers of progress texts replaced by "#".
     QStringList panelTexts;
     QStringList actionTexts;
     QList<int> cancelEnabledAt; // track percentages at which the cancel button was enabled
     QList<Box> boxes;
-
-    // The discs in the tray and in the ejected folder.
     QStringList trayDiscs() const;
     QStringList ejectedDiscs() const;
-    // The data file of the newest ejected disc.
     QString ejectedImage() const;
-
-    // Clicks the dialog's cancel as soon as the frame enables it.
     bool cancelWhenOffered = false;
-
     TestEnvironment env;
     ScriptedAnswers answers;
 
