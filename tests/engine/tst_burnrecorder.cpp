@@ -355,66 +355,6 @@ private slots:
         QCOMPARE(ReadBack::xorrisoToc(rig.disc).value(0).first, 32);
     }
 
-    void sessionsOfXorrisoAreFound() {
-        // Two sessions appended by xorriso itself: this recorder finds them where xorriso does.
-        QTemporaryDir dir;
-        const QString image = dir.filePath("x.iso");
-        writeFile(dir.filePath("a/one.bin"), pseudoRandom(100000, 13));
-        writeFile(dir.filePath("b/two.bin"), pseudoRandom(3000, 14));
-        ReadBack::run("xorriso", {"-outdev", image, "-map", dir.filePath("a"), "/", "-commit"});
-        ReadBack::run("xorriso", {"-dev", image, "-map", dir.filePath("b"), "/b", "-commit"});
-        const auto toc = ReadBack::xorrisoToc(image);
-        QCOMPARE(toc.size(), 2);
-        QFile f(image);
-        QVERIFY(f.open(QIODevice::ReadOnly));
-        const QByteArray bytes = f.readAll();
-        const auto reader = [&](qint32 lba, char *block) {
-            if (qint64(lba + 1) * 2048 > bytes.size())
-                return false;
-            std::copy_n(bytes.constData() + qint64(lba) * 2048, 2048, block);
-            return true;
-        };
-        const auto sessions = OverwriteSessions::scan(reader, 1 << 20);
-        QCOMPARE(sessions.size(), 2);
-        for (int i = 0; i < 2; ++i) {
-            QCOMPARE(sessions[i].start, toc[i].first);
-            QCOMPARE(sessions[i].blocks, toc[i].second);
-        }
-        const QByteArray media = ReadBack::run("xorriso", {"-indev", image, "-toc"});
-        const auto nwa =
-            QRegularExpression(R"(Media nwa\s*:\s*(\d+)s)").match(QString::fromUtf8(media));
-        QVERIFY(nwa.hasMatch());
-        QCOMPARE(OverwriteSessions::nextStart(sessions), nwa.captured(1).toInt());
-    }
-
-    void grabbingDoesNotLeakDrives() {
-        // libburn keeps a fixed table of drives: a grab that is not given back fills it.
-        QTemporaryDir media;
-        const QString address = "stdio:" + media.filePath("g.iso");
-        for (int i = 0; i < 300; ++i) {
-            QString why;
-            auto drive = BurnDrive::grab(address, false, &why);
-            QVERIFY2(drive, qPrintable(QStringLiteral("grab %1: %2").arg(i).arg(why)));
-        }
-    }
-
-    void abortGuardGivesBackTheHandlers() {
-        struct sigaction mine {};
-        mine.sa_handler = [](int) {};
-        struct sigaction before {};
-        QCOMPARE(sigaction(SIGUSR1, &mine, &before), 0);
-        {
-            BurnLibrary::AbortGuard guard;
-            struct sigaction during {};
-            sigaction(SIGUSR1, nullptr, &during);
-            QVERIFY(during.sa_handler != mine.sa_handler); // libburn's handler has it
-        }
-        struct sigaction after {};
-        sigaction(SIGUSR1, nullptr, &after);
-        QVERIFY(after.sa_handler == mine.sa_handler);
-        sigaction(SIGUSR1, &before, nullptr);
-    }
-
     void signalDuringWriteGoesThroughAbortHandler() {
         // libburn's handler stops the drive and exits with 1 instead of dying mid-command.
         QTemporaryDir media;

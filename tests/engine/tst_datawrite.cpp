@@ -164,50 +164,6 @@ private slots:
         QCOMPARE(rig.probe.writeError, 3);
     }
 
-    void imageLargerThanMedium() {
-        EngineRig rig("CD-R 74", EngineRig::Data);
-        QTemporaryDir src;
-        QFile big(src.filePath("big.bin"));
-        QVERIFY(big.open(QIODevice::WriteOnly));
-        QVERIFY(
-            big.resize(qint64(700) * 1024 * 1024)); // sparse: nothing is read before the refusal
-        big.close();
-        rig.engine.AddISOFile("\\big.bin", big.fileName());
-        QVERIFY(rig.engine.ISOImageBlocks() > rig.engine.FreeBlocks());
-        QVERIFY(rig.engine.WriteDisc());
-        QVERIFY(rig.probe.waitForEnd());
-        QCOMPARE(rig.probe.events, QStringList({"PreparingToWrite", "WriteError"}));
-        QCOMPARE(rig.probe.writeError, 3);
-        QCOMPARE(rig.probe.driveError, 1021);
-        QCOMPARE(rig.engine.DiscStatus(), 0);
-    }
-
-    void finalizedDiscTakesNoMore() {
-        EngineRig rig("CD-R 80", EngineRig::Data);
-        QTemporaryDir src;
-        writeFile(src.filePath("f.txt"), "final\n");
-        rig.engine.AddISOFile("\\f.txt", src.filePath("f.txt"));
-        rig.engine.setFinalizeDisc(true);
-        QVERIFY(rig.engine.WriteDisc());
-        QVERIFY(rig.probe.waitForEnd());
-        QCOMPARE(rig.probe.endingEvent(), QStringLiteral("WriteComplete"));
-        QVERIFY(rig.probe.events.indexOf("ClosingSession") <
-                rig.probe.events.indexOf("ClosingDisc"));
-        QCOMPARE(rig.engine.DiscStatus(), 2);
-        QCOMPARE(rig.engine.LastSessionStatus(), 3);
-        QCOMPARE(rig.engine.SessionCount(), 1);
-        QCOMPARE(rig.engine.FreeBlocks(), 0);
-        QCOMPARE(rig.engine.MaxWriteSpeed(), 0);
-        rig.probe.events.clear();
-        QVERIFY(rig.engine.WriteDisc());
-        QVERIFY(rig.probe.waitForEnd());
-        QCOMPARE(rig.probe.events, QStringList({"PreparingToWrite", "WriteError"}));
-        QCOMPARE(rig.probe.writeError, 3);
-        // Its session is still imported for a look at it.
-        QVERIFY(rig.engine.ImportLastSession(true));
-        QCOMPARE(rig.engine.ISOFileCount(), 1);
-    }
-
     void importRefusesWhatIsNotModeOne() {
         EngineRig rig("CD-R 80", EngineRig::Data);
         QVERIFY(!rig.engine.ImportLastSession(true)); // a blank disc

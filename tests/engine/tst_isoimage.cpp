@@ -271,31 +271,6 @@ private slots:
             QDir(src.path()).entryList({"*.iso*", ".*iso*"}, QDir::Files | QDir::Hidden).isEmpty());
     }
 
-    void fiftyThousandFiles() {
-        EngineRig e(EngineRig::NoDrive);
-        // Fifty thousand files cost half a minute on a busy disk and seconds in memory.
-        const QString memory = QDir("/dev/shm").exists() ? "/dev/shm/" : QDir::tempPath() + u'/';
-        QTemporaryDir src(memory + "tessaly-many-XXXXXX");
-        QVERIFY(src.isValid());
-        QDir().mkpath(src.filePath("many"));
-        for (int i = 0; i < 50000; ++i) {
-            QFile f(
-                src.filePath(QStringLiteral("many/file%1.txt").arg(i, 5, 10, QLatin1Char('0'))));
-            QVERIFY(f.open(QIODevice::WriteOnly));
-        }
-        e.engine.AddISODirectory("\\many", src.filePath("many") + "\\*.*");
-        QCOMPARE(e.engine.ISOFileCount(), 50000);
-        QCOMPARE(e.probe.added.size(), 50001);
-        const qint32 blocks = e.engine.ISOImageBlocks();
-        const QString iso = src.filePath("many.iso");
-        QVERIFY(e.engine.CreateISOFile(iso));
-        QCOMPARE(QFileInfo(iso).size(), qint64(blocks) * 2048);
-        // "stdio:" keeps xorriso from taking a file under /dev for a drive.
-        const QByteArray listing =
-            ReadBack::run("xorriso", {"-indev", "stdio:" + iso, "-find", "/many", "-type", "f"});
-        QCOMPARE(listing.count('\n'), 50000);
-    }
-
     // The size is laid out on a worker while the UI thread serves timers: a timer may ask for the
     // size again, or change the image, and each answer is the size of the image as it was asked.
     void sizingServesEventsMeanwhile() {
