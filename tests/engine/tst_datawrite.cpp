@@ -139,31 +139,6 @@ private slots:
         QCOMPARE(rig.engine.FreeBlocks(), 360000);
     }
 
-    void cancelAtOnePercent() {
-        // Held to 4x so that the cancel, sent from the 1 % event, lands mid-write.
-        EngineRig rig("CD-R 80", EngineRig::Data, {"EmulateSpeed=1"});
-        QTemporaryDir src;
-        writeFile(src.filePath("big.bin"), pseudoRandom(3 * 1024 * 1024, 6));
-        rig.engine.AddISOFile("\\big.bin", src.filePath("big.bin"));
-        rig.engine.SetWriteSpeed(4 * 176);
-        rig.probe.cancelAtOnePercent = true;
-        QVERIFY(rig.engine.WriteDisc());
-        QVERIFY(rig.probe.waitForEnd());
-        QCOMPARE(
-            squeezed(rig.probe.events).join(u' '),
-            QStringLiteral("PreparingToWrite CreatingDirectories TrackWriteStatus WriteCancelled"));
-        // What was burnt stays, in a session the drive could not close.
-        QCOMPARE(rig.engine.DiscStatus(), 1);
-        QCOMPARE(rig.engine.LastSessionStatus(), 1);
-        QCOMPARE(rig.engine.FreeBlocks(), 0);
-        // The drive is usable again at once: a further write is refused by the disc, not the job.
-        rig.probe.events.clear();
-        QVERIFY(rig.engine.WriteDisc());
-        QVERIFY(rig.probe.waitForEnd());
-        QCOMPARE(rig.probe.endingEvent(), QStringLiteral("WriteError"));
-        QCOMPARE(rig.probe.writeError, 3);
-    }
-
     void importRefusesWhatIsNotModeOne() {
         EngineRig rig("CD-R 80", EngineRig::Data);
         QVERIFY(!rig.engine.ImportLastSession(true)); // a blank disc

@@ -101,21 +101,6 @@ private slots:
         QCOMPARE(engine.mediumIdentity(engine.DriveCount() - 1), before);
     }
 
-    void ejectMovesDiscOut() {
-        EngineRig rig;
-        CDWriterPro &engine = rig.engine;
-        QCOMPARE(QDir(ImageRecorder::trayFolder()).entryList(QDir::Files).size(), 2);
-        engine.MoveTray(false);
-        QCOMPARE(engine.MediaType(), 254);
-        QVERIFY(QDir(ImageRecorder::trayFolder()).entryList(QDir::Files).isEmpty());
-        QCOMPARE(QDir(ImageRecorder::ejectedFolder()).entryList({"*.tdisc"}, QDir::Files).size(),
-                 1);
-        // A second eject of an empty tray does nothing, a close loads a fresh blank.
-        engine.MoveTray(false);
-        engine.MoveTray(true);
-        QCOMPARE(engine.DiscStatus(), 0);
-    }
-
     void sessionGaps() {
         // A CD's first session costs 11400 blocks of lead-out, lead-in and pregap; later ones
         // 6900, as their lead-out is shorter. The first gap is read back in tst_datawrite.
