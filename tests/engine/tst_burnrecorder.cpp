@@ -80,6 +80,7 @@ private slots:
         QVERIFY(rig.engine.CurrentDriveCapability(10));  // writes DVD-RAM
         QVERIFY(!rig.engine.CurrentDriveCapability(6));  // no CD-R
         QVERIFY(!rig.engine.CurrentDriveCapability(64)); // past the last code
+        QVERIFY(rig.engine.CurrentDriveCapability(41) && rig.engine.CurrentDriveCapability(42));
         QTemporaryDir src;
         writeFile(src.filePath("docs/report one.txt"), pseudoRandom(300000, 1));
         writeFile(src.filePath("docs/Ünïcode.bin"), pseudoRandom(12345, 2));
