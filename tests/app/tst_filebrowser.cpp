@@ -30,8 +30,8 @@ using namespace FrameFixture;
 
 namespace {
 
-frmFiles *browser(int index = 0) {
-    return qobject_cast<frmFiles *>(childWindows().at(index)->widget());
+frmFiles *browser() {
+    return qobject_cast<frmFiles *>(childWindows().first()->widget());
 }
 
 } // namespace
@@ -70,45 +70,35 @@ private slots:
                  QDir::tempPath());
     }
 
-    void missingFolderIsTakenAsItIs() {
-        TestEnvironment env;
-        const QString gone = env.appFolder() + "/no such folder";
-        env.writeFile("Dat/tessaly.ini",
-                      "[Directories]\r\nFileBrowser Last Dir=" + gone.toLocal8Bit() + "\r\n");
-        QVERIFY(env.startProgram());
-        QCOMPARE(browser()->FileViewAdd->Path(), gone);
-        QCOMPARE(browser()->FileViewAdd->ItemCount(), 0);
-        QCOMPARE(browser()->windowTitle(), "File Browser [1]  " + gone);
-        // Select all over an empty list selects nothing and fails nothing.
-        frame()->runCommand("SELECTALL");
-        QVERIFY(browser()->FileViewAdd->selectedPaths().isEmpty());
-    }
-
+    // A missing last folder is taken as it is; then the caption follows folder and selection, and
+    // the browser keeps a minimum width.
     void captionFollowsFolderAndSelection() {
         TestEnvironment env;
         QTemporaryDir dir;
         Fixtures::writeFile(dir.filePath("a.txt"), "x");
+        const QString gone = env.appFolder() + "/no such folder";
         env.writeFile("Dat/tessaly.ini",
-                      "[Directories]\r\nFileBrowser Last Dir=" + dir.path().toLocal8Bit() + "\r\n");
+                      "[Directories]\r\nFileBrowser Last Dir=" + gone.toLocal8Bit() + "\r\n");
         QVERIFY(env.startProgram());
         frmFiles *b = browser();
-        QCOMPARE(b->windowTitle(), "File Browser [1]  " + dir.path());
+        QCOMPARE(b->FileViewAdd->Path(), gone);
+        QCOMPARE(b->FileViewAdd->ItemCount(), 0);
+        QCOMPARE(b->windowTitle(), "File Browser [1]  " + gone);
         QCOMPARE(b->mstrCaptionLoad, QStringLiteral("File Browser [1]"));
+        // Select all over an empty list selects nothing and fails nothing.
+        frame()->runCommand("SELECTALL");
+        QVERIFY(b->FileViewAdd->selectedPaths().isEmpty());
         b->FolderViewAdd->setSelectedPath(QDir::tempPath());
         QCOMPARE(b->windowTitle(), "File Browser [1]  " + QDir::tempPath());
         QCOMPARE(b->FileViewAdd->Path(), QDir::tempPath());
         b->FileViewAdd->setPath(dir.path());
         QTRY_COMPARE(b->FileViewAdd->ItemCount(), 1);
+        QCOMPARE(b->windowTitle(), "File Browser [1]  " + dir.path());
         b->FileViewAdd->setItemSelected(0, true);
         QCOMPARE(b->windowTitle(), "File Browser [1]  " + dir.filePath("a.txt"));
         // The subwindow shows the same caption.
-        QCOMPARE(childWindows().first()->windowTitle(), b->windowTitle());
-    }
-
-    void narrowBrowserGetsItsMinimumWidth() {
-        TestEnvironment env;
-        QVERIFY(env.startProgram());
         QMdiSubWindow *w = childWindows().first();
+        QCOMPARE(w->windowTitle(), b->windowTitle());
         w->resize(Twips::toPixels(2000), w->height());
         QCOMPARE(w->width(), Twips::toPixels(3000));
         w->resize(Twips::toPixels(4000), w->height());
@@ -208,53 +198,43 @@ private slots:
         QVERIFY(list->dragEnabled());
     }
 
-    void chooserNeedsAChoice() {
+    void chooserOpensTheCompilation_data() {
+        QTest::addColumn<int>("choice"); // data, audio, or audio chosen and cancelled
+        QTest::addColumn<QStringList>("reached");
+        QTest::newRow("data") << 0 << QStringList({"frmData", "ResetImage"});
+        QTest::newRow("audio") << 1 << QStringList({"frmAudio"});
+        QTest::newRow("cancelled") << 2 << QStringList();
+    }
+
+    // The box needs a choice before OK; data clears the labels, audio keeps them.
+    void chooserOpensTheCompilation() {
+        QFETCH(int, choice);
         TestEnvironment env;
         QVERIFY(env.startProgram());
+        QStringList got;
+        const char *names[] = {"frmData", "frmAudio", "ResetImage", "frmSessionCheck"};
+        for (const char *name : names)
+            FormRegistry::add(name, [&got, name](QWidget *) { got.append(name); });
+        gstrVolumeIdentifier = "OLD";
+        gstrVolumeBiblioFileIdentifier = "OLD";
         frame()->runCommand("NEW");
         auto *box = frame()->findChild<frmChooseDiscType *>();
-        QVERIFY(box);
-        QVERIFY(box->isVisible());
-        QVERIFY(box->isModal());
+        QVERIFY(box && box->isVisible() && box->isModal());
         QVERIFY(!box->optData->isChecked());
         QVERIFY(!box->optAudio->isChecked());
         QVERIFY(!box->cmdOK->isEnabled());
         QVERIFY(box->lblDataCD->text().contains("files from your comouter."));
-        box->optAudio->click();
+        (choice == 0 ? box->optData : box->optAudio)->click();
         QVERIFY(box->cmdOK->isEnabled());
-        box->cmdCancel->click();
+        (choice == 2 ? box->cmdCancel : box->cmdOK)->click();
+        QCOMPARE(box->result(), int(choice == 2 ? QDialog::Rejected : QDialog::Accepted));
         settle();
         QVERIFY(!frame()->findChild<frmChooseDiscType *>());
-    }
-
-    void chooserOpensTheCompilation_data() {
-        QTest::addColumn<bool>("data");
-        QTest::addColumn<QStringList>("reached");
-        QTest::addColumn<bool>("labelsCleared");
-        QTest::newRow("data") << true << QStringList({"frmData", "ResetImage"}) << true;
-        QTest::newRow("audio") << false << QStringList({"frmAudio"}) << false;
-    }
-
-    void chooserOpensTheCompilation() {
-        QFETCH(bool, data);
-        QFETCH(QStringList, reached);
-        QFETCH(bool, labelsCleared);
-        TestEnvironment env;
-        QVERIFY(env.startProgram());
-        QStringList got;
-        for (const char *name : {"frmData", "frmAudio", "ResetImage", "frmSessionCheck"})
-            FormRegistry::add(name, [&got, name](QWidget *) { got.append(name); });
-        gstrVolumeIdentifier = "OLD";
-        gstrVolumeBiblioFileIdentifier = "OLD";
-        frmChooseDiscType box(frame());
-        (data ? box.optData : box.optAudio)->click();
-        box.cmdOK->click();
-        for (const char *name : {"frmData", "frmAudio", "ResetImage", "frmSessionCheck"})
+        for (const char *name : names)
             FormRegistry::remove(name);
-        QCOMPARE(got, reached);
-        QCOMPARE(gstrVolumeIdentifier.isEmpty(), labelsCleared);
-        QCOMPARE(gstrVolumeBiblioFileIdentifier.isEmpty(), labelsCleared);
-        QCOMPARE(box.result(), int(QDialog::Accepted));
+        QTEST(got, "reached");
+        QCOMPARE(gstrVolumeIdentifier.isEmpty(), choice == 0);
+        QCOMPARE(gstrVolumeBiblioFileIdentifier.isEmpty(), choice == 0);
     }
 };
 

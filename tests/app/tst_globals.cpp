@@ -1,4 +1,3 @@
-#include "app/clsNetUserName.h"
 #include "app/modGlobals.h"
 
 #include <QLineEdit>
@@ -63,12 +62,6 @@ private slots:
         SelectText(&edit);
         QCOMPARE(edit.selectedText(), QStringLiteral("VOLUME_1"));
         SelectText(nullptr);
-    }
-
-    void namesAreNeverEmpty() {
-        const clsNetUserName names;
-        QVERIFY(!names.NetworkUserName().isEmpty());
-        QVERIFY(!names.ComputerName().isEmpty());
     }
 };
 

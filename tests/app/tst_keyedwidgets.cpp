@@ -24,7 +24,7 @@
 class tst_KeyedWidgets : public QObject {
     Q_OBJECT
 private slots:
-    void unknownKeysRaiseInvalidCall() {
+    void unknownKeysRaiseAndClicksNeedUsableItems() {
         QMenuBar bar;
         QToolBar tools;
         QStatusBar status;
@@ -48,27 +48,7 @@ private slots:
             }
         }
         QCOMPARE(raised, 4);
-    }
-
-    void menuAndItemMayShareAKey() {
-        QMenuBar bar;
-        KeyedMenu menu(&bar);
-        menu.addMenu("HELP", "&Help");
-        KeyedItem *help = menu.addItem("HELP", "HELP", "&Help...");
-        menu.addItem("HELP", "ABOUT", "&About");
-        QCOMPARE(menu.Item("HELP"), help);
-        QVERIFY(menu.Menu("HELP")->menu());
-        QCOMPARE(menu.itemKeys("HELP"), QStringList({"HELP", "ABOUT"}));
-    }
-
-    void clicksReachOnlyFromUsableItems() {
-        QMenuBar bar;
-        QToolBar tools;
-        KeyedMenu menu(&bar);
-        KeyedToolbar toolbar(&tools);
-        menu.addMenu("FILE", "&File");
-        menu.addItem("FILE", "NEW", "&New");
-        toolbar.addItem("NEW", "New");
+        // Clicks reach the program only from usable items.
         QStringList clicks;
         connect(&menu, &KeyedMenu::Click, this,
                 [&](KeyedItem *i) { clicks << "menu " + i->Key(); });
@@ -119,6 +99,13 @@ private slots:
         QVERIFY(!menu.contains("MDICHILD_1"));
         QCOMPARE(menu.Menu("WINDOWS")->menu()->actions().size(), 2);
         menu.removeItem("MDICHILD_1"); // gone already: nothing happens
+        // A menu and an item may share a key.
+        menu.addMenu("HELP", "&Help");
+        KeyedItem *help = menu.addItem("HELP", "HELP", "&Help...");
+        menu.addItem("HELP", "ABOUT", "&About");
+        QCOMPARE(menu.Item("HELP"), help);
+        QVERIFY(menu.Menu("HELP")->menu());
+        QCOMPARE(menu.itemKeys("HELP"), QStringList({"HELP", "ABOUT"}));
     }
 
     void picturesHaveGreyedAndHotForms() {

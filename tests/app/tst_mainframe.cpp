@@ -1,5 +1,6 @@
 // The main frame: its start, the command table, the child windows and the window list.
 #include "FrameFixture.h"
+#include "Rows.h"
 #include "ScriptedAnswers.h"
 #include "TestEnvironment.h"
 #include "app/FormRegistry.h"
@@ -8,6 +9,7 @@
 #include "app/mdiMain.h"
 #include "app/modDeclarations.h"
 #include "app/modGlobals.h"
+#include "app/modIniFunc.h"
 #include "compilation/frmData.h"
 #include "diagnostics/vbwErrHandler.h"
 #include "engine/writer/CDWriterPro.h"
@@ -79,14 +81,35 @@ const QList<std::tuple<const char *, bool, const char *>> commandRows = {
     {"RIPDATA", false, ""},
     {"SESSION", false, ""},
 };
+// An image command: what is selected and the box it gives (empty: nothing, none), whether the
+// list reloads, and the files left in the image.
+struct ImageCommand {
+    QString key, selectKey, prompt;
+    bool updates;
+    int filesLeft;
+};
 } // namespace
 
 class tst_MainFrame : public QObject {
     Q_OBJECT
+    std::optional<TestEnvironment> env;
+    std::optional<ScriptedAnswers> answers;
+
 private slots:
-    void startSizeAt1024x768WithNoOptions() {
-        TestEnvironment env;
-        QVERIFY(env.startProgram());
+    // Every test starts from a fresh folder; a box the test did not ask about fails it.
+    void init() {
+        env.emplace();
+        answers.emplace();
+    }
+
+    void cleanup() {
+        QVERIFY(answers->boxes.isEmpty());
+        answers.reset();
+        env.reset();
+    }
+
+    void startSizeAndTiling() {
+        QVERIFY(env->startProgram());
         QCOMPARE(ScreenResolution(), QStringLiteral("1024 X 768"));
         mdiMain *f = frame();
         QCOMPARE(f->pos(), QPoint(0, 0));
@@ -96,25 +119,39 @@ private slots:
         QCOMPARE(childWindows().size(), 1);
         QCOMPARE(childWindows().first()->geometry(),
                  QRect(Twips::toPixels(7650), 0, Twips::toPixels(7650), Twips::toPixels(8500)));
+        f->show();
+        f->runCommand("ADDFILES");
+        settle();
+        const QRect area = f->mdiArea()->viewport()->rect();
+        f->runCommand("TILEV");
+        QCOMPARE(childWindows()[0]->geometry(), QRect(0, 0, area.width() / 2, area.height()));
+        QCOMPARE(childWindows()[1]->geometry(),
+                 QRect(area.width() / 2, 0, area.width() / 2, area.height()));
+        f->runCommand("TILEH");
+        QCOMPARE(childWindows()[0]->geometry(), QRect(0, 0, area.width(), area.height() / 2));
+        QCOMPARE(childWindows()[1]->geometry(),
+                 QRect(0, area.height() / 2, area.width(), area.height() / 2));
+        f->runCommand("CASCADE");
+        QVERIFY(childWindows()[1]->x() > childWindows()[0]->x());
+        QVERIFY(childWindows()[1]->y() > childWindows()[0]->y());
     }
 
     void frameWithoutRecorders() {
-        TestEnvironment env;
-        ScriptedAnswers answers;
-        env.writeFile("Dat/tessaly.ini", "[Recorders]\r\nImage Recorder=False\r\n");
-        QVERIFY(env.startProgram());
+        env->writeFile("Dat/tessaly.ini", "[Recorders]\r\nImage Recorder=False\r\n");
+        QVERIFY(env->startProgram());
         mdiMain *f = frame();
         QCOMPARE(f->Tessaly->DriveCount(), 0);
         QCOMPARE(qint32(glngDriveIndex), -1);
-        QCOMPARE(answers.boxes.size(), 2);
-        QCOMPARE(answers.boxes[0].prompt,
+        QCOMPARE(answers->boxes.size(), 2);
+        QCOMPARE(answers->boxes[0].prompt,
                  QStringLiteral("Drives Cannot be initialized...Contact support!"));
         QCOMPARE(
-            answers.boxes[1].prompt,
+            answers->boxes[1].prompt,
             QStringLiteral("There are no compatible CDR drives reported.\nSome older CDR drives "
                            "are not currently supported."));
-        QCOMPARE(answers.boxes[1].buttons, int(vbInformation));
-        QCOMPARE(answers.boxes[1].title, QStringLiteral("Tessaly - Information"));
+        QCOMPARE(answers->boxes[1].buttons, int(vbInformation));
+        QCOMPARE(answers->boxes[1].title, QStringLiteral("Tessaly - Information"));
+        answers->boxes.clear();
         QCOMPARE(shownMenus(f->SmartMenu), QStringList({"FILE", "HELP"}));
         QVERIFY(f->SmartMenu->Item("NEW")->Enabled());
         for (const char *key : {"ADDFILES", "WRITEISO", "SAVEASISO", "PRINT", "PAGESETTINGS"})
@@ -128,10 +165,9 @@ private slots:
     }
 
     void programOptionLeavesTheImageRecorderOut() {
-        TestEnvironment env;
         QProcess program;
         program.start(TestEnvironment::programPath(),
-                      {"--app-folder", env.appFolder(), "--unattended", "--no-image-recorder"});
+                      {"--app-folder", env->appFolder(), "--unattended", "--no-image-recorder"});
         QVERIFY(program.waitForStarted());
         QString said;
         QTRY_VERIFY_WITH_TIMEOUT((said += QString::fromLocal8Bit(program.readAllStandardError()))
@@ -143,9 +179,9 @@ private slots:
         program.waitForFinished();
     }
 
+    // Browser numbers: the lowest free one is taken again; the window list keeps loading order.
     void browsersReuseTheLowestFreeNumber() {
-        TestEnvironment env;
-        QVERIFY(env.startProgram());
+        QVERIFY(env->startProgram());
         mdiMain *f = frame();
         f->runCommand("ADDFILES");
         f->runCommand("ADDFILES");
@@ -159,44 +195,6 @@ private slots:
         f->runCommand("ADDFILES");
         settle();
         QVERIFY2(captions().last().startsWith("File Browser [2]  "), qPrintable(captions().last()));
-        f->runCommand("ADDFILES");
-        QCOMPARE(browserNumber(captions().last()), 4);
-        f->runCommand("CLOSEALL");
-        settle();
-        QVERIFY(childWindows().isEmpty());
-        QCOMPARE(qint16(f->NumberForms), qint16(0));
-        f->runCommand("ADDFILES");
-        QCOMPARE(browserNumber(captions().last()), 1);
-    }
-
-    void hundredAndFirstBrowserEndsInTheTrap() {
-        TestEnvironment env;
-        ScriptedAnswers answers;
-        QVERIFY(env.startProgram());
-        mdiMain *f = frame();
-        for (int i = 2; i <= 100; ++i)
-            f->SmartMenu->click("ADDFILES");
-        QCOMPARE(childWindows().size(), 100);
-        QCOMPARE(browserNumber(captions().last()), 100);
-        QVERIFY(answers.errors.isEmpty());
-        f->SmartMenu->click("ADDFILES");
-        QCOMPARE(answers.errors.size(), 1);
-        QCOMPARE(vbwState().lastNumber, 9);
-        QCOMPARE(vbwState().lastProcedure, QStringLiteral("smartMenu_Click"));
-        QVERIFY(answers.errors.first().contains("Subscript out of range"));
-        QCOMPARE(childWindows().size(), 100);
-    }
-
-    void windowListFollowsTheFormsOrder() {
-        TestEnvironment env;
-        QVERIFY(env.startProgram());
-        mdiMain *f = frame();
-        f->runCommand("ADDFILES");
-        f->runCommand("ADDFILES");
-        childWindows()[1]->close(); // browser 2
-        settle();
-        f->runCommand("ADDFILES"); // gets number 2 again, but is loaded last
-        settle();
         f->mdiArea()->setActiveSubWindow(childWindows()[1]);
         emit f->SmartMenu->Menu("WINDOWS")->menu()->aboutToShow();
         QStringList keys, titles;
@@ -213,15 +211,41 @@ private slots:
         QVERIFY(!f->SmartMenu->Item("MDICHILD_1")->Checked());
         QVERIFY(f->SmartMenu->Item("MDICHILD_2")->Checked());
         QCOMPARE(f->SmartMenu->Item("MDICHILD_3")->ItemType, 202);
+        // An entry brings its window to the front.
+        f->SmartMenu->click("MDICHILD_3");
+        QCOMPARE(f->mdiArea()->activeSubWindow(), childWindows()[2]);
+        QCOMPARE(qint16(gintActiveFileBrowser), qint16(2));
+        f->runCommand("ADDFILES");
+        QCOMPARE(browserNumber(captions().last()), 4);
         // Dropping down again lists anew rather than adding to the old entries.
-        childWindows()[0]->close();
-        settle();
+        for (int closed = 0; closed < 2; ++closed) {
+            childWindows()[0]->close();
+            settle();
+        }
         emit f->SmartMenu->Menu("WINDOWS")->menu()->aboutToShow();
         QVERIFY(!f->SmartMenu->contains("MDICHILD_3"));
-        // An entry brings its window to the front.
-        f->SmartMenu->click("MDICHILD_2");
-        QCOMPARE(f->mdiArea()->activeSubWindow(), childWindows()[1]);
-        QCOMPARE(qint16(gintActiveFileBrowser), qint16(2));
+        f->runCommand("CLOSEALL");
+        settle();
+        QVERIFY(childWindows().isEmpty());
+        QCOMPARE(qint16(f->NumberForms), qint16(0));
+        f->runCommand("ADDFILES");
+        QCOMPARE(browserNumber(captions().last()), 1);
+    }
+
+    void hundredAndFirstBrowserEndsInTheTrap() {
+        QVERIFY(env->startProgram());
+        mdiMain *f = frame();
+        for (int i = 2; i <= 100; ++i)
+            f->SmartMenu->click("ADDFILES");
+        QCOMPARE(childWindows().size(), 100);
+        QCOMPARE(browserNumber(captions().last()), 100);
+        QVERIFY(answers->errors.isEmpty());
+        f->SmartMenu->click("ADDFILES");
+        QCOMPARE(answers->errors.size(), 1);
+        QCOMPARE(vbwState().lastNumber, 9);
+        QCOMPARE(vbwState().lastProcedure, QStringLiteral("smartMenu_Click"));
+        QVERIFY(answers->errors.first().contains("Subscript out of range"));
+        QCOMPARE(childWindows().size(), 100);
     }
 
     void commandsReachTheirWindows_data() {
@@ -237,9 +261,7 @@ private slots:
         QFETCH(QString, key);
         QFETCH(bool, fromToolbar);
         QFETCH(QString, opened);
-        TestEnvironment env;
-        ScriptedAnswers answers;
-        QVERIFY(env.startProgram());
+        QVERIFY(env->startProgram());
         mdiMain *f = frame();
         const auto trigger = [&] {
             KeyedItem *item = f->SmartMenu->Item(key);
@@ -250,13 +272,13 @@ private slots:
         if (!opened.isEmpty() && !FormRegistry::contains(opened) && !fromToolbar) {
             // A window not built yet: the command says so, in words without an accelerator.
             trigger();
-            QCOMPARE(answers.boxes.size(), 1);
+            QCOMPARE(answers->boxes.size(), 1);
             QVERIFY2(
-                answers.boxes[0].prompt.endsWith(" is not available in this version of Tessaly "
-                                                 "yet.") &&
-                    !answers.boxes[0].prompt.contains(u'&'),
-                qPrintable(answers.boxes[0].prompt));
-            answers.boxes.clear();
+                answers->boxes[0].prompt.endsWith(" is not available in this version of Tessaly "
+                                                  "yet.") &&
+                    !answers->boxes[0].prompt.contains(u'&'),
+                qPrintable(answers->boxes[0].prompt));
+            answers->boxes.clear();
         }
         if (key == "INTERNETUPDATE")
             return;
@@ -281,12 +303,10 @@ private slots:
         for (const QString &name : names)
             FormRegistry::remove(name);
         QCOMPARE(reached, opened.isEmpty() ? QStringList() : QStringList({opened}));
-        QVERIFY(answers.boxes.isEmpty());
     }
 
     void preferencesOpensTheOptionsBoxOverTheFrame() {
-        TestEnvironment env;
-        QVERIFY(env.startProgram());
+        QVERIFY(env->startProgram());
         mdiMain *f = frame();
         QWidget *seenOwner = nullptr;
         bool seenModal = false;
@@ -295,18 +315,19 @@ private slots:
             if (auto *box = qobject_cast<frmOptions *>(QApplication::activeModalWidget())) {
                 seenOwner = box->parentWidget();
                 seenModal = box->isModal() && box->isVisible();
-                box->cmdCancel->click();
+                box->cmdOK->click();
             }
         });
         f->SmartMenu->click("PREFERENCES");
         QCOMPARE(seenOwner, static_cast<QWidget *>(f));
         QVERIFY(seenModal);
         QVERIFY(!DefaultInstance<frmOptions>::exists());
+        QCOMPARE(sGetINI(env->iniFile(), "General", "FileBrowser Left", ""),
+                 QStringLiteral("7650"));
     }
 
     void closingOneOfTwoBrowsersRestoresByActivation() {
-        TestEnvironment env;
-        QVERIFY(env.startProgram());
+        QVERIFY(env->startProgram());
         mdiMain *f = frame();
         f->runCommand("ADDFILES");
         settle();
@@ -330,120 +351,89 @@ private slots:
     void viewToggles_data() {
         QTest::addColumn<QString>("key");
         QTest::addColumn<QString>("control");
-        QTest::newRow("toolbar") << "VIEWTOOLBAR"
-                                 << "SmartToolbar";
-        QTest::newRow("status bar") << "VIEWSTATUSBAR"
-                                    << "statusbar";
-        QTest::newRow("size ruler") << "VIEWMETER"
-                                    << "asxBottom";
+        QTest::newRow("toolbar") << "VIEWTOOLBAR" << QString("SmartToolbar");
+        QTest::newRow("status bar") << "VIEWSTATUSBAR" << QString("statusbar");
+        QTest::newRow("size ruler") << "VIEWMETER" << QString("asxBottom");
     }
 
     void viewToggles() {
         QFETCH(QString, key);
         QFETCH(QString, control);
-        TestEnvironment env;
-        QVERIFY(env.startProgram());
+        QVERIFY(env->startProgram());
         mdiMain *f = frame();
         f->show();
         QWidget *w = control == "statusbar" ? f->statusBar() : f->findChild<QWidget *>(control);
         QVERIFY(w);
-        QVERIFY(w->isVisible());
-        QVERIFY(f->SmartMenu->Item(key)->Checked());
-        f->SmartMenu->click(key);
-        QVERIFY(!w->isVisible());
-        QVERIFY(!f->SmartMenu->Item(key)->Checked());
-        f->SmartMenu->click(key);
-        QVERIFY(w->isVisible());
-        QVERIFY(f->SmartMenu->Item(key)->Checked());
+        for (const bool shown : {true, false, true}) {
+            QCOMPARE(w->isVisible(), shown);
+            QCOMPARE(f->SmartMenu->Item(key)->Checked(), shown);
+            f->SmartMenu->click(key);
+        }
     }
 
     void datePairSetsTheEngine() {
-        TestEnvironment env;
-        QVERIFY(env.startProgram());
+        QVERIFY(env->startProgram());
         mdiMain *f = frame();
-        f->runCommand("DATEADDED");
-        QVERIFY(!f->Tessaly->UseFileModifiedDate());
-        QVERIFY(f->SmartMenu->Item("DATEADDED")->Checked());
-        QVERIFY(!f->SmartMenu->Item("DATEMODIFIED")->Checked());
-        f->runCommand("DATEMODIFIED");
-        QVERIFY(f->Tessaly->UseFileModifiedDate());
-        QVERIFY(!f->SmartMenu->Item("DATEADDED")->Checked());
-        QVERIFY(f->SmartMenu->Item("DATEMODIFIED")->Checked());
+        for (const bool modified : {false, true, false}) {
+            f->runCommand(modified ? "DATEMODIFIED" : "DATEADDED");
+            QCOMPARE(f->Tessaly->UseFileModifiedDate(), modified);
+            QCOMPARE(f->SmartMenu->Item("DATEADDED")->Checked(), !modified);
+            QCOMPARE(f->SmartMenu->Item("DATEMODIFIED")->Checked(), modified);
+        }
     }
 
     void imageCommandsWorkOnTheSelection_data() {
-        QTest::addColumn<QString>("key");
-        QTest::addColumn<QString>("selectKey"); // empty: nothing selected
-        QTest::addColumn<QString>("prompt");    // empty: no box
-        QTest::addColumn<int>("updates");
-        QTest::addColumn<int>("filesLeft");
-        QTest::newRow("remove file, none selected") << "REMOVEFILE"
-                                                    << ""
-                                                    << "No Item Selected." << 0 << 1;
-        QTest::newRow("remove directory, none selected") << "REMOVEDIRECTORY"
-                                                         << ""
-                                                         << "No Item Selected." << 0 << 1;
-        QTest::newRow("rename file, none selected") << "RENAMEFILE"
-                                                    << ""
-                                                    << "No Item Selected." << 0 << 1;
-        QTest::newRow("remove file") << "REMOVEFILE"
-                                     << "\\song.wav"
-                                     << "" << 1 << 0;
-        QTest::newRow("remove a file the image lacks") << "REMOVEFILE"
-                                                       << "\\other.wav"
-                                                       << "Item could not be removed." << 1 << 1;
-        QTest::newRow("rename file") << "RENAMEFILE"
-                                     << "\\song.wav"
-                                     << "" << 0 << 1;
+        const QString none = QStringLiteral("No Item Selected.");
+        addRows<ImageCommand>(
+            {{"remove file, none selected", {"REMOVEFILE", "", none, false, 1}},
+             {"remove directory, none selected", {"REMOVEDIRECTORY", "", none, false, 1}},
+             {"rename file, none selected", {"RENAMEFILE", "", none, false, 1}},
+             {"remove file", {"REMOVEFILE", "\\song.wav", "", true, 0}},
+             {"remove a file the image lacks",
+              {"REMOVEFILE", "\\other.wav", "Item could not be removed.", true, 1}},
+             {"rename file", {"RENAMEFILE", "\\song.wav", "", false, 1}}});
     }
 
     void imageCommandsWorkOnTheSelection() {
-        QFETCH(QString, key);
-        QFETCH(QString, selectKey);
-        QFETCH(QString, prompt);
-        QFETCH(int, updates);
-        QFETCH(int, filesLeft);
-        TestEnvironment env;
-        ScriptedAnswers answers;
-        QVERIFY(env.startProgram());
+        QFETCH(ImageCommand, row);
+        QVERIFY(env->startProgram());
         mdiMain *f = frame();
-        env.writeFile("song.wav", "RIFF");
+        env->writeFile("song.wav", "RIFF");
         QVERIFY(FormRegistry::open("frmData"));
         frmData *data = DefaultInstance<frmData>::peek();
         QVERIFY(data);
         // Opening the window empties the image; the file goes in after it.
-        f->Tessaly->AddISOFile("\\song.wav", env.appFolder() + "/song.wav");
-        QTreeWidget *view = key.contains("DIRECTORY") ? data->tvwDirectories : data->lvwImageFiles;
+        f->Tessaly->AddISOFile("\\song.wav", env->appFolder() + "/song.wav");
+        QTreeWidget *view =
+            row.key.contains("DIRECTORY") ? data->tvwDirectories : data->lvwImageFiles;
         view->clearSelection();
         view->setCurrentItem(nullptr);
-        if (!selectKey.isEmpty()) {
-            auto *item = new QTreeWidgetItem(view, {selectKey.mid(1)});
-            item->setData(0, Qt::UserRole, selectKey);
+        if (!row.selectKey.isEmpty()) {
+            auto *item = new QTreeWidgetItem(view, {row.selectKey.mid(1)});
+            item->setData(0, Qt::UserRole, row.selectKey);
             item->setFlags(item->flags() | Qt::ItemIsEditable);
             view->setCurrentItem(item);
         }
         const QStringList before = rowKeys(data->lvwImageFiles);
-        f->runCommand(key);
-        if (prompt.isEmpty()) {
-            QVERIFY(answers.boxes.isEmpty());
-        } else {
-            QCOMPARE(answers.boxes.size(), 1);
-            QCOMPARE(answers.boxes[0].prompt, prompt);
-            QCOMPARE(answers.boxes[0].buttons, int(vbInformation));
-            QCOMPARE(answers.boxes[0].title, QStringLiteral("Tessaly - Information"));
+        f->runCommand(row.key);
+        if (!row.prompt.isEmpty()) {
+            QCOMPARE(answers->boxes.size(), 1);
+            QCOMPARE(answers->boxes[0].prompt, row.prompt);
+            QCOMPARE(answers->boxes[0].buttons, int(vbInformation));
+            QCOMPARE(answers->boxes[0].title, QStringLiteral("Tessaly - Information"));
+            answers->boxes.clear();
         }
         // A removal reloads the list from the image; anything else leaves it as it was.
-        const QStringList reloaded = filesLeft ? QStringList{"\\song.wav"} : QStringList{};
-        QCOMPARE(rowKeys(data->lvwImageFiles), updates ? reloaded : before);
-        QCOMPARE(f->Tessaly->ISOFileCount(), filesLeft);
+        const QStringList reloaded = row.filesLeft ? QStringList{"\\song.wav"} : QStringList{};
+        QCOMPARE(rowKeys(data->lvwImageFiles), row.updates ? reloaded : before);
+        QCOMPARE(f->Tessaly->ISOFileCount(), row.filesLeft);
         // A rename opens the item's editor; the rename itself belongs to the data window.
         QCOMPARE(view->findChild<QLineEdit *>() != nullptr,
-                 key.startsWith("RENAME") && !selectKey.isEmpty());
+                 row.key.startsWith("RENAME") && !row.selectKey.isEmpty());
     }
 
     void enableFormLocksTheFrame() {
-        TestEnvironment env;
-        QVERIFY(env.startProgram());
+        QVERIFY(env->startProgram());
         mdiMain *f = frame();
         for (const int kind : {0, 1}) {
             gblnDisctypeIsData = Integer(qint16(kind));
@@ -466,27 +456,6 @@ private slots:
         }
     }
 
-    void tileSideBySideAndAboveEachOther() {
-        TestEnvironment env;
-        QVERIFY(env.startProgram());
-        mdiMain *f = frame();
-        f->show();
-        f->runCommand("ADDFILES");
-        settle();
-        const QRect area = f->mdiArea()->viewport()->rect();
-        f->runCommand("TILEV");
-        QCOMPARE(childWindows()[0]->geometry(), QRect(0, 0, area.width() / 2, area.height()));
-        QCOMPARE(childWindows()[1]->geometry(),
-                 QRect(area.width() / 2, 0, area.width() / 2, area.height()));
-        f->runCommand("TILEH");
-        QCOMPARE(childWindows()[0]->geometry(), QRect(0, 0, area.width(), area.height() / 2));
-        QCOMPARE(childWindows()[1]->geometry(),
-                 QRect(0, area.height() / 2, area.width(), area.height() / 2));
-        f->runCommand("CASCADE");
-        QVERIFY(childWindows()[1]->x() > childWindows()[0]->x());
-        QVERIFY(childWindows()[1]->y() > childWindows()[0]->y());
-    }
-
     void helpOpensAtContentsIndexAndContext_data() {
         QTest::addColumn<QString>("key");
         QTest::addColumn<int>("tab");
@@ -500,8 +469,7 @@ private slots:
         QFETCH(QString, key);
         QFETCH(int, tab);
         QFETCH(QString, anchor);
-        TestEnvironment env;
-        QVERIFY(env.startProgram());
+        QVERIFY(env->startProgram());
         frame()->SmartMenu->click(key);
         frmHelp *help = frmHelp::instance();
         QVERIFY(help);

@@ -1,12 +1,16 @@
 // The data compilation window over the engine's image: drops, the tree and list mirroring the
 // image, renames with their messages, removals, the frame's states and the size warning.
 #include "DataWindowRig.h"
+#include "Rows.h"
 
+#include "app/FormRegistry.h"
 #include "app/frmFiles.h"
 #include "app/mdiMain.h"
 #include "app/modDeclarations.h"
+#include "compilation/frmAudio.h"
 #include "compilation/frmData.h"
 #include "engine/writer/CDWriterPro.h"
+#include "widgets/DefaultInstance.h"
 #include "widgets/FileView.h"
 #include "widgets/KeyedItem.h"
 #include "widgets/KeyedMenu.h"
@@ -25,342 +29,292 @@
 
 namespace {
 const QString info = QStringLiteral("Tessaly - Information|");
-}
+// The item renamed ("\\", "\\docs" or the file in it), the file system, the new name and the
+// message (empty: renamed).
+struct Rename {
+    QString target;
+    int fileSystem;
+    QString newName, message;
+};
+} // namespace
 
 class tst_DataWindow : public QObject {
     Q_OBJECT
-private slots:
-    void dropOnEmptyWindowGoesBelowRoot() {
-        DataWindowRig rig;
-        QVERIFY(rig.started());
-        const QString photos = rig.source("photos/a.jpg", QByteArray(5000, 'a'));
-        rig.source("photos/trip/b.jpg");
-        const QString notes = rig.source("notes.txt");
-        QVERIFY(rig.data()->selectedNode() == nullptr);
-        rig.drop(rig.data()->tvwDirectories, {QFileInfo(photos).path(), notes});
-        QCOMPARE(rig.nodeKeys(), (QStringList{"\\", "\\photos", "\\photos\\trip"}));
-        // Nothing selected: the list shows the root's files, and the root is expanded.
-        QCOMPARE(rig.rowKeys(), QStringList{"\\notes.txt"});
-        QVERIFY(rig.data()->node("\\")->isExpanded());
-        QCOMPARE(rig.panel("FILES"), QStringLiteral(" Files: 3"));
-        QCOMPARE(rig.data()->lvwImageFiles->topLevelItem(0)->text(1), QStringLiteral("0 KB"));
-        // One recalculation for the drop; a blank CD-R has room, so nothing was asked.
-        QCOMPARE(rig.takeBoxes(), QStringList());
-    }
+    std::optional<DataWindowRig> rig;
 
-    void dropOnListGoesToSelectedDirectory() {
-        DataWindowRig rig;
-        QVERIFY(rig.started());
-        const QString photos = rig.source("photos/trip/b.jpg");
-        rig.drop(rig.data()->lvwImageFiles, {QFileInfo(QFileInfo(photos).path()).path()});
-        QTreeWidgetItem *trip = rig.data()->node("\\photos\\trip");
-        QVERIFY(trip);
-        rig.data()->tvwDirectories->setCurrentItem(trip);
-        QCOMPARE(rig.rowKeys(), QStringList{"\\photos\\trip\\b.jpg"});
+private slots:
+    void init() { QVERIFY(rig.emplace().started()); }
+    void cleanup() { rig.reset(); }
+
+    void dropsGoBelowRootThenToTheSelectedDirectory() {
+        const QString photos = rig->source("photos/a.jpg", QByteArray(5000, 'a'));
+        rig->source("photos/trip/b.jpg");
+        const QString notes = rig->source("notes.txt");
+        QVERIFY(rig->data()->selectedNode() == nullptr);
+        rig->drop(rig->data()->tvwDirectories, {QFileInfo(photos).path(), notes});
+        QCOMPARE(rig->nodeKeys(), (QStringList{"\\", "\\photos", "\\photos\\trip"}));
+        // Nothing selected: the list shows the root's files, and the root is expanded.
+        QCOMPARE(rig->rowKeys(), QStringList{"\\notes.txt"});
+        QVERIFY(rig->data()->node("\\")->isExpanded());
+        QCOMPARE(rig->panel("FILES"), QStringLiteral(" Files: 3"));
+        QCOMPARE(rig->data()->lvwImageFiles->topLevelItem(0)->text(1), QStringLiteral("0 KB"));
+        // One recalculation for the drop; a blank CD-R has room, so nothing was asked.
+        QCOMPARE(rig->takeBoxes(), QStringList());
+        rig->data()->tvwDirectories->setCurrentItem(rig->data()->node("\\photos\\trip"));
+        QCOMPARE(rig->rowKeys(), QStringList{"\\photos\\trip\\b.jpg"});
         // The item under the pointer does not matter: the selected directory takes the drop.
-        const QString late = rig.source("late.txt", QByteArray(3 * 1024, 'l'));
-        rig.drop(rig.data()->lvwImageFiles, {late});
-        QCOMPARE(rig.rowKeys(), (QStringList{"\\photos\\trip\\b.jpg", "\\photos\\trip\\late.txt"}));
-        QCOMPARE(rig.data()->lvwImageFiles->topLevelItem(1)->text(1), QStringLiteral("3 KB"));
+        const QString late = rig->source("late.txt", QByteArray(3 * 1024, 'l'));
+        rig->drop(rig->data()->lvwImageFiles, {late});
+        QCOMPARE(rig->rowKeys(),
+                 (QStringList{"\\photos\\trip\\b.jpg", "\\photos\\trip\\late.txt"}));
+        QCOMPARE(rig->data()->lvwImageFiles->topLevelItem(1)->text(1), QStringLiteral("3 KB"));
     }
 
     void otherDropsAreIgnored() {
-        DataWindowRig rig;
-        QVERIFY(rig.started());
         QMimeData text;
         text.setText(QStringLiteral("/etc/hostname"));
-        rig.data()->OLEDragDrop(&text);
+        rig->data()->OLEDragDrop(&text);
         QMimeData web;
         web.setUrls({QUrl(QStringLiteral("https://example.org/file.txt"))});
-        rig.data()->OLEDragDrop(&web);
-        QCOMPARE(rig.nodeKeys(), QStringList{"\\"});
-        QCOMPARE(rig.frame()->Tessaly->ISOFileCount(), 0);
-        QCOMPARE(rig.takeBoxes(), QStringList());
+        rig->data()->OLEDragDrop(&web);
+        QCOMPARE(rig->nodeKeys(), QStringList{"\\"});
+        QCOMPARE(rig->frame()->Tessaly->ISOFileCount(), 0);
+        QCOMPARE(rig->takeBoxes(), QStringList());
     }
 
     // What the file browser puts on a drag is taken as a file manager's list.
     void dropFromFileBrowser() {
-        DataWindowRig rig;
-        QVERIFY(rig.started());
-        const QString one = rig.source("browse/one.txt");
-        rig.source("browse/two.txt");
-        rig.source("browse/sub/three.txt");
-        frmFiles *browser = rig.frame()->frmF(0);
-        QVERIFY(browser);
+        const QString one = rig->source("browse/one.txt");
+        rig->source("browse/two.txt");
+        rig->source("browse/sub/three.txt");
+        frmFiles *browser = rig->frame()->frmF(0);
         browser->FileViewAdd->setPath(QFileInfo(one).path());
         QTRY_COMPARE(browser->FileViewAdd->ItemCount(), 3);
         for (int i = 0; i < 3; ++i)
             browser->FileViewAdd->setItemSelected(i, true);
         std::unique_ptr<QMimeData> dragged(browser->FileViewAdd->dragData());
         QVERIFY(dragged && dragged->hasFormat("text/uri-list"));
-        QList<QUrl> urls = dragged->urls();
         QStringList paths;
-        for (const QUrl &url : urls)
+        for (const QUrl &url : dragged->urls())
             paths.append(url.toLocalFile());
-        rig.drop(rig.data()->lvwImageFiles, paths);
-        QCOMPARE(rig.nodeKeys(), (QStringList{"\\", "\\sub"}));
-        QStringList rows = rig.rowKeys();
-        QCOMPARE(rows, (QStringList{"\\one.txt", "\\two.txt"}));
-        QCOMPARE(rig.frame()->Tessaly->ISOFileCount(), 3);
+        rig->drop(rig->data()->lvwImageFiles, paths);
+        QCOMPARE(rig->nodeKeys(), (QStringList{"\\", "\\sub"}));
+        QCOMPARE(rig->rowKeys(), (QStringList{"\\one.txt", "\\two.txt"}));
+        QCOMPARE(rig->frame()->Tessaly->ISOFileCount(), 3);
     }
 
     // Events run while a drop is added; a close or a second drop meanwhile must not break it.
     void windowHoldsDuringDrop() {
-        DataWindowRig rig;
-        QVERIFY(rig.started());
         QString first;
         for (int i = 0; i < 300; ++i)
-            first = rig.source(QStringLiteral("many/f%1.txt").arg(i));
-        const QString other = rig.source("other.txt");
+            first = rig->source(QStringLiteral("many/f%1.txt").arg(i));
+        const QString other = rig->source("other.txt");
         int tries = 0;
         bool closed = false;
         QTimer poke;
         poke.setInterval(0);
         connect(&poke, &QTimer::timeout, [&] {
-            if (!rig.data()->isDropping() || tries++ > 0)
+            if (!rig->data()->isDropping() || tries++ > 0)
                 return;
-            rig.drop(rig.data()->lvwImageFiles, {other});
-            closed = rig.data()->parentWidget()->close();
+            rig->drop(rig->data()->lvwImageFiles, {other});
+            closed = rig->data()->parentWidget()->close();
         });
         poke.start();
-        rig.drop(rig.data()->tvwDirectories, {QFileInfo(first).path()});
+        rig->drop(rig->data()->tvwDirectories, {QFileInfo(first).path()});
         poke.stop();
         QCOMPARE(tries > 0, true);
         QVERIFY(!closed);
-        QVERIFY(rig.data());
-        QCOMPARE(rig.frame()->Tessaly->ISOFileCount(), 300);
-        QVERIFY(rig.data()->lvwImageFiles->isEnabled());
-        QCOMPARE(rig.panel("FILES"), QStringLiteral(" Files: 300"));
+        QVERIFY(rig->data());
+        QCOMPARE(rig->frame()->Tessaly->ISOFileCount(), 300);
+        QVERIFY(rig->data()->lvwImageFiles->isEnabled());
+        QCOMPARE(rig->panel("FILES"), QStringLiteral(" Files: 300"));
     }
 
     void removingDirectoryFallsBackToRoot() {
-        DataWindowRig rig;
-        QVERIFY(rig.started());
-        const QString a = rig.source("music/a.ogg");
-        const QString top = rig.source("top.txt");
-        rig.drop(rig.data()->tvwDirectories, {QFileInfo(a).path(), top});
-        rig.data()->tvwDirectories->setCurrentItem(rig.data()->node("\\music"));
-        QCOMPARE(rig.rowKeys(), QStringList{"\\music\\a.ogg"});
-        rig.frame()->ToolMenuRemoveDirectory();
-        QCOMPARE(rig.nodeKeys(), QStringList{"\\"});
-        QVERIFY(rig.data()->selectedNode() == nullptr);
-        QCOMPARE(rig.rowKeys(), QStringList{"\\top.txt"});
-        QCOMPARE(rig.panel("FILES"), QStringLiteral(" Files: 1"));
-        // With nothing selected the command says so.
-        rig.takeBoxes();
-        rig.data()->tvwDirectories->setCurrentItem(nullptr);
-        rig.data()->tvwDirectories->clearSelection();
-        rig.frame()->ToolMenuRemoveFile();
-        QCOMPARE(rig.takeBoxes(), QStringList{info + "No Item Selected."});
+        const QString a = rig->source("music/a.ogg");
+        const QString top = rig->source("top.txt");
+        rig->drop(rig->data()->tvwDirectories, {QFileInfo(a).path(), top});
+        rig->data()->tvwDirectories->setCurrentItem(rig->data()->node("\\music"));
+        QCOMPARE(rig->rowKeys(), QStringList{"\\music\\a.ogg"});
+        rig->frame()->ToolMenuRemoveDirectory();
+        QCOMPARE(rig->nodeKeys(), QStringList{"\\"});
+        QVERIFY(rig->data()->selectedNode() == nullptr);
+        QCOMPARE(rig->rowKeys(), QStringList{"\\top.txt"});
+        QCOMPARE(rig->panel("FILES"), QStringLiteral(" Files: 1"));
     }
 
     void rename_data() {
-        QTest::addColumn<QString>("target"); // "\\", "\\docs" or the file in it
-        QTest::addColumn<int>("fileSystem");
-        QTest::addColumn<QString>("newName");
-        QTest::addColumn<QString>("message"); // empty: renamed
         const QString file = QStringLiteral("\\docs\\letter.txt");
-        QTest::newRow("root") << "\\" << 1 << "OTHER"
-                              << "Root directory can not be renamed.";
-        QTest::newRow("file, blank") << file << 1 << ""
-                                     << "Item name cannot be blank.";
-        QTest::newRow("folder, blank, ISO 9660 only") << "\\docs" << 0 << ""
-                                                      << "Item name cannot be blank.";
+        const QString n31(31, u'n'), n32(32, u'n'), n65(65, u'n'), z100(100, u'z');
         // The engine's level is 3: names are held to 31 characters with Joliet chosen.
-        QTest::newRow("file, 31 characters") << file << 1 << QString(31, u'n') << "";
-        QTest::newRow("file, 32 characters")
-            << file << 1 << QString(32, u'n')
-            << "Item Name violates ISO9660 Level 2 naming rules (31 Char Max).";
-        QTest::newRow("file, 65 characters")
-            << file << 1 << QString(65, u'n')
-            << "Item Name violates Joliet naming rules (64 Char Max).";
-        QTest::newRow("folder, README.T") << "\\docs" << 1 << "README.T"
-                                          << "";
-        QTest::newRow("file, long without Joliet") << file << 0 << QString(100, u'z') << "";
+        addRows<Rename>(
+            {{"root", {"\\", 1, "OTHER", "Root directory can not be renamed."}},
+             {"file, blank", {file, 1, "", "Item name cannot be blank."}},
+             {"folder, blank, ISO 9660 only", {"\\docs", 0, "", "Item name cannot be blank."}},
+             {"file, 31 characters", {file, 1, n31, ""}},
+             {"file, 32 characters",
+              {file, 1, n32, "Item Name violates ISO9660 Level 2 naming rules (31 Char Max)."}},
+             {"file, 65 characters",
+              {file, 1, n65, "Item Name violates Joliet naming rules (64 Char Max)."}},
+             {"folder, README.T", {"\\docs", 1, "README.T", ""}},
+             {"file, long without Joliet", {file, 0, z100, ""}}});
     }
 
     void rename() {
-        QFETCH(QString, target);
-        QFETCH(int, fileSystem);
-        QFETCH(QString, newName);
-        QFETCH(QString, message);
-        DataWindowRig rig;
-        QVERIFY(rig.started());
-        rig.frame()->Tessaly->setISOFileSystem(fileSystem);
-        const QString doc = rig.source("docs/letter.txt");
-        rig.drop(rig.data()->tvwDirectories, {QFileInfo(doc).path()});
-        QTreeWidgetItem *docs = rig.data()->node("\\docs");
-        rig.data()->tvwDirectories->setCurrentItem(docs);
-        const bool directory = !target.endsWith(".txt");
+        QFETCH(Rename, row);
+        rig->frame()->Tessaly->setISOFileSystem(row.fileSystem);
+        rig->drop(rig->data()->tvwDirectories, {QFileInfo(rig->source("docs/letter.txt")).path()});
+        rig->data()->tvwDirectories->setCurrentItem(rig->data()->node("\\docs"));
+        const bool directory = !row.target.endsWith(".txt");
         QTreeWidgetItem *item =
-            directory ? rig.data()->node(target) : rig.data()->lvwImageFiles->topLevelItem(0);
-        const QString oldKey = frmData::keyOf(item);
+            directory ? rig->data()->node(row.target) : rig->data()->lvwImageFiles->topLevelItem(0);
         const QString oldText = item->text(0);
-        const QString volume = rig.frame()->Tessaly->VolumeIdentifier();
-        rig.takeBoxes();
-        rig.rename(item, newName);
-        const QString parent = directory ? QString() : QStringLiteral("\\docs");
-        if (message.isEmpty()) {
-            QCOMPARE(rig.takeBoxes(), QStringList());
-            const QString newKey = parent + u'\\' + newName;
-            if (directory)
-                QVERIFY(rig.data()->node(newKey));
-            else
-                QCOMPARE(rig.rowKeys(), QStringList{newKey});
-            QVERIFY(!rig.nodeKeys().contains(oldKey));
-        } else {
-            QCOMPARE(rig.takeBoxes(), QStringList{info + message});
-            if (directory)
-                QCOMPARE(rig.nodeKeys(), (QStringList{"\\", "\\docs"}));
-            else
-                QCOMPARE(rig.rowKeys(), QStringList{oldKey});
+        const QString volume = rig->frame()->Tessaly->VolumeIdentifier();
+        rig->takeBoxes();
+        rig->rename(item, row.newName);
+        const bool renamed = row.message.isEmpty();
+        QCOMPARE(rig->takeBoxes(), renamed ? QStringList() : QStringList{info + row.message});
+        if (directory)
+            QCOMPARE(rig->nodeKeys(), (QStringList{"\\", renamed ? "\\" + row.newName : "\\docs"}));
+        else
+            QCOMPARE(rig->rowKeys(), QStringList{renamed ? "\\docs\\" + row.newName : row.target});
+        if (!renamed)
             QCOMPARE(item->text(0), oldText);
-            QCOMPARE(rig.frame()->Tessaly->VolumeIdentifier(), volume);
-        }
+        QCOMPARE(rig->frame()->Tessaly->VolumeIdentifier(), volume);
     }
 
     void renamedDirectoryKeepsItsSubtree() {
-        DataWindowRig rig;
-        QVERIFY(rig.started());
-        const QString deep = rig.source("a/b/c/deep.txt");
-        rig.drop(rig.data()->tvwDirectories,
-                 {QDir(QFileInfo(deep).path() + "/../..").absolutePath()});
-        rig.rename(rig.data()->node("\\a"), QStringLiteral("z"));
-        QCOMPARE(rig.nodeKeys(), (QStringList{"\\", "\\z", "\\z\\b", "\\z\\b\\c"}));
+        const QString deep = rig->source("a/b/c/deep.txt");
+        rig->drop(rig->data()->tvwDirectories,
+                  {QDir(QFileInfo(deep).path() + "/../..").absolutePath()});
+        rig->rename(rig->data()->node("\\a"), QStringLiteral("z"));
+        QCOMPARE(rig->nodeKeys(), (QStringList{"\\", "\\z", "\\z\\b", "\\z\\b\\c"}));
         // The keys below still reach the engine's items.
-        rig.data()->tvwDirectories->setCurrentItem(rig.data()->node("\\z\\b\\c"));
-        QCOMPARE(rig.rowKeys(), QStringList{"\\z\\b\\c\\deep.txt"});
-        QVERIFY(rig.frame()->Tessaly->RemoveISOItem("\\z\\b"));
-        QCOMPARE(rig.nodeKeys(), (QStringList{"\\", "\\z"}));
+        rig->data()->tvwDirectories->setCurrentItem(rig->data()->node("\\z\\b\\c"));
+        QCOMPARE(rig->rowKeys(), QStringList{"\\z\\b\\c\\deep.txt"});
+        QVERIFY(rig->frame()->Tessaly->RemoveISOItem("\\z\\b"));
+        QCOMPARE(rig->nodeKeys(), (QStringList{"\\", "\\z"}));
     }
 
     void overrunWarnsOncePerRecalculation() {
-        DataWindowRig rig;
-        QVERIFY(rig.started());
         // A blank CD-R 80 has 703 MB free; with 5 in reserve 698 MB are too many.
         const QString warning =
             QStringLiteral("Tessaly - Warning|You must remove some files from the "
                            "image.\nData image size is bigger than free space on "
                            "media!");
-        rig.drop(rig.data()->tvwDirectories, {rig.sparseSource("big/film.raw", 600)});
-        QCOMPARE(rig.takeBoxes(), QStringList());
-        rig.drop(rig.data()->tvwDirectories, {rig.sparseSource("more.raw", 98)});
-        QCOMPARE(rig.takeBoxes(), QStringList{warning});
+        rig->drop(rig->data()->tvwDirectories, {rig->sparseSource("big/film.raw", 600)});
+        QCOMPARE(rig->takeBoxes(), QStringList());
+        rig->drop(rig->data()->tvwDirectories, {rig->sparseSource("more.raw", 98)});
+        QCOMPARE(rig->takeBoxes(), QStringList{warning});
         // Each change, of however many items, recalculates once and warns once more.
-        rig.drop(rig.data()->tvwDirectories, {rig.source("small.txt"), rig.source("tiny/a.txt")});
-        QCOMPARE(rig.takeBoxes(), QStringList{warning});
-        QVERIFY(rig.panel("DATA").startsWith(" Data Image Size: 69"));
-        QCOMPARE(rig.frame()->prbSize->value(), rig.frame()->prbSize->maximum());
+        rig->drop(rig->data()->tvwDirectories,
+                  {rig->source("small.txt"), rig->source("tiny/a.txt")});
+        QCOMPARE(rig->takeBoxes(), QStringList{warning});
+        QVERIFY(rig->panel("DATA").startsWith(" Data Image Size: 69"));
+        QCOMPARE(rig->frame()->prbSize->value(), rig->frame()->prbSize->maximum());
         // Removing enough ends it.
-        rig.data()->tvwDirectories->setCurrentItem(nullptr);
-        QVERIFY(rig.frame()->Tessaly->RemoveISOItem("\\film.raw"));
-        rig.data()->UpdateImage();
-        QCOMPARE(rig.takeBoxes(), QStringList());
+        rig->data()->tvwDirectories->setCurrentItem(nullptr);
+        QVERIFY(rig->frame()->Tessaly->RemoveISOItem("\\film.raw"));
+        rig->data()->UpdateImage();
+        QCOMPARE(rig->takeBoxes(), QStringList());
     }
 
     // A disc with five megabytes free or less is too small even for an empty image.
     void nearlyFullDiscWarnsAtOnce() {
         const qint64 written = 319100;
-        DataWindowRig rig("[Tessaly Disc]\nVersion=1\nMedium=CD-R 74\nData=blank.iso\nFinalized=0\n"
-                          "Sessions=1\n\n[Session1]\nStart=0\nBlocks=" +
-                              QByteArray::number(written) + "\nMode=1\nClosed=1\n",
-                          written);
-        QVERIFY(rig.started());
-        QVERIFY(rig.frame()->Tessaly->FreeBlocks() > 0);
-        QVERIFY(rig.frame()->Tessaly->FreeBlocks() * 2048.0 <= 5.0 * 1024 * 1024);
-        rig.data()->UpdateImage();
-        const QStringList boxes = rig.takeBoxes();
+        rig.reset(); // for another disc than the blank CD-R
+        QVERIFY(
+            rig.emplace("[Tessaly Disc]\nVersion=1\nMedium=CD-R 74\nData=blank.iso\nFinalized=0\n"
+                        "Sessions=1\n\n[Session1]\nStart=0\nBlocks=" +
+                            QByteArray::number(written) + "\nMode=1\nClosed=1\n",
+                        written)
+                .started());
+        QVERIFY(rig->frame()->Tessaly->FreeBlocks() > 0);
+        QVERIFY(rig->frame()->Tessaly->FreeBlocks() * 2048.0 <= 5.0 * 1024 * 1024);
+        rig->data()->UpdateImage();
+        const QStringList boxes = rig->takeBoxes();
         QCOMPARE(boxes.size(), 1);
         QVERIFY(boxes.first().startsWith("Tessaly - Warning|You must remove some files"));
     }
 
-    void barWithoutMedium_data() {
-        QTest::addColumn<int>("megabytes");
-        QTest::addColumn<int>("barTwips");
-        QTest::addColumn<QString>("panel");
-        QTest::newRow("more than a CD") << 800 << 8000 << " Data Image Size: 800.";
-        QTest::newRow("past the bar's end") << 10300 << 100000 << " Data Image Size: 10300.";
-    }
-
-    // Without a disc nothing is compared, so nothing is said; the bar measures all the same.
+    // Without a disc nothing is compared, so nothing is said; the bar measures all the same, up
+    // to its end.
     void barWithoutMedium() {
-        QFETCH(int, megabytes);
-        QFETCH(int, barTwips);
-        QFETCH(QString, panel);
-        DataWindowRig rig;
-        QVERIFY(rig.started());
-        rig.frame()->Tessaly->MoveTray(false);
-        QTRY_COMPARE(rig.frame()->Tessaly->MediaType(), qint32(CDWriterPro::MediaNone));
-        rig.drop(rig.data()->tvwDirectories, {rig.sparseSource("huge.raw", megabytes)});
-        QCOMPARE(rig.takeBoxes(), QStringList());
-        QVERIFY(rig.panel("DATA").startsWith(panel));
-        QCOMPARE(rig.frame()->prbSize->width(), Twips::toPixels(barTwips));
+        rig->frame()->Tessaly->MoveTray(false);
+        QTRY_COMPARE(rig->frame()->Tessaly->MediaType(), qint32(CDWriterPro::MediaNone));
+        // Each file, the image's whole size in megabytes, and the bar's width.
+        for (const auto &[name, megabytes, total, barTwips] :
+             {std::tuple("more.raw", 800, 800, 8000),
+              std::tuple("huge.raw", 9500, 10300, 100000)}) {
+            rig->drop(rig->data()->tvwDirectories, {rig->sparseSource(name, megabytes)});
+            QCOMPARE(rig->takeBoxes(), QStringList());
+            const QString panel = rig->panel("DATA");
+            QVERIFY2(panel.startsWith(QStringLiteral(" Data Image Size: %1.").arg(total)),
+                     qPrintable(panel));
+            QCOMPARE(rig->frame()->prbSize->width(), Twips::toPixels(barTwips));
+        }
     }
 
     void volumeIdentifierFollowsBox() {
-        DataWindowRig rig;
-        QVERIFY(rig.started());
-        const QString stamp = rig.frame()->txtVolIdentifier->text();
+        const QString stamp = rig->frame()->txtVolIdentifier->text();
         QVERIFY(QRegularExpression("^\\d{8}_\\d{4}$").match(stamp).hasMatch());
         QCOMPARE(gstrVolumeIdentifier, stamp);
         QCOMPARE(gstrVolumeApplicationIdentifier, QStringLiteral("TESSALY"));
-        QCOMPARE(rig.data()->windowTitle(), "ISO Image " + stamp);
-        rig.frame()->txtVolIdentifier->setText(QStringLiteral("HOLIDAY"));
-        QCOMPARE(rig.data()->windowTitle(), QStringLiteral("ISO Image HOLIDAY"));
-        QCOMPARE(rig.data()->node("\\")->text(0), QStringLiteral("HOLIDAY"));
+        QCOMPARE(rig->data()->windowTitle(), "ISO Image " + stamp);
+        rig->frame()->txtVolIdentifier->setText(QStringLiteral("HOLIDAY"));
+        QCOMPARE(rig->data()->windowTitle(), QStringLiteral("ISO Image HOLIDAY"));
+        QCOMPARE(rig->data()->node("\\")->text(0), QStringLiteral("HOLIDAY"));
         QCOMPARE(gstrVolumeIdentifier, QStringLiteral("HOLIDAY"));
         // Another kind of compilation: the box changes nothing.
         gblnDisctypeIsData = 1;
-        rig.frame()->txtVolIdentifier->setText(QStringLiteral("AUDIO"));
+        rig->frame()->txtVolIdentifier->setText(QStringLiteral("AUDIO"));
         gblnDisctypeIsData = 0;
         QCOMPARE(gstrVolumeIdentifier, QStringLiteral("HOLIDAY"));
-        QCOMPARE(rig.data()->node("\\")->text(0), QStringLiteral("HOLIDAY"));
+        QCOMPARE(rig->data()->node("\\")->text(0), QStringLiteral("HOLIDAY"));
     }
 
     void unloadRestoresFrame() {
-        DataWindowRig rig;
-        QVERIFY(rig.started());
-        KeyedMenu *menu = rig.frame()->SmartMenu;
+        KeyedMenu *menu = rig->frame()->SmartMenu;
         QCOMPARE(gblnDisctypeIsData, Integer(0));
         QVERIFY(!menu->Item("NEW")->Enabled());
         QVERIFY(menu->Item("WRITEDISC")->Enabled());
         QVERIFY(menu->Item("DATAIMAGE")->Shown() == 1);
-        QVERIFY(rig.frame()->txtVolIdentifier->isEnabled());
-        rig.drop(rig.data()->tvwDirectories, {rig.source("f.txt")});
+        QVERIFY(rig->frame()->txtVolIdentifier->isEnabled());
+        rig->drop(rig->data()->tvwDirectories, {rig->source("f.txt")});
         // A write refuses the close, but the frame falls back all the same.
         gblnUnloadOk = false;
-        QVERIFY(!rig.data()->close());
+        QVERIFY(!rig->data()->close());
         QVERIFY(menu->Item("NEW")->Enabled());
         gblnUnloadOk = true;
-        QVERIFY(rig.data()->parentWidget()->close());
+        QVERIFY(rig->data()->parentWidget()->close());
         QTest::qWait(0);
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
         QCOMPARE(gblnDisctypeIsData, Integer(99));
         QVERIFY(menu->Item("NEW")->Enabled());
         QVERIFY(!menu->Item("WRITEDISC")->Enabled());
         QVERIFY(menu->Item("DATAIMAGE")->Shown() == 0);
-        QCOMPARE(rig.panel("DATA"), QStringLiteral(" Data Image Size:"));
-        QCOMPARE(rig.panel("FILES"), QStringLiteral(" Files:"));
-        QCOMPARE(rig.panel("DIRECTORIES"), QStringLiteral(" Directories:"));
-        QCOMPARE(rig.frame()->txtVolIdentifier->text(), QString());
-        QVERIFY(!rig.frame()->txtVolIdentifier->isEnabled());
-        QCOMPARE(rig.frame()->prbSize->width(), 0);
-        QVERIFY(rig.frame()->mdiArea()->subWindowList().size() == 1); // the file browser
+        QCOMPARE(rig->panel("DATA"), QStringLiteral(" Data Image Size:"));
+        QCOMPARE(rig->panel("FILES"), QStringLiteral(" Files:"));
+        QCOMPARE(rig->panel("DIRECTORIES"), QStringLiteral(" Directories:"));
+        QCOMPARE(rig->frame()->txtVolIdentifier->text(), QString());
+        QVERIFY(!rig->frame()->txtVolIdentifier->isEnabled());
+        QCOMPARE(rig->frame()->prbSize->width(), 0);
+        QVERIFY(rig->frame()->mdiArea()->subWindowList().size() == 1); // the file browser
     }
 
     void viewAndSortEntries() {
-        DataWindowRig rig;
-        QVERIFY(rig.started());
-        rig.source("files/B.txt");
-        QTest::qWait(1100); // a later modification date for a.txt
-        const QString a = rig.source("files/a.txt");
-        rig.drop(rig.data()->tvwDirectories, {QFileInfo(a).path()});
-        rig.data()->tvwDirectories->setCurrentItem(rig.data()->node("\\files"));
-        frmData *data = rig.data();
+        QFile older(rig->source("files/B.txt"));
+        QVERIFY(older.open(QIODevice::ReadWrite));
+        QVERIFY(older.setFileTime(QDateTime::currentDateTime().addDays(-1),
+                                  QFileDevice::FileModificationTime));
+        const QString a = rig->source("files/a.txt");
+        rig->drop(rig->data()->tvwDirectories, {QFileInfo(a).path()});
+        rig->data()->tvwDirectories->setCurrentItem(rig->data()->node("\\files"));
+        frmData *data = rig->data();
         // Names sort whatever their case.
-        QCOMPARE(rig.rowKeys(), (QStringList{"\\files\\a.txt", "\\files\\B.txt"}));
+        QCOMPARE(rig->rowKeys(), (QStringList{"\\files\\a.txt", "\\files\\B.txt"}));
         data->popupEntry("mnuByDate")->trigger();
-        QCOMPARE(rig.rowKeys(), (QStringList{"\\files\\B.txt", "\\files\\a.txt"}));
+        QCOMPARE(rig->rowKeys(), (QStringList{"\\files\\B.txt", "\\files\\a.txt"}));
         QVERIFY(data->popupEntry("mnuByDate")->isChecked());
         QVERIFY(!data->popupEntry("mnuByName")->isChecked());
         data->popupEntry("mnuList")->trigger();
@@ -369,28 +323,32 @@ private slots:
         data->popupEntry("mnuDetails")->trigger();
         QVERIFY(!data->lvwImageFiles->isColumnHidden(2));
         data->popupEntry("mnuClearAllItemsLV")->trigger();
-        QCOMPARE(rig.nodeKeys(), QStringList{"\\"});
-        QCOMPARE(rig.rowKeys(), QStringList());
+        QCOMPARE(rig->nodeKeys(), QStringList{"\\"});
+        QCOMPARE(rig->rowKeys(), QStringList());
     }
 
     void rightButtonShowsItsPopup() {
-        DataWindowRig rig;
-        QVERIFY(rig.started());
-        QMenu *tv = rig.frame()->mnuPopUpTV;
-        QMenu *lv = rig.frame()->mnuPopUpLV;
-        QTest::mouseClick(rig.data()->lvwImageFiles->viewport(), Qt::RightButton);
+        QMenu *tv = rig->frame()->mnuPopUpTV;
+        QMenu *lv = rig->frame()->mnuPopUpLV;
+        QTest::mouseClick(rig->data()->lvwImageFiles->viewport(), Qt::RightButton);
         QTRY_VERIFY(lv->isVisible());
         QVERIFY(!tv->isVisible());
         lv->hide();
-        QTest::mouseClick(rig.data()->tvwDirectories->viewport(), Qt::RightButton);
+        QTest::mouseClick(rig->data()->tvwDirectories->viewport(), Qt::RightButton);
         QTRY_VERIFY(tv->isVisible());
         QVERIFY(!lv->isVisible());
         tv->hide();
         // The entries belong to the window: closed, it leaves the frame's menus empty.
-        QVERIFY(rig.data()->popupEntry("mnuRemoveDirectory"));
-        rig.data()->parentWidget()->close();
+        QVERIFY(rig->data()->popupEntry("mnuRemoveDirectory"));
+        rig->data()->parentWidget()->close();
         QVERIFY(tv->actions().isEmpty());
         QVERIFY(lv->actions().isEmpty());
+        // The audio compilation's list has a popup of its own.
+        QVERIFY(FormRegistry::open("frmAudio"));
+        QTest::mouseClick(DefaultInstance<frmAudio>::peek()->lvwAudioTracks->viewport(),
+                          Qt::RightButton);
+        QTRY_VERIFY(rig->frame()->mnuPopUpAudio->isVisible());
+        rig->frame()->mnuPopUpAudio->hide();
     }
 };
 

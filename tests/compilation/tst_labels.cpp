@@ -12,95 +12,64 @@
 #include <QLineEdit>
 #include <QPushButton>
 #include <QTest>
-#include <QTreeWidget>
+#include <QTreeWidgetItem>
 
 namespace {
-QString *globalOf(const QString &box) {
-    static const QHash<QString, QString *> globals = {
-        {"txtVolumeLabel", &gstrVolumeIdentifier},
-        {"txtVolumeApplication", &gstrVolumeApplicationIdentifier},
-        {"txtVolumePublisher", &gstrVolumePublisher},
-        {"txtSystemVolumeIdentifier", &gstrVolumeSystemIdentifier},
-        {"txtVolumeSet", &gstrVolumeSetIdentifier},
-        {"txtDataPreparer", &gstrVolumeDataPreparerIdentifier},
-        {"txtCopyrightFile", &gstrVolumeCopyrightFileIdentifier},
-        {"txtAbstractFile", &gstrVolumeAbstractFileIdentifier},
-        {"txtBibliographicFile", &gstrVolumeBiblioFileIdentifier},
-    };
-    return globals.value(box);
-}
+// A box of the dialog: the global it shows and stores, its caption and its length limit.
+struct LabelBox {
+    const char *name;
+    QString *global;
+    const char *caption;
+    int limit;
+};
+const LabelBox labelBoxes[] = {
+    {"txtVolumeLabel", &gstrVolumeIdentifier, "Volume Label:", 31},
+    {"txtVolumeApplication", &gstrVolumeApplicationIdentifier, "Application:", 128},
+    {"txtVolumePublisher", &gstrVolumePublisher, "Publisher:", 128},
+    {"txtSystemVolumeIdentifier", &gstrVolumeSystemIdentifier, "System Identifier:", 31},
+    {"txtVolumeSet", &gstrVolumeSetIdentifier, "Volume Set:", 128},
+    {"txtDataPreparer", &gstrVolumeDataPreparerIdentifier, "Data Preparer:", 128},
+    {"txtCopyrightFile", &gstrVolumeCopyrightFileIdentifier, "Copyright File:", 36},
+    {"txtAbstractFile", &gstrVolumeAbstractFileIdentifier, "Abstract File:", 36},
+    {"txtBibliographicFile", &gstrVolumeBiblioFileIdentifier, "Bibliographic File:", 36},
+};
 } // namespace
 
 class tst_Labels : public QObject {
     Q_OBJECT
 private slots:
-    void boxes_data() {
-        QTest::addColumn<QString>("box");
-        QTest::addColumn<QString>("caption");
-        QTest::addColumn<int>("limit");
-        const struct {
-            const char *box, *caption;
-            int limit;
-        } rows[] = {
-            {"txtVolumeLabel", "Volume Label:", 31},
-            {"txtVolumeApplication", "Application:", 128},
-            {"txtVolumePublisher", "Publisher:", 128},
-            {"txtSystemVolumeIdentifier", "System Identifier:", 31},
-            {"txtVolumeSet", "Volume Set:", 128},
-            {"txtDataPreparer", "Data Preparer:", 128},
-            {"txtCopyrightFile", "Copyright File:", 36},
-            {"txtAbstractFile", "Abstract File:", 36},
-            {"txtBibliographicFile", "Bibliographic File:", 36},
-        };
-        for (const auto &r : rows)
-            QTest::newRow(r.box) << r.box << r.caption << r.limit;
-    }
-
     // Each box shows its global, takes no more than its limit, and OK stores what it holds; the
     // volume label reaches the box of the frame, the root of the tree and the caption too.
     void boxes() {
-        QFETCH(QString, box);
-        QFETCH(QString, caption);
-        QFETCH(int, limit);
         DataWindowRig rig;
         QVERIFY(rig.started());
-        *globalOf(box) = QStringLiteral("before");
-        frmLabels dialog(rig.frame());
-        QCOMPARE(dialog.windowTitle(), QStringLiteral("ISO Volume Labels"));
-        auto *edit = dialog.findChild<QLineEdit *>(box);
-        QVERIFY(edit);
-        QCOMPARE(edit->text(), QStringLiteral("before"));
-        auto *form = dialog.findChild<QFormLayout *>();
-        auto *label = qobject_cast<QLabel *>(form->labelForField(edit));
-        QVERIFY(label);
-        QCOMPARE(label->text(), caption);
-        QVERIFY(!dialog.cmdOK->isEnabled());
-        edit->clear();
-        QTest::keyClicks(edit, QString(limit + 4, u'L'));
-        QCOMPARE(edit->text().size(), limit);
-        QVERIFY(dialog.cmdOK->isEnabled());
-        QTest::mouseClick(dialog.cmdOK, Qt::LeftButton);
-        QCOMPARE(*globalOf(box), QString(limit, u'L'));
-        QCOMPARE(dialog.result(), int(QDialog::Accepted));
-        const QString volume = gstrVolumeIdentifier;
-        QCOMPARE(rig.frame()->txtVolIdentifier->text(), volume);
-        QCOMPARE(rig.data()->node("\\")->text(0), volume);
-        QCOMPARE(rig.data()->windowTitle(), "ISO Image " + volume);
-    }
-
-    void okStaysDisabledWithoutChange() {
-        DataWindowRig rig;
-        QVERIFY(rig.started());
-        for (const char *name : {"txtVolumeLabel", "txtVolumePublisher", "txtBibliographicFile"})
-            *globalOf(QLatin1String(name)) = QStringLiteral("set");
-        frmLabels dialog(rig.frame());
-        QVERIFY(!dialog.cmdOK->isEnabled());
-        // Moving through the boxes selects their texts and changes nothing.
-        for (QLineEdit *edit : dialog.findChildren<QLineEdit *>()) {
-            edit->setFocus();
-            QCoreApplication::processEvents();
+        for (const LabelBox &box : labelBoxes) {
+            *box.global = QStringLiteral("before");
+            frmLabels dialog(rig.frame());
+            QCOMPARE(dialog.windowTitle(), QStringLiteral("ISO Volume Labels"));
+            auto *edit = dialog.findChild<QLineEdit *>(box.name);
+            QCOMPARE(edit->text(), QStringLiteral("before"));
+            auto *label =
+                qobject_cast<QLabel *>(dialog.findChild<QFormLayout *>()->labelForField(edit));
+            QCOMPARE(label->text(), QString(box.caption));
+            // Moving through the boxes selects their texts and changes nothing.
+            for (QLineEdit *other : dialog.findChildren<QLineEdit *>()) {
+                other->setFocus();
+                QCoreApplication::processEvents();
+            }
+            QVERIFY(!dialog.cmdOK->isEnabled());
+            edit->clear();
+            QTest::keyClicks(edit, QString(box.limit + 4, u'L'));
+            QCOMPARE(edit->text().size(), box.limit);
+            QVERIFY2(dialog.cmdOK->isEnabled(), box.name);
+            QTest::mouseClick(dialog.cmdOK, Qt::LeftButton);
+            QCOMPARE(*box.global, QString(box.limit, u'L'));
+            QCOMPARE(dialog.result(), int(QDialog::Accepted));
+            const QString volume = gstrVolumeIdentifier;
+            QCOMPARE(rig.frame()->txtVolIdentifier->text(), volume);
+            QCOMPARE(rig.data()->node("\\")->text(0), volume);
+            QCOMPARE(rig.data()->windowTitle(), "ISO Image " + volume);
         }
-        QVERIFY(!dialog.cmdOK->isEnabled());
     }
 
     void cancelStoresNothing() {

@@ -12,6 +12,7 @@
 #include "widgets/KeyedPanel.h"
 #include "widgets/KeyedStatusBar.h"
 #include "widgets/LineControl.h"
+#include "widgets/Twips.h"
 
 #include <QComboBox>
 #include <QDir>
@@ -30,104 +31,89 @@ QPoint centreOf(QTreeWidgetItem *item) {
     return item->treeWidget()->visualItemRect(item).center();
 }
 
-// Two folders, each with one file, dropped into the root.
-void twoFolders(DataWindowRig &rig) {
-    rig.source("A/a.txt");
-    rig.source("B/b.txt");
-    const QString base = QFileInfo(rig.source("A/a.txt")).dir().path() + "/..";
-    rig.drop(rig.data()->lvwImageFiles,
-             {QDir::cleanPath(base + "/A"), QDir::cleanPath(base + "/B")});
-    rig.data()->node("\\")->setExpanded(true);
-}
 } // namespace
 
 class tst_WindowFaults : public QObject {
     Q_OBJECT
-private slots:
-    void onlyTheNameCellEdits_data() {
-        QTest::addColumn<int>("column");
-        QTest::addColumn<bool>("editor");
-        QTest::newRow("name") << 0 << true;
-        QTest::newRow("size") << 1 << false;
-        QTest::newRow("date") << 2 << false;
+    std::optional<DataWindowRig> rig;
+
+    // Two folders, each with one file, dropped into the root.
+    void twoFolders() {
+        rig->source("A/a.txt");
+        rig->source("B/b.txt");
+        const QString base = QFileInfo(rig->source("A/a.txt")).dir().path() + "/..";
+        rig->drop(rig->data()->lvwImageFiles,
+                  {QDir::cleanPath(base + "/A"), QDir::cleanPath(base + "/B")});
+        rig->data()->node("\\")->setExpanded(true);
     }
+
+private slots:
+    void init() { QVERIFY(rig.emplace().started()); }
+    void cleanup() { rig.reset(); }
 
     void onlyTheNameCellEdits() {
-        QFETCH(int, column);
-        QFETCH(bool, editor);
-        DataWindowRig rig;
-        QVERIFY(rig.started());
-        rig.drop(rig.data()->lvwImageFiles, {rig.source("song.txt")});
-        QTreeWidgetItem *row = rig.data()->lvwImageFiles->topLevelItem(0);
-        QVERIFY(row);
-        rig.data()->lvwImageFiles->editItem(row, column);
-        QCOMPARE(rig.data()->lvwImageFiles->viewport()->findChild<QLineEdit *>() != nullptr,
-                 editor);
+        rig->drop(rig->data()->lvwImageFiles, {rig->source("song.txt")});
+        QTreeWidgetItem *row = rig->data()->lvwImageFiles->topLevelItem(0);
+        for (const int column : {1, 2, 0}) {
+            rig->data()->lvwImageFiles->editItem(row, column);
+            QCOMPARE(rig->data()->lvwImageFiles->viewport()->findChild<QLineEdit *>() != nullptr,
+                     column == 0);
+        }
     }
 
-    void rightClickShowsTheNodesFiles() {
-        DataWindowRig rig;
-        QVERIFY(rig.started());
-        twoFolders(rig);
-        QTreeWidget *tree = rig.data()->tvwDirectories;
-        tree->setCurrentItem(rig.data()->node("\\A"));
-        rig.data()->UpdateImage();
-        QCOMPARE(rig.rowKeys(), QStringList{"\\A\\a.txt"});
-        QTest::mouseClick(tree->viewport(), Qt::RightButton, {}, centreOf(rig.data()->node("\\B")));
+    // A right click, and a drag passing over the tree, select the node they are over.
+    void rightClickAndDragSelectTheNode() {
+        twoFolders();
+        rig->frame()->show();
+        QTreeWidget *tree = rig->data()->tvwDirectories;
+        tree->setCurrentItem(rig->data()->node("\\A"));
+        rig->data()->UpdateImage();
+        QCOMPARE(rig->rowKeys(), QStringList{"\\A\\a.txt"});
+        QTest::mouseClick(tree->viewport(), Qt::RightButton, {},
+                          centreOf(rig->data()->node("\\B")));
         Waits::settle();
-        QCOMPARE(rig.data()->selectedNode(), rig.data()->node("\\B"));
-        QCOMPARE(rig.rowKeys(), QStringList{"\\B\\b.txt"});
-    }
-
-    void dragOverTheTreeSelectsTheTarget() {
-        DataWindowRig rig;
-        QVERIFY(rig.started());
-        twoFolders(rig);
-        rig.frame()->show();
-        QTreeWidget *tree = rig.data()->tvwDirectories;
-        tree->setCurrentItem(rig.data()->node("\\A"));
+        QCOMPARE(rig->data()->selectedNode(), rig->data()->node("\\B"));
+        QCOMPARE(rig->rowKeys(), QStringList{"\\B\\b.txt"});
+        tree->setCurrentItem(rig->data()->node("\\A"));
+        QCOMPARE(rig->rowKeys(), QStringList{"\\A\\a.txt"});
         QMimeData mime;
-        mime.setUrls({QUrl::fromLocalFile(rig.source("new.txt"))});
-        const QPoint overB = centreOf(rig.data()->node("\\B"));
+        mime.setUrls({QUrl::fromLocalFile(rig->source("new.txt"))});
+        const QPoint overB = centreOf(rig->data()->node("\\B"));
         QDragEnterEvent enter(QPoint(1, 1), Qt::CopyAction, &mime, Qt::LeftButton, Qt::NoModifier);
         QCoreApplication::sendEvent(tree->viewport(), &enter);
         QDragMoveEvent move(overB, Qt::CopyAction, &mime, Qt::LeftButton, Qt::NoModifier);
         QCoreApplication::sendEvent(tree->viewport(), &move);
         // What the user sees is where it will land.
-        QCOMPARE(rig.data()->selectedNode(), rig.data()->node("\\B"));
-        QCOMPARE(rig.rowKeys(), QStringList{"\\B\\b.txt"});
+        QCOMPARE(rig->data()->selectedNode(), rig->data()->node("\\B"));
+        QCOMPARE(rig->rowKeys(), QStringList{"\\B\\b.txt"});
         QDropEvent drop(overB, Qt::CopyAction, &mime, Qt::LeftButton, Qt::NoModifier);
         QCoreApplication::sendEvent(tree->viewport(), &drop);
         Waits::settle();
-        QCOMPARE(rig.rowKeys(), (QStringList{"\\B\\b.txt", "\\B\\new.txt"}));
+        QCOMPARE(rig->rowKeys(), (QStringList{"\\B\\b.txt", "\\B\\new.txt"}));
     }
 
     void deleteKeyRemovesTheSelection() {
-        DataWindowRig rig;
-        QVERIFY(rig.started());
-        twoFolders(rig);
-        frmData *data = rig.data();
+        twoFolders();
+        frmData *data = rig->data();
         data->tvwDirectories->setCurrentItem(data->node("\\A"));
         data->UpdateImage();
         data->lvwImageFiles->setCurrentItem(data->lvwImageFiles->topLevelItem(0));
         QTest::keyClick(data->lvwImageFiles, Qt::Key_Delete);
-        QVERIFY(rig.rowKeys().isEmpty());
+        QVERIFY(rig->rowKeys().isEmpty());
         QTest::keyClick(data->tvwDirectories, Qt::Key_Delete);
         Waits::settle();
-        QCOMPARE(rig.nodeKeys(), (QStringList{"\\", "\\B"}));
-        QCOMPARE(rig.frame()->Tessaly->ISOFileCount(), 1);
+        QCOMPARE(rig->nodeKeys(), (QStringList{"\\", "\\B"}));
+        QCOMPARE(rig->frame()->Tessaly->ISOFileCount(), 1);
     }
 
     void dropSurvivesItsSourceClosing() {
-        DataWindowRig rig;
-        QVERIFY(rig.started());
         for (int i = 0; i < 20; ++i)
-            rig.source(QString("tree/d%1/f.txt").arg(i));
-        const QString tree = QFileInfo(rig.source("tree/top.txt")).path();
-        mdiMain *f = rig.frame();
+            rig->source(QString("tree/d%1/f.txt").arg(i));
+        const QString tree = QFileInfo(rig->source("tree/top.txt")).path();
+        mdiMain *f = rig->frame();
         QMimeData mime;
         mime.setUrls({QUrl::fromLocalFile(tree)});
-        QWidget *list = rig.data()->lvwImageFiles->viewport();
+        QWidget *list = rig->data()->lvwImageFiles->viewport();
         QDragEnterEvent enter(QPoint(5, 5), Qt::CopyAction, &mime, Qt::LeftButton, Qt::NoModifier);
         QCoreApplication::sendEvent(list, &enter);
         QDropEvent drop(QPointF(5, 5), Qt::CopyAction, &mime, Qt::LeftButton, Qt::NoModifier);
@@ -138,7 +124,7 @@ private slots:
         // The browser the drag came from goes while the tree is being added.
         QStringList panels;
         QObject::connect(f->Tessaly, &CDWriterPro::ISOItemAdded, f, [&] {
-            panels << rig.panel("DATA");
+            panels << rig->panel("DATA");
             for (QMdiSubWindow *child : f->openForms())
                 if (qobject_cast<frmFiles *>(child->widget()))
                     child->close();
@@ -151,9 +137,7 @@ private slots:
     }
 
     void keysSwitchWindowsAndWalkTheBrowser() {
-        DataWindowRig rig;
-        QVERIFY(rig.started());
-        mdiMain *f = rig.frame();
+        mdiMain *f = rig->frame();
         f->show();
         QMdiSubWindow *before = f->mdiArea()->activeSubWindow();
         QVERIFY(before);
@@ -162,11 +146,8 @@ private slots:
         QTest::keyClick(f, Qt::Key_F6, Qt::ControlModifier);
         QCOMPARE(f->mdiArea()->activeSubWindow(), before);
         // The browser: Enter opens the folder, Backspace goes back up.
-        frmFiles *browser = nullptr;
-        for (QMdiSubWindow *child : f->openForms())
-            browser = browser ? browser : qobject_cast<frmFiles *>(child->widget());
-        QVERIFY(browser);
-        const QString top = QFileInfo(rig.source("walk/inner/x.txt")).dir().path() + "/..";
+        frmFiles *browser = f->frmF(0);
+        const QString top = QFileInfo(rig->source("walk/inner/x.txt")).dir().path() + "/..";
         FileView *view = browser->FileViewAdd;
         view->setPath(QDir::cleanPath(top));
         QTRY_VERIFY(view->model()->rowCount(view->rootIndex()) > 0);
@@ -178,9 +159,7 @@ private slots:
     }
 
     void cascadeAndMinimumKeepWindowsReadable() {
-        DataWindowRig rig;
-        QVERIFY(rig.started());
-        mdiMain *f = rig.frame();
+        mdiMain *f = rig->frame();
         f->show();
         f->runCommand("CASCADE");
         for (QMdiSubWindow *child : f->openForms())
@@ -193,15 +172,29 @@ private slots:
             QVERIFY(strip[i - 1]->geometry().right() < strip[i]->geometry().left());
     }
 
+    // The splitter between tree and list follows a drag, and leaves both panes 1500 wide at least.
+    void splitterFollowsADrag() {
+        frmData *d = rig->data();
+        const int inner = Twips::fromPixels(d->width());
+        QVERIFY(inner > 4000);
+        for (const int to : {inner / 2, 600, inner - 100}) {
+            d->imgSplitter_MouseDown(0, 0);
+            d->imgSplitter_MouseMove(to - Twips::fromPixels(d->imgSplitter->x()), 0);
+            d->imgSplitter_MouseUp(0, 0);
+            QCOMPARE(d->tvwDirectories->width(), Twips::toPixels(qBound(1500, to, inner - 1500)));
+        }
+    }
+
     void rulerFollowsADvd() {
-        DataWindowRig rig("[Tessaly Disc]\nVersion=1\nMedium=DVD-R\nData=blank.iso\nFinalized=0\n"
-                          "Sessions=0\n");
-        QVERIFY(rig.started());
-        mdiMain *f = rig.frame();
+        rig.reset(); // for another disc than the blank CD-R
+        QVERIFY(rig.emplace("[Tessaly Disc]\nVersion=1\nMedium=DVD-R\nData=blank.iso\nFinalized=0\n"
+                            "Sessions=0\n")
+                    .started());
+        mdiMain *f = rig->frame();
         f->show();
         f->cboDevices->setCurrentIndex(f->cboDevices->findData(f->Tessaly->DriveCount() - 1));
         f->setCDSizeLine();
-        rig.drop(rig.data()->lvwImageFiles, {rig.sparseSource("big.bin", 4000)});
+        rig->drop(rig->data()->lvwImageFiles, {rig->sparseSource("big.bin", 4000)});
         const auto [left, right] = f->rulerInView();
         const int line = f->linCDSize->X1();
         const int barEnd = 100 + 4000 * 10;

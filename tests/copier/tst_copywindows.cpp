@@ -22,133 +22,125 @@
 class tst_CopyWindows : public QObject {
     Q_OBJECT
 private slots:
-    void speedLists_data();
-    void speedLists();
-    void copyForm_data();
-    void copyForm();
-    void imageBurner_data();
-    void imageBurner();
-    void discRipper();
-};
+    void speedLists_data() {
+        QTest::addColumn<qint32>("maxCode");
+        QTest::addColumn<QStringList>("items");
+        QTest::addColumn<qint32>("maxGives");
+        const QStringList up{"1x",  "2x",  "4x",  "6x",  "8x", "10x",
+                             "12x", "14x", "16x", "18x", "MAX"};
+        QTest::newRow("0") << 0 << QStringList{"1x", "MAX"} << 1;
+        QTest::newRow("8") << 8 << up.mid(0, 9) + QStringList{"MAX"} << 9;
+        QTest::newRow("9") << 9 << up << 255;
+    }
 
-void tst_CopyWindows::speedLists_data() {
-    QTest::addColumn<qint32>("maxCode");
-    QTest::addColumn<QStringList>("items");
-    QTest::addColumn<qint32>("maxGives");
-    QTest::newRow("0") << 0 << QStringList{"1x", "MAX"} << 1;
-    QTest::newRow("8") << 8 << QStringList{"1x",  "2x",  "4x",  "6x",  "8x",
-                                           "10x", "12x", "14x", "16x", "MAX"}
-                       << 9;
-    QTest::newRow("9") << 9 << QStringList{"1x",  "2x",  "4x",  "6x",  "8x", "10x",
-                                           "12x", "14x", "16x", "18x", "MAX"}
-                       << 255;
-}
+    void speedLists() {
+        QFETCH(qint32, maxCode);
+        QFETCH(QStringList, items);
+        QFETCH(qint32, maxGives);
+        QComboBox list;
+        modCD2CD::PopulateSpeed(&list, maxCode);
+        QStringList shown;
+        for (int i = 0; i < list.count(); ++i)
+            shown << list.itemText(i);
+        QCOMPARE(shown, items);
+        QCOMPARE(modCD2CD::SpeedCodeOfIndex(list.count() - 1), maxGives);
+    }
 
-void tst_CopyWindows::speedLists() {
-    QFETCH(qint32, maxCode);
-    QFETCH(QStringList, items);
-    QFETCH(qint32, maxGives);
-    QComboBox list;
-    modCD2CD::PopulateSpeed(&list, maxCode);
-    QStringList shown;
-    for (int i = 0; i < list.count(); ++i)
-        shown << list.itemText(i);
-    QCOMPARE(shown, items);
-    QCOMPARE(modCD2CD::SpeedCodeOfIndex(list.count() - 1), maxGives);
-}
+    void copyForm_data() {
+        QTest::addColumn<bool>("twoDrives");
+        QTest::newRow("two drives") << true;
+        QTest::newRow("one drive") << false;
+    }
 
-void tst_CopyWindows::copyForm_data() {
-    QTest::addColumn<bool>("twoDrives");
-    QTest::newRow("two drives") << true;
-    QTest::newRow("one drive") << false;
-}
+    void copyForm() {
+        QFETCH(bool, twoDrives);
+        CopierRig r(EngineRig::Data, {twoDrives ? "SecondDrive=1" : "SecondDrive=0"});
+        ScriptedAnswers answers;
+        frmCD2CD form({&r.rig.engine, nullptr, nullptr});
+        form.Form_Load();
+        QCOMPARE(form.cboDrives->count(), twoDrives ? 2 : 1);
+        QCOMPARE(form.cboDrives->itemText(0), r.copier.listLine(CopierRig::First));
+        QCOMPARE(form.cboBurner->currentIndex(), twoDrives ? 1 : -1);
+        QCOMPARE(form.cboSpeed->count(), twoDrives ? 11 : 0);
+        QCOMPARE(form.cmdCopyBurn->isEnabled(), twoDrives);
+        form.CD2CDX_PercentDone(99.9);
+        QCOMPARE(form.prgProgress->value(), 100);
+        QVERIFY(!form.lblInfo->isVisibleTo(&form));
+        if (!twoDrives)
+            return;
+        // A test copy of the blank first recorder's disc: nothing to read, a clear failure.
+        form.cmdCopyBurn_Click();
+        QVERIFY(form.cmdAbort->isEnabled());
+        QVERIFY(Waits::until([&] { return !answers.boxes.isEmpty(); }));
+        QCOMPARE(answers.boxes.last().prompt,
+                 QStringLiteral("The copy did not finish: The disc in Image Recorder is blank."));
+        QVERIFY(!form.cmdAbort->isEnabled());
+    }
 
-void tst_CopyWindows::copyForm() {
-    QFETCH(bool, twoDrives);
-    CopierRig r(EngineRig::Data, {twoDrives ? "SecondDrive=1" : "SecondDrive=0"});
-    ScriptedAnswers answers;
-    frmCD2CD form({&r.rig.engine, nullptr, nullptr});
-    form.Form_Load();
-    QCOMPARE(form.cboDrives->count(), twoDrives ? 2 : 1);
-    QCOMPARE(form.cboDrives->itemText(0), r.copier.listLine(CopierRig::First));
-    QCOMPARE(form.cboBurner->currentIndex(), twoDrives ? 1 : -1);
-    QCOMPARE(form.cboSpeed->count(), twoDrives ? 11 : 0);
-    QCOMPARE(form.cmdCopyBurn->isEnabled(), twoDrives);
-    form.CD2CDX_PercentDone(99.9);
-    QCOMPARE(form.prgProgress->value(), 100);
-    QVERIFY(!form.lblInfo->isVisibleTo(&form));
-    if (!twoDrives)
-        return;
-    // A test copy of the blank first recorder's disc: nothing to read, a clear failure.
-    form.cmdCopyBurn_Click();
-    QVERIFY(form.cmdAbort->isEnabled());
-    QVERIFY(Waits::until([&] { return !answers.boxes.isEmpty(); }));
-    QCOMPARE(answers.boxes.last().prompt,
-             QStringLiteral("The copy did not finish: The disc in Image Recorder is blank."));
-    QVERIFY(!form.cmdAbort->isEnabled());
-}
+    void imageBurner_data() {
+        QTest::addColumn<bool>("used");
+        QTest::addColumn<QByteArray>("mode");
+        QTest::addColumn<QString>("status");
+        QTest::addColumn<QString>("box");
+        QTest::newRow("used disc") << true << QByteArray("MODE1/2048") << "Idle"
+                                   << "The Disc Is Not Blank. Please Replace The Disc With A New "
+                                      "Blank Disc and Try Again. ;)";
+        QTest::newRow("MODE2/2352")
+            << false << QByteArray("MODE2/2352") << "Idle"
+            << "SubmitAudioJob returned an error -4\nTrack 1 is MODE2/2352: "
+               "only AUDIO and MODE1/2048 tracks can be written.";
+        QTest::newRow("ISO with MODE1/2048") << false << QByteArray("MODE1/2048") << "Burn Complete"
+                                             << "The disc was written.";
+    }
 
-void tst_CopyWindows::imageBurner_data() {
-    QTest::addColumn<bool>("used");
-    QTest::addColumn<QByteArray>("mode");
-    QTest::addColumn<QString>("status");
-    QTest::addColumn<QString>("box");
-    QTest::newRow("used disc") << true << QByteArray("MODE1/2048") << "Idle"
-                               << "The Disc Is Not Blank. Please Replace The Disc With A New "
-                                  "Blank Disc and Try Again. ;)";
-    QTest::newRow("MODE2/2352") << false << QByteArray("MODE2/2352") << "Idle"
-                                << "SubmitAudioJob returned an error -4\nTrack 1 is MODE2/2352: "
-                                   "only AUDIO and MODE1/2048 tracks can be written.";
-    QTest::newRow("ISO with MODE1/2048") << false << QByteArray("MODE1/2048") << "Burn Complete"
-                                         << "The disc was written.";
-}
+    void imageBurner() {
+        QFETCH(bool, used);
+        QFETCH(QByteArray, mode);
+        QFETCH(QString, status);
+        QFETCH(QString, box);
+        CopierRig r;
+        ScriptedAnswers answers;
+        QTemporaryDir dir;
+        r.addFiles(dir.path(), 1, 70000);
+        QVERIFY(r.rig.engine.CreateISOFile(dir.filePath("image.iso")));
+        Fixtures::writeFile(dir.filePath("image.cue"), "FILE \"image.iso\" BINARY\nTRACK 01 " +
+                                                           mode + "\nINDEX 01 00:00:00\n");
+        if (used)
+            QVERIFY(r.rig.write());
+        frmBurnBin form({&r.rig.engine, nullptr, nullptr});
+        form.Form_Load();
+        form.cboDrives->setCurrentIndex(form.cboDrives->count() - 1); // the second recorder
+        form.txtOpenFile->setText(dir.filePath("image.cue"));
+        form.cmdBurn_Click();
+        QVERIFY(Waits::until([&] { return !answers.boxes.isEmpty(); }));
+        QCOMPARE(answers.boxes.last().prompt, box);
+        QCOMPARE(form.lblStatus->text(), status);
+        QVERIFY(!r.copier.TrayLocked(CopierRig::Second));
+        if (status == u"Burn Complete")
+            QCOMPARE(ReadBack::fileHashes(ReadBack::Tool::Xorriso, CopierRig::trayData(1)).size(),
+                     1);
+    }
 
-void tst_CopyWindows::imageBurner() {
-    QFETCH(bool, used);
-    QFETCH(QByteArray, mode);
-    QFETCH(QString, status);
-    QFETCH(QString, box);
-    CopierRig r;
-    ScriptedAnswers answers;
-    QTemporaryDir dir;
-    r.addFiles(dir.path(), 1, 70000);
-    QVERIFY(r.rig.engine.CreateISOFile(dir.filePath("image.iso")));
-    Fixtures::writeFile(dir.filePath("image.cue"),
-                        "FILE \"image.iso\" BINARY\nTRACK 01 " + mode + "\nINDEX 01 00:00:00\n");
-    if (used)
+    void discRipper() {
+        CopierRig r;
+        ScriptedAnswers answers;
+        QTemporaryDir dir;
+        r.addFiles(dir.path(), 1, 90000);
         QVERIFY(r.rig.write());
-    frmBurnBin form({&r.rig.engine, nullptr, nullptr});
-    form.Form_Load();
-    form.cboDrives->setCurrentIndex(form.cboDrives->count() - 1); // the second recorder
-    form.txtOpenFile->setText(dir.filePath("image.cue"));
-    form.cmdBurn_Click();
-    QVERIFY(Waits::until([&] { return !answers.boxes.isEmpty(); }));
-    QCOMPARE(answers.boxes.last().prompt, box);
-    QCOMPARE(form.lblStatus->text(), status);
-    QVERIFY(!r.copier.TrayLocked(CopierRig::Second));
-    if (status == u"Burn Complete")
-        QCOMPARE(ReadBack::fileHashes(ReadBack::Tool::Xorriso, CopierRig::trayData(1)).size(), 1);
-}
-
-void tst_CopyWindows::discRipper() {
-    CopierRig r;
-    ScriptedAnswers answers;
-    QTemporaryDir dir;
-    r.addFiles(dir.path(), 1, 90000);
-    QVERIFY(r.rig.write());
-    frmIsoripper form({&r.rig.engine, nullptr, nullptr});
-    form.Form_Load();
-    form.cboDrives->setCurrentIndex(1);
-    answers.answerFile(dir.filePath("out.iso"));
-    form.cmdOpen_Click();
-    form.cmdRipData_Click();
-    QVERIFY(!form.cmdRipData->isEnabled() && form.cmdAbort->isEnabled());
-    QVERIFY(Waits::until([&] { return !answers.boxes.isEmpty(); }));
-    QCOMPARE(form.lblInfo->text(), QStringLiteral("Finished ISO"));
-    QCOMPARE(form.prbProgress->value(), 100);
-    QVERIFY(form.cmdRipData->isEnabled() && !r.copier.TrayLocked(CopierRig::First));
-    QCOMPARE(ReadBack::fileHashes(ReadBack::Tool::Xorriso, dir.filePath("out.iso")).size(), 1);
-}
+        frmIsoripper form({&r.rig.engine, nullptr, nullptr});
+        form.Form_Load();
+        form.cboDrives->setCurrentIndex(1);
+        answers.answerFile(dir.filePath("out.iso"));
+        form.cmdOpen_Click();
+        form.cmdRipData_Click();
+        QVERIFY(!form.cmdRipData->isEnabled() && form.cmdAbort->isEnabled());
+        QVERIFY(Waits::until([&] { return !answers.boxes.isEmpty(); }));
+        QCOMPARE(form.lblInfo->text(), QStringLiteral("Finished ISO"));
+        QCOMPARE(form.prbProgress->value(), 100);
+        QVERIFY(form.cmdRipData->isEnabled() && !r.copier.TrayLocked(CopierRig::First));
+        QCOMPARE(ReadBack::fileHashes(ReadBack::Tool::Xorriso, dir.filePath("out.iso")).size(), 1);
+    }
+};
 
 QTEST_MAIN(tst_CopyWindows)
 #include "tst_copywindows.moc"

@@ -109,7 +109,6 @@ void tst_IsoFiles::importThenSecondSession() {
     QVERIFY(writeForReal(rig));
     DefaultInstance<frmData>::unload();
     Waits::settle();
-
     // The same disc back: its sessions come up in the box.
     f->runCommand("CLOSETRAY");
     QVERIFY(Waits::until([] { return DefaultInstance<frmSessionCheck>::exists(); }, 20000));
@@ -126,15 +125,12 @@ void tst_IsoFiles::importThenSecondSession() {
     QVERIFY(!box->cmdErase->isEnabled()); // a CD-R
     box->cmdImport->click();
     Waits::settle();
-
     frmData *data = DefaultInstance<frmData>::peek();
-    QVERIFY(data);
     QCOMPARE(dataPanel(f), QStringLiteral(" Current Session: 2"));
     QCOMPARE(f->txtVolIdentifier->text(), QStringLiteral("FIRST"));
     QCOMPARE(gstrVolumePublisher, QStringLiteral("PUB"));
     f->runCommand("IMPPRESES"); // a second import shows every folder once all the same
     QCOMPARE(nodes(data->tvwDirectories), QStringList({"\\=FIRST", "\\dir=dir"}));
-
     // One file added, one put under an imported name, one imported taken out.
     const Tree added = {{"a.txt", pseudoRandom(700, 5)}, {"added.txt", pseudoRandom(800, 6)}};
     for (auto it = added.cbegin(); it != added.cend(); ++it) {
@@ -143,7 +139,6 @@ void tst_IsoFiles::importThenSecondSession() {
     }
     QVERIFY(cd->RemoveISOItem("\\gone.txt"));
     QVERIFY(writeForReal(rig));
-
     // A file holds no table of contents: the disc's descriptor tells where session 2 starts.
     const QString image = rig.ejectedImage();
     const QString disc = QFileInfo(image).path() + u'/' + QFileInfo(image).completeBaseName();

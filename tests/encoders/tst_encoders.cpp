@@ -155,11 +155,14 @@ private slots:
         QObject::connect(rig.ripper.get(), &CDRipperX::ExtractingFileStart, rig.ripper.get(),
                          [&rig] { rig.ripper->CancelExtraction(); });
         const QStringList files = rip(rig, mp3(0, 128, 1), {1, 2, 3}, ".mp3");
-        // How many status reports come before the cancel is seen depends on the machine's pace.
+        // Files are encoded side by side, so the next ones may have begun and reported before
+        // the cancel is seen; none of them may end.
         QCOMPARE(rig.events.mid(0, 2), QStringList({"Start", "FileStart 1 Track1.mp3"}));
         QCOMPARE(rig.events.last(), QStringLiteral("End"));
         for (const QString &event : rig.events.mid(2, rig.events.size() - 3))
-            QVERIFY2(event.startsWith(QLatin1String("Status ")), qPrintable(event));
+            QVERIFY2(event.startsWith(QLatin1String("Status ")) ||
+                         event.startsWith(QLatin1String("FileStart ")),
+                     qPrintable(event));
         for (const QString &file : files)
             QVERIFY(!QFile::exists(file));
     }

@@ -45,8 +45,11 @@ private slots:
         QVERIFY(!rig.engine.WriteDisc()); // one job at a time
         QVERIFY(rig.probe.waitForEnd());
 
-        // The events in the order the windows rest on.
-        QCOMPARE(squeezed(rig.probe.events).join(u' '),
+        // The events in the order the windows rest on. While caching, a file's name is told
+        // only if the reading thread opens it after the copy began: that is up to the pace.
+        QStringList events = rig.probe.events;
+        events.removeAll(QStringLiteral("ReadingTrackFile"));
+        QCOMPARE(squeezed(events).join(u' '),
                  QString(cache ? "PreparingToWrite CachingStatus " : "PreparingToWrite ") +
                      "CreatingDirectories TrackWriteStatus ClosingTrack ClosingSession "
                      "WriteComplete");

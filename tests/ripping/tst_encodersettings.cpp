@@ -51,202 +51,199 @@ QStringList prompts(const ScriptedAnswers &answers) {
 class tst_EncoderSettings : public QObject {
     Q_OBJECT
 private slots:
-    void records_data();
-    void records();
-    void mp3Fresh();
-    void mp3Apply_data();
-    void mp3Apply();
-    void wmaLoadAndApply();
-    void vorbisSaveAndLoad();
-    void savedSettingsAtStart();
-    void encoderChoice();
+    // A file's bytes: the record read back as the line it is written as, or the error its reading
+    // raises.
+    void records_data() {
+        QTest::addColumn<bool>("wma");
+        QTest::addColumn<QByteArray>("bytes");
+        QTest::addColumn<QString>("result");
+        QTest::newRow("vorbis") << false << QByteArray("9,0,0,0\r\n") << "9,0,0,0\n";
+        QTest::newRow("vorbis last line")
+            << false << QByteArray("1,1,2,3\n\n5, 0 ,0,0") << "5,0,0,0\n";
+        QTest::newRow("vorbis across lines") << false << QByteArray("4,1\n2,3\n") << "4,1,2,3\n";
+        QTest::newRow("vorbis word") << false << QByteArray("nine,0,0,0") << "13";
+        QTest::newRow("vorbis too big") << false << QByteArray("40000,0,0,0") << "6";
+        QTest::newRow("vorbis short") << false << QByteArray("9,0,0") << "62";
+        QTest::newRow("wma") << true << QByteArray("14,0,#TRUE#,#FALSE#,5")
+                             << "14,0,#TRUE#,#FALSE#,5\n";
+        QTest::newRow("wma last") << true
+                                  << QByteArray("1,0,#TRUE#,#FALSE#,0\n10,1,#FALSE#,#TRUE#,3\n")
+                                  << "10,1,#FALSE#,#TRUE#,3\n";
+        QTest::newRow("wma flag word") << true << QByteArray("10,1,maybe,#TRUE#,3") << "13";
+        QTest::newRow("wma empty") << true << QByteArray() << "62";
+    }
+
+    void records() {
+        QFETCH(bool, wma);
+        QFETCH(QByteArray, bytes);
+        QFETCH(QString, result);
+        try {
+            QCOMPARE(
+                QString::fromLatin1(wma ? wmaLine(readWMA(bytes)) : vorbisLine(readVorbis(bytes))),
+                result);
+        } catch (const RuntimeError &e) {
+            QCOMPARE(QString::number(e.number()), result);
+        }
+    }
+
+    // With no file the dialog shows the defaults; OK gives them to the encoders and writes them.
+    void mp3Fresh() {
+        TestEnvironment env;
+        ScriptedAnswers answers;
+        auto mp3 = std::make_shared<MP3EncoderX>();
+        auto vorbis = std::make_shared<VorbisEncoderX>();
+        mp3->setBitrate(320);
+        vorbis->setNominalBitrate(0);
+        QTimer::singleShot(0, [&] {
+            frmMp3Settings *d = frmMp3Settings::instance();
+            QCOMPARE(texts({d->cboCBRRate, d->cboChannelMode, d->cboVBRMin, d->cboVBRMax,
+                            d->cboNominalBitRate, d->cboMinBitRate, d->cboMaxBitRate}),
+                     QStringList({"128kb/s", "Stereo", "32kb/s", "320kb/s", "128kb/s", "Default",
+                                  "Default"}));
+            QVERIFY(d->optCBR->isChecked() && d->optNormal->isChecked());
+            QVERIFY(!d->cmdApply->isEnabled() && !d->cboVBRMin->isEnabled() &&
+                    !d->cboMinBitRate->isEnabled());
+            d->cmdOK->click();
+        });
+        frmMp3Settings::ShowForm(mp3, vorbis, nullptr);
+        QCOMPARE(OutsideTools::fileBytes(env.appFolder() + "/Dat/encoder.ini"), FreshIni);
+        QCOMPARE(QList<qint32>({mp3->Bitrate(), mp3->VBRMode(), mp3->QualityMode(),
+                                vorbis->NominalBitrate()}),
+                 QList<qint32>({128, 0, 1, 128}));
+        QVERIFY(answers.boxes.isEmpty());
+    }
+
+    void mp3Apply_data() {
+        QTest::addColumn<QList<int>>("indices"); // VBR min, max, quality; Vorbis nominal, min, max
+        QTest::addColumn<QString>("message");
+        QTest::newRow("vbr equal limits")
+            << QList<int>{8, 8, 0, 9, 0, 0}
+            << "Minimum Bit Rate must be less than the Maximum Bit Rate.";
+        QTest::newRow("nominal over max")
+            << QList<int>{0, 13, 0, 10, 0, 9}
+            << "Nominal Bit Rate must be lower than the Maximum Bit Rate";
+        QTest::newRow("default under min")
+            << QList<int>{0, 13, 0, 0, 5, 0}
+            << "Nominal Bit Rate must be higher than the Minimum Bit Rate";
+        QTest::newRow("nominal at limits") << QList<int>{6, 12, 3, 9, 9, 9} << "";
+        QTest::newRow("refused by libvorbis")
+            << QList<int>{0, 13, 0, 1, 0, 0}
+            << "The Vorbis encoder refuses a nominal rate of 32kb/s with a minimum of 0kb/s and a "
+               "maximum of 0kb/s for 44,100 Hz stereo (0 is the encoder's choice).";
+    }
+
+    // Apply's checks, in their order, and what reaches the encoders before a check stops it.
+    void mp3Apply() {
+        QFETCH(QList<int>, indices);
+        QFETCH(QString, message);
+        TestEnvironment env;
+        ScriptedAnswers answers;
+        auto mp3 = std::make_shared<MP3EncoderX>();
+        auto vorbis = std::make_shared<VorbisEncoderX>();
+        QTimer::singleShot(0, [&] {
+            frmMp3Settings *d = frmMp3Settings::instance();
+            d->optVBR->setChecked(true);
+            d->cboVBRMin->setCurrentIndex(indices[0]);
+            d->cboVBRMax->setCurrentIndex(indices[1]);
+            d->sldVBRLevel->setValue(indices[2]);
+            d->cboNominalBitRate->setCurrentIndex(indices[3]);
+            d->cboMinBitRate->setCurrentIndex(indices[4]);
+            d->cboMaxBitRate->setCurrentIndex(indices[5]);
+            QVERIFY(d->cmdApply->isEnabled());
+            d->cmdApply->click();
+            QCOMPARE(d->cmdApply->isEnabled(), message.startsWith("M") || message.startsWith("N"));
+            d->cmdCancel->click();
+        });
+        frmMp3Settings::ShowForm(mp3, vorbis, nullptr);
+        QCOMPARE(prompts(answers),
+                 message.isEmpty() ? QStringList() : QStringList("Information: " + message));
+        QCOMPARE(QList<qint32>({mp3->VBRMode(), mp3->VBRMinBitrate(), mp3->VBRQuality()}),
+                 QList<qint32>({1, modEncoderLists::Mp3BitRates()[indices[0]], indices[2]}));
+        QCOMPARE(vorbis->NominalBitrate(), message.startsWith("The Vorbis") ? 32 : 128);
+    }
+
+    // Loading restores the bit rate first, so the stored sample rate index meets its own list.
+    void wmaLoadAndApply() {
+        TestEnvironment env;
+        env.writeFile("Dat/OptWMA.dat", "10,1,#FALSE#,#TRUE#,3\n");
+        ScriptedAnswers answers;
+        auto wma = std::make_shared<WMAEncoderX>();
+        answers.answerBox(vbOK);
+        answers.answerBox(vbNo);
+        QTimer::singleShot(0, [&] {
+            frmWMASettings *d = frmWMASettings::instance();
+            QCOMPARE(d->cboBitRate->currentText(), QStringLiteral("128kb/s"));
+            QCOMPARE(d->cboSampleRates->count(), 7);
+            d->cboBitRate->setCurrentIndex(5); // 16kb/s: nothing the encoder takes
+            QCOMPARE(d->cboSampleRates->count(), 0);
+            d->cmdLoad->click();
+            QCOMPARE(texts({d->cboBitRate, d->cboSampleRates}), QStringList({"48kb/s", "22050Hz"}));
+            QVERIFY(d->optMono->isChecked() && d->chkEnableDRM->isChecked());
+            d->cmdApply->click();
+        });
+        frmWMASettings::ShowForm(wma, nullptr);
+        QCOMPARE(
+            QList<qint32>({wma->Bitrate(), wma->SampleRate(), wma->Stereo(), wma->EnableDRM()}),
+            QList<qint32>({48, 3, 0, 1}));
+        QCOMPARE(prompts(answers),
+                 QStringList({"Information: Options loaded successfully from file: " +
+                                  env.appFolder() + "/Dat/OptWMA.dat",
+                              "Save Options?: Do you want to Save WMA Options?"}));
+    }
+
+    // No file: Load waits for the first save; the closing question saves what the dialog shows.
+    void vorbisSaveAndLoad() {
+        TestEnvironment env;
+        ScriptedAnswers answers;
+        const QString file = env.appFolder() + "/Dat/OptVorbis.dat";
+        auto vorbis = std::make_shared<VorbisEncoderX>();
+        answers.answerBox(vbOK);
+        answers.answerBox(vbYes);
+        answers.answerBox(vbOK);
+        QTimer::singleShot(0, [&] {
+            frmVorbisSettings *d = frmVorbisSettings::instance();
+            QVERIFY(!d->cmdLoad->isEnabled());
+            d->cmdSave->click();
+            QVERIFY(d->cmdLoad->isEnabled());
+            QCOMPARE(OutsideTools::fileBytes(file), QByteArray("9,0,0,0\n"));
+            d->chkUseAdvanced->setChecked(true);
+            d->cboMaxBitRate->setCurrentIndex(12);
+            d->cmdCancel->click();
+        });
+        frmVorbisSettings::ShowForm(vorbis, nullptr);
+        QCOMPARE(OutsideTools::fileBytes(file), QByteArray("9,1,0,12\n"));
+        QCOMPARE(answers.boxes.size(), 3);
+        QCOMPARE(answers.boxes[1].title, QStringLiteral("Tessaly - Save Options?"));
+        QCOMPARE(vorbis->MaxBitrate(), 0); // cancelled: nothing applied
+    }
+
+    // A ripper window's encoders start from encoder.ini; a garbage file leaves their defaults.
+    void savedSettingsAtStart() {
+        TestEnvironment env;
+        MP3EncoderX mp3;
+        VorbisEncoderX vorbis;
+        env.writeFile("Dat/encoder.ini", "[MP3 Options]\nBit Rate=x\n\x01\xff");
+        frmMp3Settings::ApplySavedSettings(mp3, vorbis);
+        QCOMPARE(mp3.Bitrate(), 128);
+        env.writeFile("Dat/encoder.ini", QByteArray(FreshIni).replace("Bit Rate=8", "Bit Rate=10"));
+        frmMp3Settings::ApplySavedSettings(mp3, vorbis);
+        QCOMPARE(mp3.Bitrate(), 192);
+    }
+
+    // The ripper window hands the ripper the encoder of the chosen output, or waves.
+    void encoderChoice() {
+        TestEnvironment env;
+        CDRipperX ripper;
+        frmRipper window(&ripper);
+        const QList<std::shared_ptr<AudioEncoder>> chosen = {
+            window.MP3EncoderXP, nullptr, window.VorbisEncoderXP, window.WMAEncoderXP};
+        for (int i : {2, 1, 3, 0}) {
+            window.cboEncoders->setCurrentIndex(i);
+            QCOMPARE(window.m_objEncoder, chosen[i]);
+            QCOMPARE(ripper.UseEncoder(), i != 1);
+        }
+    }
 };
-
-// A file's bytes: the record read back as the line it is written as, or the error its reading
-// raises.
-void tst_EncoderSettings::records_data() {
-    QTest::addColumn<bool>("wma");
-    QTest::addColumn<QByteArray>("bytes");
-    QTest::addColumn<QString>("result");
-    QTest::newRow("vorbis") << false << QByteArray("9,0,0,0\r\n") << "9,0,0,0\n";
-    QTest::newRow("vorbis last line") << false << QByteArray("1,1,2,3\n\n5, 0 ,0,0") << "5,0,0,0\n";
-    QTest::newRow("vorbis across lines") << false << QByteArray("4,1\n2,3\n") << "4,1,2,3\n";
-    QTest::newRow("vorbis word") << false << QByteArray("nine,0,0,0") << "13";
-    QTest::newRow("vorbis too big") << false << QByteArray("40000,0,0,0") << "6";
-    QTest::newRow("vorbis short") << false << QByteArray("9,0,0") << "62";
-    QTest::newRow("wma") << true << QByteArray("14,0,#TRUE#,#FALSE#,5")
-                         << "14,0,#TRUE#,#FALSE#,5\n";
-    QTest::newRow("wma last") << true << QByteArray("1,0,#TRUE#,#FALSE#,0\n10,1,#FALSE#,#TRUE#,3\n")
-                              << "10,1,#FALSE#,#TRUE#,3\n";
-    QTest::newRow("wma flag word") << true << QByteArray("10,1,maybe,#TRUE#,3") << "13";
-    QTest::newRow("wma empty") << true << QByteArray() << "62";
-}
-
-void tst_EncoderSettings::records() {
-    QFETCH(bool, wma);
-    QFETCH(QByteArray, bytes);
-    QFETCH(QString, result);
-    try {
-        QCOMPARE(QString::fromLatin1(wma ? wmaLine(readWMA(bytes)) : vorbisLine(readVorbis(bytes))),
-                 result);
-    } catch (const RuntimeError &e) {
-        QCOMPARE(QString::number(e.number()), result);
-    }
-}
-
-// With no file the dialog shows the defaults; OK gives them to the encoders and writes them.
-void tst_EncoderSettings::mp3Fresh() {
-    TestEnvironment env;
-    ScriptedAnswers answers;
-    auto mp3 = std::make_shared<MP3EncoderX>();
-    auto vorbis = std::make_shared<VorbisEncoderX>();
-    mp3->setBitrate(320);
-    vorbis->setNominalBitrate(0);
-    QTimer::singleShot(0, [&] {
-        frmMp3Settings *d = frmMp3Settings::instance();
-        QCOMPARE(texts({d->cboCBRRate, d->cboChannelMode, d->cboVBRMin, d->cboVBRMax,
-                        d->cboNominalBitRate, d->cboMinBitRate, d->cboMaxBitRate}),
-                 QStringList(
-                     {"128kb/s", "Stereo", "32kb/s", "320kb/s", "128kb/s", "Default", "Default"}));
-        QVERIFY(d->optCBR->isChecked() && d->optNormal->isChecked());
-        QVERIFY(!d->cmdApply->isEnabled() && !d->cboVBRMin->isEnabled() &&
-                !d->cboMinBitRate->isEnabled());
-        d->cmdOK->click();
-    });
-    frmMp3Settings::ShowForm(mp3, vorbis, nullptr);
-    QCOMPARE(OutsideTools::fileBytes(env.appFolder() + "/Dat/encoder.ini"), FreshIni);
-    QCOMPARE(QList<qint32>(
-                 {mp3->Bitrate(), mp3->VBRMode(), mp3->QualityMode(), vorbis->NominalBitrate()}),
-             QList<qint32>({128, 0, 1, 128}));
-    QVERIFY(answers.boxes.isEmpty());
-}
-
-void tst_EncoderSettings::mp3Apply_data() {
-    QTest::addColumn<QList<int>>("indices"); // VBR min, max, quality; Vorbis nominal, min, max
-    QTest::addColumn<QString>("message");
-    QTest::newRow("vbr equal limits") << QList<int>{8, 8, 0, 9, 0, 0}
-                                      << "Minimum Bit Rate must be less than the Maximum Bit Rate.";
-    QTest::newRow("nominal over max") << QList<int>{0, 13, 0, 10, 0, 9}
-                                      << "Nominal Bit Rate must be lower than the Maximum Bit Rate";
-    QTest::newRow("default under min")
-        << QList<int>{0, 13, 0, 0, 5, 0}
-        << "Nominal Bit Rate must be higher than the Minimum Bit Rate";
-    QTest::newRow("nominal at limits") << QList<int>{6, 12, 3, 9, 9, 9} << "";
-    QTest::newRow("refused by libvorbis")
-        << QList<int>{0, 13, 0, 1, 0, 0}
-        << "The Vorbis encoder refuses a nominal rate of 32kb/s with a minimum of 0kb/s and a "
-           "maximum of 0kb/s for 44,100 Hz stereo (0 is the encoder's choice).";
-}
-
-// Apply's checks, in their order, and what reaches the encoders before a check stops it.
-void tst_EncoderSettings::mp3Apply() {
-    QFETCH(QList<int>, indices);
-    QFETCH(QString, message);
-    TestEnvironment env;
-    ScriptedAnswers answers;
-    auto mp3 = std::make_shared<MP3EncoderX>();
-    auto vorbis = std::make_shared<VorbisEncoderX>();
-    QTimer::singleShot(0, [&] {
-        frmMp3Settings *d = frmMp3Settings::instance();
-        d->optVBR->setChecked(true);
-        d->cboVBRMin->setCurrentIndex(indices[0]);
-        d->cboVBRMax->setCurrentIndex(indices[1]);
-        d->sldVBRLevel->setValue(indices[2]);
-        d->cboNominalBitRate->setCurrentIndex(indices[3]);
-        d->cboMinBitRate->setCurrentIndex(indices[4]);
-        d->cboMaxBitRate->setCurrentIndex(indices[5]);
-        QVERIFY(d->cmdApply->isEnabled());
-        d->cmdApply->click();
-        QCOMPARE(d->cmdApply->isEnabled(), message.startsWith("M") || message.startsWith("N"));
-        d->cmdCancel->click();
-    });
-    frmMp3Settings::ShowForm(mp3, vorbis, nullptr);
-    QCOMPARE(prompts(answers),
-             message.isEmpty() ? QStringList() : QStringList("Information: " + message));
-    QCOMPARE(QList<qint32>({mp3->VBRMode(), mp3->VBRMinBitrate(), mp3->VBRQuality()}),
-             QList<qint32>({1, modEncoderLists::Mp3BitRates()[indices[0]], indices[2]}));
-    QCOMPARE(vorbis->NominalBitrate(), message.startsWith("The Vorbis") ? 32 : 128);
-}
-
-// Loading restores the bit rate first, so the stored sample rate index meets its own list.
-void tst_EncoderSettings::wmaLoadAndApply() {
-    TestEnvironment env;
-    env.writeFile("Dat/OptWMA.dat", "10,1,#FALSE#,#TRUE#,3\n");
-    ScriptedAnswers answers;
-    auto wma = std::make_shared<WMAEncoderX>();
-    answers.answerBox(vbOK);
-    answers.answerBox(vbNo);
-    QTimer::singleShot(0, [&] {
-        frmWMASettings *d = frmWMASettings::instance();
-        QCOMPARE(d->cboBitRate->currentText(), QStringLiteral("128kb/s"));
-        QCOMPARE(d->cboSampleRates->count(), 7);
-        d->cboBitRate->setCurrentIndex(5); // 16kb/s: nothing the encoder takes
-        QCOMPARE(d->cboSampleRates->count(), 0);
-        d->cmdLoad->click();
-        QCOMPARE(texts({d->cboBitRate, d->cboSampleRates}), QStringList({"48kb/s", "22050Hz"}));
-        QVERIFY(d->optMono->isChecked() && d->chkEnableDRM->isChecked());
-        d->cmdApply->click();
-    });
-    frmWMASettings::ShowForm(wma, nullptr);
-    QCOMPARE(QList<qint32>({wma->Bitrate(), wma->SampleRate(), wma->Stereo(), wma->EnableDRM()}),
-             QList<qint32>({48, 3, 0, 1}));
-    QCOMPARE(prompts(answers), QStringList({"Information: Options loaded successfully from file: " +
-                                                env.appFolder() + "/Dat/OptWMA.dat",
-                                            "Save Options?: Do you want to Save WMA Options?"}));
-}
-
-// No file: Load waits for the first save; the closing question saves what the dialog shows.
-void tst_EncoderSettings::vorbisSaveAndLoad() {
-    TestEnvironment env;
-    ScriptedAnswers answers;
-    const QString file = env.appFolder() + "/Dat/OptVorbis.dat";
-    auto vorbis = std::make_shared<VorbisEncoderX>();
-    answers.answerBox(vbOK);
-    answers.answerBox(vbYes);
-    answers.answerBox(vbOK);
-    QTimer::singleShot(0, [&] {
-        frmVorbisSettings *d = frmVorbisSettings::instance();
-        QVERIFY(!d->cmdLoad->isEnabled());
-        d->cmdSave->click();
-        QVERIFY(d->cmdLoad->isEnabled());
-        QCOMPARE(OutsideTools::fileBytes(file), QByteArray("9,0,0,0\n"));
-        d->chkUseAdvanced->setChecked(true);
-        d->cboMaxBitRate->setCurrentIndex(12);
-        d->cmdCancel->click();
-    });
-    frmVorbisSettings::ShowForm(vorbis, nullptr);
-    QCOMPARE(OutsideTools::fileBytes(file), QByteArray("9,1,0,12\n"));
-    QCOMPARE(answers.boxes.size(), 3);
-    QCOMPARE(answers.boxes[1].title, QStringLiteral("Tessaly - Save Options?"));
-    QCOMPARE(vorbis->MaxBitrate(), 0); // cancelled: nothing applied
-}
-
-// A ripper window's encoders start from encoder.ini; a garbage file leaves their defaults.
-void tst_EncoderSettings::savedSettingsAtStart() {
-    TestEnvironment env;
-    MP3EncoderX mp3;
-    VorbisEncoderX vorbis;
-    env.writeFile("Dat/encoder.ini", "[MP3 Options]\nBit Rate=x\n\x01\xff");
-    frmMp3Settings::ApplySavedSettings(mp3, vorbis);
-    QCOMPARE(mp3.Bitrate(), 128);
-    env.writeFile("Dat/encoder.ini", QByteArray(FreshIni).replace("Bit Rate=8", "Bit Rate=10"));
-    frmMp3Settings::ApplySavedSettings(mp3, vorbis);
-    QCOMPARE(mp3.Bitrate(), 192);
-}
-
-// The ripper window hands the ripper the encoder of the chosen output, or waves.
-void tst_EncoderSettings::encoderChoice() {
-    TestEnvironment env;
-    CDRipperX ripper;
-    frmRipper window(&ripper);
-    const QList<std::shared_ptr<AudioEncoder>> chosen = {
-        window.MP3EncoderXP, nullptr, window.VorbisEncoderXP, window.WMAEncoderXP};
-    for (int i : {2, 1, 3, 0}) {
-        window.cboEncoders->setCurrentIndex(i);
-        QCOMPARE(window.m_objEncoder, chosen[i]);
-        QCOMPARE(ripper.UseEncoder(), i != 1);
-    }
-}
 
 QTEST_MAIN(tst_EncoderSettings)
 #include "tst_encodersettings.moc"

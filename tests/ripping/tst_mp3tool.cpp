@@ -1,4 +1,5 @@
 #include "OutsideTools.h"
+#include "Rows.h"
 #include "ScriptedAnswers.h"
 #include "TestEnvironment.h"
 
@@ -22,6 +23,18 @@
 using namespace OutsideTools;
 
 namespace {
+
+struct Failure {
+    QString lame, box;
+};
+struct Encoded {
+    QString setup, bitRate, channels;
+};
+struct Line {
+    QString setup;
+    bool encode;
+    QString file, words;
+};
 
 // Records its words one a line beside itself; with a file "fail" there it writes a partial
 // output file and fails.
@@ -70,7 +83,6 @@ void apply(frmDecode *form, const QString &setup) {
     }
 }
 
-// Runs the window's encode or decode on one chosen file.
 void runTool(frmDecode *form, ScriptedAnswers &answers, bool encode, const QString &file) {
     answers.answerFile(file);
     QTest::mouseClick(encode ? form->cmdEncode : form->cmdDecode, Qt::LeftButton);
@@ -82,53 +94,46 @@ class tst_mp3tool : public QObject {
     Q_OBJECT
 private slots:
     void commandLines_data() {
-        QTest::addColumn<QString>("setup");
-        QTest::addColumn<bool>("encode");
-        QTest::addColumn<QString>("file");
-        QTest::addColumn<QString>("words"); // what lame receives, joined by "|"
-        QTest::newRow("defaults") << "" << true << "/a/song.wav"
-                                  << "-S|-b|128|/a/song.wav|/a/song.mp3";
-        QTest::newRow("decode passes the switches too")
-            << "chkCRC" << false << "/a/song.mp3"
-            << "--decode|-S|-b|128|-p|/a/song.mp3|/a/song.wav";
-        QTest::newRow("VBR with quality") << "chkEnableVBR,txtQuality=2" << true << "/a/s.wav"
-                                          << "-S|-b|128|-V|2|-B|128|/a/s.wav|/a/s.mp3";
-        QTest::newRow("maximum and mono")
-            << "chkEnableVBR,maxrate=18,cboMode=3" << true << "/a/s.wav"
-            << "-S|-b|128|-m|m|-V|4|-B|320|/a/s.wav|/a/s.mp3";
-        QTest::newRow("ABR, tag and minimum")
-            << "chkEnableVBR,chkUseABR,txtABRBitrate=200,chkDisableVBRTag,chkEnforceMinBitrate,"
-               "cboOptimize=2"
-            << true << "/a/s.wav"
-            << "-S|-b|128|-h|-B|128|-t|-F|--abr|200|/a/s.wav|/a/s.mp3";
-        QTest::newRow("ABR without VBR gives nothing")
-            << "chkUseABR,txtABRBitrate=200" << true << "/a/s.wav"
-            << "-S|-b|128|/a/s.wav|/a/s.mp3";
-        QTest::newRow("CRC, copy, copyright")
-            << "chkCRC,chkCopy,chkCopyright,cboOptimize=1" << true << "/a/s.wav"
-            << "-S|-b|128|-f|-p|-o|-c|/a/s.wav|/a/s.mp3";
-        QTest::newRow("resample") << "cboOutputFreq=2" << true << "/a/s.wav"
-                                  << "-S|-b|128|--resample|22.05|/a/s.wav|/a/s.mp3";
-        QTest::newRow("slider position 16") << "rate=16" << true << "/a/s.wav"
-                                            << "-S|-b|0|/a/s.wav|/a/s.mp3";
-        QTest::newRow("width without its filter")
-            << "chkHighPassWidth,txtHighPassWidth=1" << true << "/a/s.wav"
-            << "-S|-b|128|/a/s.wav|/a/s.mp3";
-        QTest::newRow("filters with widths")
-            << "chkHighPassFreq,txtHighPassFreq=0.5,chkHighPassWidth,txtHighPassWidth=0.25,"
-               "chkLowPassFreq,txtLowPassFreq=16.5,chkLowPassWidth,txtLowPassWidth=x"
-            << true << "/a/s.wav"
-            << "-S|-b|128|--highpass|0.5|--highpass-width|0.25|--lowpass|16.5|--lowpass-width|0|"
-               "/a/s.wav|/a/s.mp3";
-        QTest::newRow("path with blanks") << "rate=15" << true << "/a/my song.wav"
-                                          << "-S|-b|192|/a/my|song.wav|/a/my|song.mp3";
+        // What lame receives, joined by "|".
+        addRows<Line>({
+            {"defaults", {"", true, "/a/song.wav", "-S|-b|128|/a/song.wav|/a/song.mp3"}},
+            {"decode passes the switches too",
+             {"chkCRC", false, "/a/song.mp3", "--decode|-S|-b|128|-p|/a/song.mp3|/a/song.wav"}},
+            {"VBR with quality",
+             {"chkEnableVBR,txtQuality=2", true, "/a/s.wav",
+              "-S|-b|128|-V|2|-B|128|/a/s.wav|/a/s.mp3"}},
+            {"maximum and mono",
+             {"chkEnableVBR,maxrate=18,cboMode=3", true, "/a/s.wav",
+              "-S|-b|128|-m|m|-V|4|-B|320|/a/s.wav|/a/s.mp3"}},
+            {"ABR, tag and minimum",
+             {"chkEnableVBR,chkUseABR,txtABRBitrate=200,chkDisableVBRTag,chkEnforceMinBitrate,"
+              "cboOptimize=2",
+              true, "/a/s.wav", "-S|-b|128|-h|-B|128|-t|-F|--abr|200|/a/s.wav|/a/s.mp3"}},
+            {"ABR without VBR gives nothing",
+             {"chkUseABR,txtABRBitrate=200", true, "/a/s.wav", "-S|-b|128|/a/s.wav|/a/s.mp3"}},
+            {"CRC, copy, copyright",
+             {"chkCRC,chkCopy,chkCopyright,cboOptimize=1", true, "/a/s.wav",
+              "-S|-b|128|-f|-p|-o|-c|/a/s.wav|/a/s.mp3"}},
+            {"resample",
+             {"cboOutputFreq=2", true, "/a/s.wav", "-S|-b|128|--resample|22.05|/a/s.wav|/a/s.mp3"}},
+            {"slider position 16", {"rate=16", true, "/a/s.wav", "-S|-b|0|/a/s.wav|/a/s.mp3"}},
+            {"width without its filter",
+             {"chkHighPassWidth,txtHighPassWidth=1", true, "/a/s.wav",
+              "-S|-b|128|/a/s.wav|/a/s.mp3"}},
+            {"filters with widths",
+             {"chkHighPassFreq,txtHighPassFreq=0.5,chkHighPassWidth,txtHighPassWidth=0.25,"
+              "chkLowPassFreq,txtLowPassFreq=16.5,chkLowPassWidth,txtLowPassWidth=x",
+              true, "/a/s.wav",
+              "-S|-b|128|--highpass|0.5|--highpass-width|0.25|--lowpass|16.5|--lowpass-width|0|"
+              "/a/s.wav|/a/s.mp3"}},
+            {"path with blanks",
+             {"rate=15", true, "/a/my song.wav", "-S|-b|192|/a/my|song.wav|/a/my|song.mp3"}},
+        });
     }
 
     void commandLines() {
-        QFETCH(QString, setup);
-        QFETCH(bool, encode);
-        QFETCH(QString, file);
-        QFETCH(QString, words);
+        QFETCH(Line, row);
+        const auto &[setup, encode, file, words] = row;
         TestEnvironment env;
         ScriptedAnswers answers;
         installFakeLame(env, false);
@@ -156,35 +161,30 @@ private slots:
     }
 
     void lameFailures_data() {
-        QTest::addColumn<QString>("lame"); // "failing", "missing", "none chosen"
-        QTest::addColumn<QString>("box");
-        QTest::newRow("non-zero exit") << "failing"
-                                       << "lame ended with exit code 3.";
-        QTest::newRow("no lame anywhere") << "missing"
-                                          << "found neither in";
-        QTest::newRow("file box cancelled") << "none chosen"
-                                            << "User Canceled File Selection!";
+        addRows<Failure>(
+            {{"non-zero exit", {"failing", "lame ended with exit code 3."}},
+             {"no lame anywhere", {"missing", "found neither in"}},
+             {"file box cancelled", {"none chosen", "User Canceled File Selection!"}}});
     }
 
     void lameFailures() {
-        QFETCH(QString, lame);
-        QFETCH(QString, box);
+        QFETCH(Failure, row);
+        const QString &lame = row.lame;
         TestEnvironment env;
         ScriptedAnswers answers;
         QTemporaryDir emptyPath;
         const QByteArray path = qgetenv("PATH");
-        if (lame == QLatin1String("missing")) {
+        if (lame == QLatin1String("missing"))
             qputenv("PATH", emptyPath.path().toUtf8());
-        } else {
+        else
             installFakeLame(env, true);
-        }
         QPointer<frmDecode> form = new frmDecode;
         form->Form_Load();
         const QString source = env.appFolder() + QStringLiteral("/song.wav");
         runTool(form, answers, true, lame == QLatin1String("none chosen") ? QString() : source);
         qputenv("PATH", path);
         QCOMPARE(answers.boxes.size(), 1);
-        QVERIFY2(answers.boxes[0].prompt.contains(box), qPrintable(answers.boxes[0].prompt));
+        QVERIFY2(answers.boxes[0].prompt.contains(row.box), qPrintable(answers.boxes[0].prompt));
         QVERIFY(answers.errors.isEmpty());
         // Whatever lame left behind is gone, and the buttons work again.
         QVERIFY(!QFile::exists(env.appFolder() + QStringLiteral("/song.mp3")));
@@ -193,21 +193,13 @@ private slots:
     }
 
     void realLame_data() {
-        QTest::addColumn<QString>("setup");
-        QTest::addColumn<QString>("bitRate");
-        QTest::addColumn<QString>("channels");
-        QTest::newRow("defaults") << ""
-                                  << "128000"
-                                  << "2";
-        QTest::newRow("64 kbits mono") << "rate=8,cboMode=3"
-                                       << "64000"
-                                       << "1";
+        addRows<Encoded>({{"defaults", {"", "128000", "2"}},
+                          {"64 kbits mono", {"rate=8,cboMode=3", "64000", "1"}}});
     }
 
     void realLame() {
-        QFETCH(QString, setup);
-        QFETCH(QString, bitRate);
-        QFETCH(QString, channels);
+        QFETCH(Encoded, row);
+        const auto &[setup, bitRate, channels] = row;
         TestEnvironment env;
         ScriptedAnswers answers;
         const QString wave = env.appFolder() + QStringLiteral("/tone.wav");
@@ -240,7 +232,6 @@ private slots:
         QCOMPARE(form->lblStatus->text(), QStringLiteral(" -b 128"));
         QVERIFY(answers.boxes.isEmpty());
         delete form;
-
         // Several records: the last one counts; a value that is no number spoils the load.
         const QByteArray last =
             "192,1,2,1,0,1,1,1,256,3,0,1,1,160,0,0,0,0,0,0,0,\"  custom  \",0,5,"
@@ -265,7 +256,6 @@ private slots:
         QCOMPARE(answers.boxes[0].prompt, QStringLiteral("Do you want to Save Program Options?"));
         QCOMPARE(answers.boxes[0].title, QStringLiteral("Save Program Options"));
         QCOMPARE(fileBytes(file), last);
-
         env.writeFile(QStringLiteral("Dat/OptMP3.dat"), last + "192,x\r\n");
         form = new frmDecode;
         form->Form_Load();

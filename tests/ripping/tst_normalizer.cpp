@@ -1,4 +1,6 @@
+#include "Fixtures.h"
 #include "OutsideTools.h"
+#include "Rows.h"
 #include "ScriptedAnswers.h"
 #include "TestEnvironment.h"
 
@@ -19,41 +21,39 @@
 
 using namespace OutsideTools;
 
-namespace {
-
-const QStringList Tone = {QStringLiteral("synth"), QStringLiteral("3"),   QStringLiteral("sine"),
-                          QStringLiteral("1000"),  QStringLiteral("vol"), QStringLiteral("-12dB")};
-
-} // namespace
+static const QStringList Tone = QStringLiteral("synth 3 sine 1000 vol -12dB").split(u' ');
+struct Level {
+    QString format; // sox's words, one space apart
+    int percent;
+    double peakDb, tolerance;
+};
+struct Outcome {
+    QString source, percent;
+    bool readOnlyDest;
+    QString told; // the finish box's start, or "trap:" and the trap's text
+};
 
 class tst_normalizer : public QObject {
     Q_OBJECT
 private slots:
     void levelsAndFormats_data() {
-        QTest::addColumn<QStringList>("format");
-        QTest::addColumn<int>("percent");
-        QTest::addColumn<double>("peakDb");
-        QTest::addColumn<double>("tolerance");
-        const QStringList stereo16 = {"-r", "44100", "-c", "2", "-b", "16"};
-        QTest::newRow("16-bit stereo at 95%") << stereo16 << 95 << -0.45 << 0.02;
-        QTest::newRow("16-bit stereo at 50%") << stereo16 << 50 << -6.02 << 0.02;
-        QTest::newRow("24-bit mono")
-            << QStringList{"-r", "48000", "-c", "1", "-b", "24"} << 95 << -0.45 << 0.02;
-        QTest::newRow("32-bit float")
-            << QStringList{"-r", "44100", "-c", "2", "-e", "floating-point", "-b", "32"} << 95
-            << -0.45 << 0.02;
-        QTest::newRow("8-bit unsigned")
-            << QStringList{"-r", "8000", "-c", "1", "-b", "8", "-e", "unsigned-integer"} << 50
-            << -6.02 << 0.1;
-        // Far above full scale the tops are cut flat; a wrapped sample would fall to the other end.
-        QTest::newRow("clipping at 400%") << stereo16 << 400 << 0.0 << 0.01;
+        const QString stereo16 = "-r 44100 -c 2 -b 16";
+        addRows<Level>({
+            {"16-bit stereo at 95%", {stereo16, 95, -0.45, 0.02}},
+            {"16-bit stereo at 50%", {stereo16, 50, -6.02, 0.02}},
+            {"24-bit mono", {"-r 48000 -c 1 -b 24", 95, -0.45, 0.02}},
+            {"32-bit float", {"-r 44100 -c 2 -e floating-point -b 32", 95, -0.45, 0.02}},
+            {"8-bit unsigned", {"-r 8000 -c 1 -b 8 -e unsigned-integer", 50, -6.02, 0.1}},
+            // Far above full scale the tops are cut flat; a wrapped sample would fall to the
+            // other end.
+            {"clipping at 400%", {stereo16, 400, 0.0, 0.01}},
+        });
     }
 
     void levelsAndFormats() {
-        QFETCH(QStringList, format);
-        QFETCH(int, percent);
-        QFETCH(double, peakDb);
-        QFETCH(double, tolerance);
+        QFETCH(Level, row);
+        const auto &[soxFormat, percent, peakDb, tolerance] = row;
+        const QStringList format = soxFormat.split(u' ');
         QTemporaryDir dir;
         const QString source = dir.filePath(QStringLiteral("tone.wav"));
         const QString dest = dir.filePath(QStringLiteral("tone out.wav"));
@@ -118,7 +118,6 @@ private slots:
         QCOMPARE(form.DigitalDisplay1->intValue(), 40);
         form.txtNorm->setText(QStringLiteral("70"));
         QCOMPARE(form.Slider1->value(), 40);
-
         auto states = [&] {
             return QList<bool>{form.cmdSave->isEnabled(), form.txtSave->isEnabled(),
                                form.cmdStart->isEnabled()};
@@ -144,7 +143,6 @@ private slots:
         QTest::mouseClick(form.cmdOpen, Qt::LeftButton);
         QCOMPARE(form.txtSave->text(), QString());
         QCOMPARE(states(), (QList<bool>{true, true, true}));
-
         form.norm_PercentDone(99.9);
         QCOMPARE(form.prbProgress->value(), 99);
         QVERIFY(answers.boxes.isEmpty());
@@ -158,26 +156,19 @@ private slots:
     }
 
     void windowOutcomes_data() {
-        QTest::addColumn<QString>("source"); // "tone", "silence"
-        QTest::addColumn<QString>("percent");
-        QTest::addColumn<bool>("readOnlyDest");
-        QTest::addColumn<QString>("told"); // the finish box's start, or "trap:" and the trap's text
-        QTest::newRow("tone") << "tone"
-                              << "95" << false << "Finished Normalizing";
-        QTest::newRow("silence")
-            << "silence"
-            << "95" << false << "Finished Normalizing The Wave Audio File\n\nThe file is silent";
-        QTest::newRow("not a number") << "tone"
-                                      << "abc" << false << "trap:Type mismatch";
-        QTest::newRow("read-only destination") << "tone"
-                                               << "95" << true << "trap:is read-only";
+        addRows<Outcome>({
+            {"tone", {"tone", "95", false, "Finished Normalizing"}},
+            {"silence",
+             {"silence", "95", false,
+              "Finished Normalizing The Wave Audio File\n\nThe file is silent"}},
+            {"not a number", {"tone", "abc", false, "trap:Type mismatch"}},
+            {"read-only destination", {"tone", "95", true, "trap:is read-only"}},
+        });
     }
 
     void windowOutcomes() {
-        QFETCH(QString, source);
-        QFETCH(QString, percent);
-        QFETCH(bool, readOnlyDest);
-        QFETCH(QString, told);
+        QFETCH(Outcome, row);
+        const auto &[source, percent, readOnlyDest, told] = row;
         TestEnvironment env;
         ScriptedAnswers answers;
         QTemporaryDir dir;
@@ -188,11 +179,8 @@ private slots:
         const QByteArray inBytes = fileBytes(in);
         const QByteArray oldOut("an older file of the user's");
         if (readOnlyDest) {
-            QFile file(out);
-            QVERIFY(file.open(QIODevice::WriteOnly));
-            file.write(oldOut);
-            file.close();
-            QVERIFY(file.setPermissions(QFileDevice::ReadOwner | QFileDevice::ReadGroup));
+            Fixtures::writeFile(out, oldOut);
+            QVERIFY(QFile(out).setPermissions(QFileDevice::ReadOwner | QFileDevice::ReadGroup));
         }
         frmNormalize form;
         answers.answerFile(in);

@@ -87,7 +87,6 @@ private slots:
         window.lvwTracks->setCurrentItem(window.lvwTracks->topLevelItem(0));
         window.cmdBack->click();
         QCOMPARE(window.lvwTracks->currentItem(), window.lvwTracks->topLevelItem(0));
-
         window.cmdEject->click();
         QTRY_COMPARE(media->Text(), QStringLiteral(" No Disc Loaded..."));
         QCOMPARE(window.lvwTracks->topLevelItemCount(), 0);
@@ -100,6 +99,20 @@ private slots:
         QTRY_COMPARE(window.lvwTracks->topLevelItemCount(), 3);
         QCOMPARE(window.lvwTracks->topLevelItem(2)->checkState(0), Qt::Unchecked);
         QCOMPARE(media->Text(), QStringLiteral(" Disc Loaded..."));
+    }
+
+    // What the drive reports is logged in words; unknown codes and progress add no line.
+    void statusLines() {
+        RipperRig rig;
+        frmExtract dialog;
+        for (int status : {1, 2, 3, 4, 5, 6, 8, 9, 10, 11, 12, 13, 14, 15})
+            dialog.m_objRipper_ExtractionStatus(status, 1234);
+        QCOMPARE(logOf(dialog.lstStatus),
+                 QStringList({"Jitter Could Not Be Corrected.  1234",
+                              "Speed Adjusted to Correct Error.", "Read Failed.", "Retrying Read.",
+                              "Retry Failed.", "File Aborted.", "Buffer Could Not Be Initialized.",
+                              "Error Creating File.", "Error Writing File.", "Error Closing File.",
+                              "Drive Could Not Be Initialized.", "Ripping Cancelled."}));
     }
 
     void extract_data() {
@@ -143,6 +156,7 @@ private slots:
         rig.ripper->SetEncoder(encoder);
         rig.ripper->setUseEncoder(true);
         QStringList shown;
+        bool buttonsBack = false; // checked out here: a failure inside would leave the box up
         QTimer::singleShot(0, [&] {
             frmExtract *dialog = frmExtract::instance();
             QCOMPARE(dialog->windowTitle(), QStringLiteral("Extract Wav Files"));
@@ -160,12 +174,14 @@ private slots:
                 QTRY_VERIFY_WITH_TIMEOUT(
                     logOf(dialog->lstStatus).contains("Audio Ripping Complete!"), 60000);
                 QCOMPARE(dialog->cmdCancel->text(), QStringLiteral("&Close"));
+                buttonsBack = dialog->cmdGo->isEnabled() && dialog->cmdFilename->isEnabled();
                 shown = logOf(dialog->lstStatus);
                 dialog->cmdCancel->click();
             }
         });
         window.cmdExtract->click(); // modal until the dialog closes
         QCOMPARE(shown, log.replaceInStrings("OUT", out));
+        QCOMPARE(buttonsBack, !ticked.isEmpty());
         QCOMPARE(QDir(out).entryList(QDir::Files, QDir::Name), files);
         QCOMPARE(answers.boxes.size(), ticked.isEmpty() ? 1 : 0);
         if (ticked.isEmpty())

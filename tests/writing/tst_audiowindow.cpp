@@ -117,7 +117,6 @@ private slots:
         QCOMPARE(w.rows(0), QStringList({"Track 01", "Track 02", "Track 03", "Track 04"}));
         QCOMPARE(w.rows(2), QStringList(4, "Wave"));
         QCOMPARE(w.rows(3).first(), QStringLiteral("00:05:00"));
-
         // Removing a track plays the one that takes its place.
         w.list()->setCurrentItem(w.list()->topLevelItem(1));
         w.rig.frame()->runCommand(QStringLiteral("REMOVEAUDIOTRACK"));
@@ -128,15 +127,12 @@ private slots:
         QVERIFY(odd.startsWith(w.sink.heard));
         w.window()->cmdStop->click();
         QCOMPARE(w.window()->Slider1->value(), 0);
-
         // The last track dragged onto the first goes before it.
         ViewGestures::move(w.list()->topLevelItem(2), w.list()->topLevelItem(0));
         QCOMPARE(w.rows(1), QStringList({fourPath, fivePath, oddPath}));
         QCOMPARE(w.panel("DIRECTORIES"), QStringLiteral(" Tracks: 3"));
         QVERIFY(w.prompts().isEmpty());
-
         frmBurn *burn = w.rig.openDialog();
-        QVERIFY(burn);
         QVERIFY(burn->chkFinalizeDisc->isChecked() && !burn->chkFinalizeDisc->isEnabled());
         burn->optWrite->setChecked(true);
         QVERIFY(w.rig.writeAndWait(burn));
@@ -173,16 +169,11 @@ private slots:
         QFETCH(bool, warned);
         AudioWindow w;
         // A sparse wave: its header, then the samples' length as a hole.
-        const QString path = w.file("long.wav", cdWave(QByteArray()));
-        {
-            QFile f(path);
-            QVERIFY(f.open(QIODevice::ReadWrite));
-            QVERIFY(f.seek(4));
-            f.write(le32(quint32(36 + qint64(frames) * 2352)));
-            QVERIFY(f.seek(40));
-            f.write(le32(quint32(qint64(frames) * 2352)));
-            QVERIFY(f.resize(44 + qint64(frames) * 2352));
-        }
+        const qint64 bytes = qint64(frames) * 2352;
+        QByteArray header = cdWave(QByteArray());
+        header.replace(4, 4, le32(quint32(36 + bytes))).replace(40, 4, le32(quint32(bytes)));
+        const QString path = w.file("long.wav", header);
+        QVERIFY(QFile(path).resize(44 + bytes));
         ViewGestures::drop(w.list(), {path});
         QCOMPARE(w.list()->topLevelItemCount(), 1);
         const QStringList expected = {
@@ -237,7 +228,6 @@ private slots:
         QCOMPARE(frame->prbSize->width(), Twips::toPixels(10));
         ViewGestures::drop(w.list(), {w.wave("b.wav", Rate)});
         QVERIFY(w.prompts().isEmpty());
-
         // Closing leaves the engine's tracks alone; the next window shows them once it reloads.
         DefaultInstance<frmAudio>::unload();
         Waits::settle();

@@ -3,6 +3,7 @@
 // disc whose last session was left open.
 #include "WriteRig.h"
 
+#include "DiscToolsRig.h"
 #include "Fixtures.h"
 #include "ReadBack.h"
 #include "app/FormRegistry.h"
@@ -31,7 +32,6 @@
 #include <QTreeWidget>
 
 namespace {
-
 // The data window opened as the disc type box opens it, with one file in the image.
 frmData *openCompilation(WriteRig &rig, const QTemporaryDir &src) {
     FormRegistry::open(QStringLiteral("frmData"));
@@ -41,13 +41,6 @@ frmData *openCompilation(WriteRig &rig, const QTemporaryDir &src) {
     rig.boxes.clear();
     return DefaultInstance<frmData>::peek();
 }
-
-QString volumeId(const QString &image) {
-    const QString info = QString::fromUtf8(ReadBack::run("isoinfo", {"-d", "-i", image}));
-    const qsizetype at = info.indexOf(QStringLiteral("Volume id: "));
-    return at < 0 ? QString() : info.mid(at + 11).section(u'\n', 0, 0).trimmed();
-}
-
 } // namespace
 
 class tst_WriteFaults : public QObject {
@@ -70,10 +63,15 @@ private slots:
         QVERIFY(!shown.isEmpty());
         frmBurn *burn = rig.openDialog();
         QVERIFY(rig.writeAndWait(burn));
-        // The disc is out and the dialog says how to get it back in.
+        // The disc is out, nothing burnt on it, and the dialog offers the real write and says
+        // how to get the disc back in.
+        QVERIFY(QFileInfo(rig.ejectedImage()).size() == 0 ||
+                ReadBack::run("isoinfo", {"-d", "-i", rig.ejectedImage()}).isEmpty());
+        QVERIFY(rig.boxes.isEmpty() && burn->isVisible() && !gblnIsTestWrite);
         QCOMPARE(burn->lblActions->text(), QStringLiteral("Please insert the disc again..."));
+        QCOMPARE(burn->cmdWrite->text(), QStringLiteral("&Write"));
         QVERIFY(burn->cmdCloseTray->isEnabled());
-        QVERIFY(!burn->cmdWrite->isEnabled());
+        QVERIFY(!burn->cmdWrite->isEnabled() && !burn->tmrBurn->isActive());
         if (fromDialog) {
             burn->cmdCloseTray->click();
         } else {
@@ -91,10 +89,12 @@ private slots:
         // The disc's arrival reaches the dialog as a queued media event.
         QTRY_VERIFY(burn->cmdWrite->isEnabled());
         QVERIFY(burn->optWrite->isChecked());
+        if (fromDialog)
+            QCOMPARE(burn->lblActions->text(), QStringLiteral("Disc inserted ready to write..."));
         QVERIFY(rig.writeAndWait(burn));
         QCOMPARE(rig.ending, QStringLiteral("WriteComplete"));
         QCOMPARE(f->txtVolIdentifier->text(), shown);
-        QCOMPARE(volumeId(rig.ejectedImage()), shown);
+        QCOMPARE(isoinfoVolumeId(rig.ejectedImage()), shown);
     }
 
     void everyEndLeavesTheWindowsAtRest_data() {
@@ -222,16 +222,14 @@ private slots:
         f->runCommand("CLOSETRAY");
         QCOMPARE(f->Tessaly->LastSessionStatus(), int(CDWriterPro::SessionIncomplete));
         QTRY_COMPARE(rig.boxes.size(), 2); // the arrival is told by a queued media event
-        QStringList prompts;
-        for (const WriteRig::Box &box : rig.boxes)
-            prompts << box.prompt;
-        QVERIFY(prompts[1].startsWith("The last session of this disc is open"));
+        const QString told = rig.boxes[1].prompt;
+        QVERIFY(told.startsWith("The last session of this disc is open"));
         QVERIFY(f->SmartMenu->Item("SESSION")->Enabled());
         // A write is refused with the same words, before anything goes to the drive.
         burn = rig.openDialog();
         burn->optWrite->click();
         burn->cmdWrite->click();
-        QCOMPARE(rig.boxes.last().prompt, prompts[1]);
+        QCOMPARE(rig.boxes.last().prompt, told);
         QVERIFY(!burn->tmrBurn->isActive());
     }
 };
