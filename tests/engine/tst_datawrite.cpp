@@ -36,8 +36,6 @@ private slots:
         rig.engine.setVolumeIdentifier("FIRST");
         rig.engine.setPublisherIdentifier("TESSALY TEST");
         rig.engine.setCacheImage(cache);
-        const QString log = QDir(rig.env.appFolder()).filePath("Dat/Burnlog.txt");
-        rig.engine.SetLogging(true, log);
         rig.engine.setTestWrite(false);
         const qint32 blocks = rig.engine.ISOImageBlocks();
         const qint32 free0 = rig.engine.FreeBlocks();
@@ -56,11 +54,6 @@ private slots:
         QVERIFY(rig.probe.trackPercents.contains(1));
         QCOMPARE(rig.probe.trackPercents.last(), 100);
         QVERIFY(QDir(rig.env.appFolder() + "/Cache").entryList(QDir::Files).isEmpty());
-        QFile logFile(log);
-        QVERIFY(logFile.open(QIODevice::ReadOnly));
-        const QByteArray logText = logFile.readAll();
-        QVERIFY(logText.contains("Finished well."));
-        QVERIFY(logText.contains("Closing the session."));
 
         // An open disc with one session, its space less the session and its overhead.
         const bool cd = medium.startsWith("CD");
@@ -101,7 +94,6 @@ private slots:
         QCOMPARE(rig.engine.SessionCount(), 3);
 
         const QString image = rig.eject();
-        QVERIFY(!image.isEmpty());
         const qint32 start2 = cd ? nwa : second;
         const auto hashes = [&](const QStringList &pairs) {
             QMap<QString, QByteArray> out; // "disc path=source path"
@@ -142,6 +134,19 @@ private slots:
         QCOMPARE(rig.engine.FreeBlocks(), 360000);
     }
 
+    void imageLargerThanMedium() {
+        EngineRig rig("CD-R 74", EngineRig::Data);
+        QTemporaryDir src;
+        QFile big(src.filePath("big.bin"));
+        QVERIFY(big.open(QIODevice::WriteOnly) && big.resize(qint64(700) << 20)); // sparse
+        big.close();
+        rig.engine.AddISOFile("\\big.bin", big.fileName());
+        QVERIFY(rig.write()); // refused before anything is read
+        QCOMPARE(rig.probe.events, QStringList({"PreparingToWrite", "WriteError"}));
+        QCOMPARE(rig.probe.driveError, 1021);
+        QCOMPARE(rig.engine.DiscStatus(), 0);
+    }
+
     void importRefusesWhatIsNotModeOne() {
         EngineRig rig("CD-R 80", EngineRig::Data);
         QVERIFY(!rig.engine.ImportLastSession(true)); // a blank disc
@@ -178,7 +183,6 @@ private slots:
         QVERIFY(rig.engine.WriteISOFile(src.filePath("made.iso")));
         QVERIFY(rig.probe.waitForEnd());
         QCOMPARE(rig.probe.endingEvent(), QStringLiteral("WriteComplete"));
-        QVERIFY(rig.probe.trackPercents.contains(1));
         QCOMPARE(rig.probe.count("CachingStatus"), 0);
         // A plain image goes on an empty disc only.
         QVERIFY(!rig.engine.WriteISOFile(src.filePath("made.iso")));
