@@ -270,21 +270,17 @@ private slots:
         delete form;
     }
 
-    void commandsOpenTools() {
+    // The frame's command opens the tool once; leaving the program asks to save its options.
+    void commandOpensTheTool() {
         TestEnvironment env;
         ScriptedAnswers answers;
         QVERIFY(env.startProgram());
         mdiMain *main = DefaultInstance<mdiMain>::peek();
-        // A second command brings the open window forward instead of making another.
-        for (int i = 0; i < 2; ++i) {
-            main->runCommand(QStringLiteral("DECODEMP3"));
-            main->runCommand(QStringLiteral("NORMALIZE"));
-        }
+        main->runCommand(QStringLiteral("DECODEMP3"));
+        main->runCommand(QStringLiteral("DECODEMP3"));
         QCOMPARE(main->findChildren<frmDecode *>().size(), 1);
-        QCOMPARE(main->findChildren<frmNormalize *>().size(), 1);
-        QVERIFY(DefaultInstance<frmNormalize>::peek()->isVisible());
-        QCOMPARE(DefaultInstance<frmDecode>::peek()->lblStatus->text(), QStringLiteral(" -b 128"));
-        env.stopProgram(); // while the answers stand: the MP3 tool asks whether to save its options
+        QVERIFY(DefaultInstance<frmDecode>::peek()->isVisible());
+        env.stopProgram();
         QCOMPARE(answers.boxes.last().title, QStringLiteral("Save Program Options"));
     }
 };

@@ -3,10 +3,6 @@
 //   audio [FOLDER]      the audio window half-way through its second track
 //   write [FOLDER]      the write dialog a third of the way through writing FOLDER
 //   data FOLDER         the data window opened at the dropped FOLDER
-//   saveiso | burniso   the options box of saving or of writing an ISO file
-//   preview data|audio  the print preview of a generated compilation
-//   error [reported]    the trap's dialog after a division by zero
-//   ripper EXTRACT.png  the ripper window, and the extraction dialog mid-job in EXTRACT.png
 #include "DataWindowRig.h"
 #include "Fixtures.h"
 #include "ReadBack.h"
@@ -49,8 +45,6 @@
 #include <QUrl>
 
 namespace {
-
-volatile int zero = 0;
 
 bool grabScreen(const QString &out) {
     QTest::qWait(300);
@@ -119,10 +113,7 @@ bool writeDialog(const QString &out, QString folder, bool dataOnly) {
     mdiMain *f = rig.frame();
     newCompilation(f, false);
     frmData *data = DefaultInstance<frmData>::peek();
-    QMimeData dropped;
-    dropped.setUrls({QUrl::fromLocalFile(QDir(folder).absolutePath())});
-    data->OLEDragDrop(&dropped);
-    QCoreApplication::processEvents();
+    ViewGestures::drop(data->tvwDirectories, {QDir(folder).absolutePath()});
     if (QTreeWidgetItem *top = data->tvwDirectories->topLevelItem(0))
         top->setExpanded(true);
     if (dataOnly) {
@@ -147,109 +138,6 @@ bool writeDialog(const QString &out, QString folder, bool dataOnly) {
     return saved;
 }
 
-bool isoOptions(const QString &out, bool burn) {
-    WriteRig rig({}, 99);
-    if (!rig.started())
-        return false;
-    QTemporaryDir dir;
-    const QString iso = dir.filePath("photos.iso");
-    Fixtures::writeFile(dir.filePath("src/photo.jpg"), Fixtures::pseudoRandom(300000, 1));
-    ReadBack::run("xorriso", {"-as", "mkisofs", "-quiet", "-o", iso, dir.filePath("src")});
-    if (!burn) {
-        FormRegistry::open(QStringLiteral("frmData"));
-        FormRegistry::open(QStringLiteral("ResetImage"));
-        rig.frame()->Tessaly->AddISODirectory("\\Photos", dir.filePath("src"));
-    }
-    rig.answers.answerFile(burn ? std::optional<QString>(iso) : std::nullopt);
-    bool saved = false;
-    QTimer::singleShot(200, [&] {
-        if (QWidget *box = QApplication::activeModalWidget()) {
-            saved = grabScreen(out);
-            box->findChild<QPushButton *>("cmdContinue")->click();
-        }
-    });
-    rig.frame()->runCommand(burn ? "WRITEISO" : "SAVEASISO");
-    Waits::until([&] { return !burn || !rig.ending.isEmpty(); });
-    return saved;
-}
-
-bool preview(const QString &out, bool audio) {
-    DataWindowRig rig;
-    if (!rig.started())
-        return false;
-    QStringList paths;
-    for (const char *name : {"Photos/2025 Holiday/beach.jpg", "Photos/portrait.png", "readme.txt",
-                             "Letters/a letter with a name far too long to fit in its column of "
-                             "the printed list, which cuts it short.odt"})
-        paths.append(rig.source(name, QByteArray(300000, 'p')));
-    if (audio) {
-        rig.data()->close();
-        newCompilation(rig.frame(), true);
-        paths.clear();
-        for (const char *name : {"01 Morning.wav", "02 Harbour Lights.wav", "03 Rain.wav"})
-            paths.append(rig.source(name, Fixtures::cdWave(Fixtures::pseudoRandom(900000, 1))));
-        ViewGestures::drop(DefaultInstance<frmAudio>::peek()->lvwAudioTracks, paths);
-    } else {
-        rig.drop(rig.data()->tvwDirectories,
-                 {QFileInfo(paths[1]).path(), paths[2], QFileInfo(paths[3]).path()});
-    }
-    rig.frame()->runCommand(QStringLiteral("PRINTPREVIEW"));
-    QTest::qWait(300);
-    frmPreView *shown = DefaultInstance<frmPreView>::peek();
-    return shown && shown->grab().save(out);
-}
-
-bool errorDialog(const QString &out, bool reported) {
-    TestEnvironment env;
-    if (!env.startProgram())
-        return false;
-    vbwHandleException();
-    vbwFrmErrHandler::setAnswerer({});
-    vbwState().vbwfHasReported = reported;
-    QTest::qWait(500);
-    bool saved = false;
-    QTimer::singleShot(1000, [&] {
-        saved = QGuiApplication::primaryScreen()->grabWindow(0).save(out);
-        if (QWidget *dialog = QApplication::activeModalWidget())
-            dialog->close();
-    });
-    ErrorTrap::run("cmdDivide_Click", "frmData", [] { zero = 7 / zero; });
-    env.stopProgram();
-    return saved;
-}
-
-// Waves held inside the last file, so that the extraction is caught in the middle.
-bool ripper(const QString &out, const QString &extractOut) {
-    RipperRig rig;
-    frmRipper window(rig.ripper.get());
-    window.resize(760, 420);
-    window.Form_Load();
-    window.cboEncoders->setCurrentIndex(1);
-    auto encoder = std::make_shared<HoldingEncoder>();
-    encoder->holdIn = QStringLiteral("Track03.wav");
-    rig.ripper->SetEncoder(encoder);
-    rig.ripper->setUseEncoder(true);
-    window.show();
-    for (int row : {0, 2})
-        window.lvwTracks->topLevelItem(row)->setCheckState(0, Qt::Checked);
-    window.lvwTracks->setCurrentItem(window.lvwTracks->topLevelItem(0));
-    QTest::qWait(600);
-    bool saved = window.grab().save(out);
-    QTimer::singleShot(0, [&] {
-        frmExtract *dialog = frmExtract::instance();
-        dialog->txtFileName->setText(rig.writer.env.appFolder() + "/Track.wav");
-        dialog->cmdGo->click();
-        saved =
-            QTest::qWaitFor([dialog] { return dialog->prgTotal->value() == 1; }, 60000) && saved;
-        QTest::qWait(300);
-        saved = dialog->grab().save(extractOut) && saved;
-        encoder->cancelled = true;
-        dialog->close();
-    });
-    window.cmdExtract->click();
-    return saved;
-}
-
 } // namespace
 
 int main(int argc, char **argv) {
@@ -261,14 +149,6 @@ int main(int argc, char **argv) {
         saved = audioWindow(out, arg);
     else if (scene == u"write" || scene == u"data")
         saved = writeDialog(out, arg, scene == u"data");
-    else if (scene == u"saveiso" || scene == u"burniso")
-        saved = isoOptions(out, scene == u"burniso");
-    else if (scene == u"preview")
-        saved = preview(out, arg == u"audio");
-    else if (scene == u"error")
-        saved = errorDialog(out, arg == u"reported");
-    else if (scene == u"ripper" && !arg.isEmpty())
-        saved = ripper(out, arg);
     else
         return 2;
     return saved ? 0 : 1;

@@ -35,10 +35,6 @@ void fillImage(CDWriterPro *cd, const QTemporaryDir &src, int size = 200 * 1024)
     cd->AddISOFile("\\b.bin", src.filePath("b.bin"));
 }
 
-QString isoinfoFile(const QString &image, const QString &path) {
-    return QString::fromLatin1(ReadBack::run("isoinfo", {"-i", image, "-x", path}).toBase64());
-}
-
 // The nine labels of a data disc, in the order the engine's identifiers are listed below.
 QList<QString *> labelGlobals() {
     return {&gstrVolumeIdentifier,
@@ -271,9 +267,6 @@ private slots:
             QCOMPARE(rig.boxes[0].title, QStringLiteral("Tessaly - Information"));
             QCOMPARE(rig.boxes[0].buttons, int(vbInformation));
             QCOMPARE(rig.boxes[0].dataPanel, QStringLiteral(" Writing Complete!"));
-            // Ejected after the box: the disc in the ejected folder holds the image.
-            QCOMPARE(isoinfoFile(rig.ejectedImage(), "/B.BIN;1"),
-                     QString::fromLatin1(pseudoRandom(1024 * 1024, 2).toBase64()));
         }
     }
 
