@@ -167,23 +167,14 @@ private slots:
             QVERIFY(!QFile::exists(file));
     }
 
-    // What libavcodec's wmav2 takes, by bit rate: the sample rates 8,000 to 48,000 Hz, stereo then
-    // mono, '1' where it opens: below 24kb/s nothing, from there every rate.
+    // What libavcodec's wmav2 takes: below 24kb/s nothing, from there every sample rate from
+    // 8,000 to 48,000 Hz, stereo and mono.
     void wmaTable() {
-        QStringList table;
-        for (qint32 rate : {5, 6, 8, 10, 12, 16, 20, 22, 32, 40, 48, 64, 80, 96, 128, 160}) {
-            QString row = QString::number(rate) + ':';
+        for (qint32 rate : {5, 6, 8, 10, 12, 16, 20, 22, 32, 40, 48, 64, 80, 96, 128, 160})
             for (bool stereo : {true, false})
                 for (qint32 i = 0; i < WMAEncoderX::SampleRateCount; ++i)
-                    row += WMAEncoderX::SampleRateSupported(i, rate, stereo) ? '1' : '0';
-            table << row;
-        }
-        QStringList pinned;
-        for (const char *row : {"5", "6", "8", "10", "12", "16", "20", "22"})
-            pinned << QLatin1String(row) + ':' + QString(14, '0');
-        for (const char *row : {"32", "40", "48", "64", "80", "96", "128", "160"})
-            pinned << QLatin1String(row) + ':' + QString(14, '1');
-        QCOMPARE(table, pinned);
+                    QCOMPARE(WMAEncoderX::SampleRateSupported(i, rate, stereo), rate > 22);
+        QCOMPARE(WMAEncoderX::SampleRateCount, 7);
     }
 };
 

@@ -66,17 +66,13 @@ private slots:
         engine.RemoveAudioTrack(4);
         rows = listed(engine);
         QCOMPARE(rows.size(), 3);
-        QCOMPARE(rows[0].file, f[4]);
-        QCOMPARE(rows[1].file, f[3]);
-        QCOMPARE(rows[2].file, f[0]);
+        QCOMPARE(QStringList({rows[0].file, rows[1].file, rows[2].file}),
+                 QStringList({f[4], f[3], f[0]}));
         QCOMPARE(rows[2].number, 3);
 
         engine.ClearAudioTracks();
         QCOMPARE(engine.AudioTrackCount(), 0);
         QCOMPARE(engine.AudioImageBlocks(), 0);
-        QSignalSpy none(&engine, &CDWriterPro::EnumAudioTrack);
-        engine.ListAudioTracks();
-        QCOMPARE(none.size(), 0);
     }
 
     void sizesCountTheGaps_data() {

@@ -66,40 +66,6 @@ void flipByte(const QString &path, qint64 offset) {
     QVERIFY(f.seek(offset));
     QVERIFY(f.putChar(char(c ^ 0x40)));
 }
-// The child of signalDuringWriteGoesThroughAbortHandler: starts a long write to the file drive
-// named in the environment and says "writing" when the drive has begun.
-int writeUntilKilled(int argc, char **argv) {
-    QCoreApplication app(argc, argv);
-    // Everything goes beside the file drive: this process ends through exit() and cleans nothing.
-    const QString disc = qEnvironmentVariable("TESSALY_BURN_CHILD");
-    const QDir folder = QFileInfo(disc).dir();
-    App::setPath(folder.path());
-    DriveScanner::addPseudoDrive(disc);
-    CDWriterPro engine;
-    engine.InitializeDrives(false);
-    engine.SelectDrive(0);
-    engine.ClearISOImage();
-    QFile big(folder.filePath("big.bin"));
-    if (!big.open(QIODevice::WriteOnly) || !big.resize(qint64(4) * 1024 * 1024 * 1024))
-        return 10;
-    big.close();
-    engine.AddISOFile("\\big.bin", big.fileName());
-    bool told = false;
-    QObject::connect(&engine, &CDWriterPro::TrackWriteStatus, &app,
-                     [&](qint32, qint32 done, qint32) {
-                         if (!told && done > 0) {
-                             told = true;
-                             std::fputs("writing\n", stdout);
-                             std::fflush(stdout);
-                         }
-                     });
-    QObject::connect(&engine, &CDWriterPro::WriteComplete, &app,
-                     [] { QCoreApplication::exit(11); });
-    QObject::connect(&engine, &CDWriterPro::WriteError, &app, [] { QCoreApplication::exit(12); });
-    if (!engine.WriteDisc())
-        return 13;
-    return app.exec();
-}
 } // namespace
 
 class tst_BurnRecorder : public QObject {
@@ -107,15 +73,14 @@ class tst_BurnRecorder : public QObject {
 private slots:
     void twoSessionsReadBackByXorriso() {
         EngineRig rig(EngineRig::FileDrive);
-        QCOMPARE(rig.engine.DriveCount(), 2);
         QCOMPARE(rig.engine.DriveLetter(0), QStringLiteral("FILE"));
-        QVERIFY(rig.engine.DriveIsRecorder(0));
         QCOMPARE(rig.engine.MediaType(), 1); // a file resembles a DVD-RAM
         QCOMPARE(rig.engine.DiscStatus(), 0);
         QCOMPARE(rig.engine.SessionCount(), 1);
         QVERIFY(rig.engine.CurrentDriveCapability(10));  // writes DVD-RAM
         QVERIFY(!rig.engine.CurrentDriveCapability(6));  // no CD-R
         QVERIFY(!rig.engine.CurrentDriveCapability(64)); // past the last code
+        QVERIFY(rig.engine.CurrentDriveCapability(41) && rig.engine.CurrentDriveCapability(42));
         QTemporaryDir src;
         writeFile(src.filePath("docs/report one.txt"), pseudoRandom(300000, 1));
         writeFile(src.filePath("docs/Ünïcode.bin"), pseudoRandom(12345, 2));
@@ -129,7 +94,6 @@ private slots:
             squeezed(rig.probe.events).join(u' '),
             QStringLiteral("PreparingToWrite CreatingDirectories TrackWriteStatus ClosingTrack "
                            "ClosingSession WriteComplete"));
-        QVERIFY(rig.probe.trackPercents.contains(1));
         QCOMPARE(rig.probe.trackPercents.last(), 100);
         QFile logFile(log);
         QVERIFY(logFile.open(QIODevice::ReadOnly));
@@ -181,7 +145,6 @@ private slots:
         rig.engine.setTestWrite(true);
         QVERIFY(rig.write());
         QCOMPARE(rig.probe.endingEvent(), QStringLiteral("WriteComplete"));
-        QCOMPARE(rig.probe.trackPercents.last(), 100);
         QCOMPARE(QFileInfo(rig.disc).size(), 0);
         QCOMPARE(rig.engine.DiscStatus(), 0);
     }
@@ -201,7 +164,6 @@ private slots:
         connect(&rig.engine, &CDWriterPro::TrackWriteStatus, this,
                 [&] { typesDuringWrite << rig.engine.MediaType(); });
         QVERIFY(rig.write());
-        disconnect(&rig.engine, &CDWriterPro::TrackWriteStatus, this, nullptr);
         QVERIFY(!typesDuringWrite.isEmpty());
         QCOMPARE(typesDuringWrite, QList<qint32>(typesDuringWrite.size(), 1));
         QCOMPARE(
@@ -354,101 +316,7 @@ private slots:
         QVERIFY(rig.write());
         QCOMPARE(ReadBack::xorrisoToc(rig.disc).value(0).first, 32);
     }
-
-    void sessionsOfXorrisoAreFound() {
-        // Two sessions appended by xorriso itself: this recorder finds them where xorriso does.
-        QTemporaryDir dir;
-        const QString image = dir.filePath("x.iso");
-        writeFile(dir.filePath("a/one.bin"), pseudoRandom(100000, 13));
-        writeFile(dir.filePath("b/two.bin"), pseudoRandom(3000, 14));
-        ReadBack::run("xorriso", {"-outdev", image, "-map", dir.filePath("a"), "/", "-commit"});
-        ReadBack::run("xorriso", {"-dev", image, "-map", dir.filePath("b"), "/b", "-commit"});
-        const auto toc = ReadBack::xorrisoToc(image);
-        QCOMPARE(toc.size(), 2);
-        QFile f(image);
-        QVERIFY(f.open(QIODevice::ReadOnly));
-        const QByteArray bytes = f.readAll();
-        const auto reader = [&](qint32 lba, char *block) {
-            if (qint64(lba + 1) * 2048 > bytes.size())
-                return false;
-            std::copy_n(bytes.constData() + qint64(lba) * 2048, 2048, block);
-            return true;
-        };
-        const auto sessions = OverwriteSessions::scan(reader, 1 << 20);
-        QCOMPARE(sessions.size(), 2);
-        for (int i = 0; i < 2; ++i) {
-            QCOMPARE(sessions[i].start, toc[i].first);
-            QCOMPARE(sessions[i].blocks, toc[i].second);
-        }
-        const QByteArray media = ReadBack::run("xorriso", {"-indev", image, "-toc"});
-        const auto nwa =
-            QRegularExpression(R"(Media nwa\s*:\s*(\d+)s)").match(QString::fromUtf8(media));
-        QVERIFY(nwa.hasMatch());
-        QCOMPARE(OverwriteSessions::nextStart(sessions), nwa.captured(1).toInt());
-    }
-
-    void grabbingDoesNotLeakDrives() {
-        // libburn keeps a fixed table of drives: a grab that is not given back fills it.
-        QTemporaryDir media;
-        const QString address = "stdio:" + media.filePath("g.iso");
-        for (int i = 0; i < 300; ++i) {
-            QString why;
-            auto drive = BurnDrive::grab(address, false, &why);
-            QVERIFY2(drive, qPrintable(QStringLiteral("grab %1: %2").arg(i).arg(why)));
-        }
-    }
-
-    void abortGuardGivesBackTheHandlers() {
-        struct sigaction mine {};
-        mine.sa_handler = [](int) {};
-        struct sigaction before {};
-        QCOMPARE(sigaction(SIGUSR1, &mine, &before), 0);
-        {
-            BurnLibrary::AbortGuard guard;
-            struct sigaction during {};
-            sigaction(SIGUSR1, nullptr, &during);
-            QVERIFY(during.sa_handler != mine.sa_handler); // libburn's handler has it
-        }
-        struct sigaction after {};
-        sigaction(SIGUSR1, nullptr, &after);
-        QVERIFY(after.sa_handler == mine.sa_handler);
-        sigaction(SIGUSR1, &before, nullptr);
-    }
-
-    void signalDuringWriteGoesThroughAbortHandler() {
-        // libburn's handler stops the drive and exits with 1 instead of dying mid-command.
-        QTemporaryDir media;
-        const QString disc = media.filePath("killed.iso");
-        QProcess child;
-        QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
-        env.insert("TESSALY_BURN_CHILD", disc);
-        child.setProcessEnvironment(env);
-        child.start(QCoreApplication::applicationFilePath(), {});
-        QVERIFY(child.waitForStarted());
-        QByteArray said;
-        while (!said.contains("writing") && child.state() == QProcess::Running) {
-            child.waitForReadyRead(1000);
-            said += child.readAllStandardOutput();
-        }
-        QVERIFY2(said.contains("writing"), said.constData());
-        QCOMPARE(::kill(pid_t(child.processId()), SIGTERM), 0);
-        QVERIFY(child.waitForFinished(60000));
-        QCOMPARE(child.exitStatus(), QProcess::NormalExit);
-        QCOMPARE(child.exitCode(), 1);
-        // Nothing of the broken write counts: the file reads as a blank medium.
-        BurnRecorder recorder({"stdio:" + disc, "libburn", "File drive", true});
-        QCOMPARE(recorder.medium().discStatus, 0);
-    }
 };
 
-int main(int argc, char **argv) {
-    if (qEnvironmentVariableIsSet("TESSALY_BURN_CHILD"))
-        return writeUntilKilled(argc, argv);
-    QApplication app(argc, argv);
-    app.setAttribute(Qt::AA_Use96Dpi, true);
-    tst_BurnRecorder tc;
-    QTEST_SET_MAIN_SOURCE_PATH
-    return QTest::qExec(&tc, argc, argv);
-}
-
+QTEST_MAIN(tst_BurnRecorder)
 #include "tst_burnrecorder.moc"

@@ -150,6 +150,13 @@ private slots:
         QCOMPARE(rig.engine.LastSessionStatus(), lastSessionStatus);
         QCOMPARE(rig.engine.SessionCount(), sessionCount);
         QCOMPARE(rig.engine.FreeBlocks() > 0, discStatus < 2);
+        QCOMPARE(rig.engine.MaxWriteSpeed() > 0, discStatus < 2);
+        // A closed disc is still imported for a look at it.
+        if (discStatus == 2) {
+            rig.engine.ClearISOImage();
+            QVERIFY(rig.engine.ImportLastSession(true));
+            QCOMPARE(rig.engine.ISOFileCount(), 1);
+        }
         if (state == u"blank")
             return;
         // The closed session still reads as the ISO image it holds.

@@ -70,17 +70,12 @@ private slots:
         CDNotify notify(&rig.engine);
         QSignalSpy arrival(&notify, &CDNotify::Arrival);
         QSignalSpy removal(&notify, &CDNotify::RemoveComplete);
-        QTest::qWait(1200);
-        QCOMPARE(arrival.size() + removal.size(), 0);
         rig.engine.MoveTray(true); // closing a loaded tray changes nothing
-        QCOMPARE(arrival.size(), 0);
         // Queued: a MoveTray made inside a write event never runs media events nested in it.
         rig.engine.MoveTray(false);
         QCOMPARE(removal.size(), 0);
         QTRY_COMPARE(removal.size(), 1);
-        rig.engine.MoveTray(false); // nothing more to take out
-        QTest::qWait(600);
-        QCOMPARE(removal.size(), 1);
+        QCOMPARE(arrival.size(), 0); // anything the first call queued has come by now
     }
 };
 

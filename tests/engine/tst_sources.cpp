@@ -56,6 +56,8 @@ private slots:
         QTest::newRow("disc, cached: deleted") << "disc" << true << "deleted" << 0;
         QTest::newRow("disc, cached: grown") << "disc" << true << "grown" << -1;
         QTest::newRow("audio: wave replaced by a named pipe") << "audio" << false << "pipe" << 0;
+        QTest::newRow("audio, cached: wave deleted") << "audio" << true << "deleted" << 0;
+        QTest::newRow("audio: wave shrunk to garbage") << "audio" << false << "shrunk" << 2;
     }
 
     void changedAfterAdding() {
@@ -103,6 +105,7 @@ private slots:
                          QStringList({"PreparingToWrite", "ReadingTrackFileError", "WriteError"}));
                 QCOMPARE(rig.probe.writeError, 1);
                 QCOMPARE(rig.engine.DiscStatus(), 0);
+                QCOMPARE(rig.errorTrack, 1);
             }
             return;
         }

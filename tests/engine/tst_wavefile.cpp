@@ -83,38 +83,6 @@ private slots:
         QCOMPARE(engine.AddAudioTrack(dir.filePath("t.wav"), 1), sound);
         QCOMPARE(engine.AudioTrackCount(), sound ? 1 : 0);
     }
-
-    void samplesComeOutLittleEndianAndWhole() {
-        QByteArray bytes =
-            riff(chunk("LIST", "INFO") + fmt(1, 2, 44100, 16) + chunk("data", pcm(777)));
-        QBuffer buffer(&bytes);
-        buffer.open(QIODevice::ReadOnly);
-        WaveFile w;
-        QCOMPARE(w.open(&buffer), WaveFile::Status::Ok);
-        QCOMPARE(w.frames(), qint64(777));
-        QByteArray out(777 * 4, '\0');
-        qint64 got = 0;
-        while (got < 777) {
-            const qint64 n = w.readFrames(out.data() + got * 4, qMin<qint64>(100, 777 - got));
-            QVERIFY(n > 0);
-            got += n;
-        }
-        QCOMPARE(w.readFrames(out.data(), 10), qint64(0));
-        QVERIFY(!w.failed());
-        QCOMPARE(out, pcm(777));
-    }
-
-    void mp3RenamedOrMissingIsRefused() {
-        QCOMPARE(WaveFile::judge("/nonexistent/a.wav"), WaveFile::Status::CannotOpen);
-        QTemporaryDir dir;
-        writeFile(dir.filePath("in.wav"), riff(fmt(1, 2, 44100, 16) + chunk("data", pcm(44100))));
-        int status = -1;
-        ReadBack::run("lame", {"--quiet", dir.filePath("in.wav"), dir.filePath("song.mp3")},
-                      &status);
-        QVERIFY2(status == 0, "lame is installed by scripts/setup");
-        QVERIFY(QFile::rename(dir.filePath("song.mp3"), dir.filePath("song.wav")));
-        QCOMPARE(WaveFile::judge(dir.filePath("song.wav")), WaveFile::Status::Malformed);
-    }
 };
 
 QTEST_GUILESS_MAIN(tst_WaveFile)
