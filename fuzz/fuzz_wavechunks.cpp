@@ -1,6 +1,6 @@
 #include "compilation/WaveChunks.h"
 
-#include <QBuffer>
+#include <QtCore>
 #include <cstddef>
 #include <cstdint>
 

@@ -1,6 +1,6 @@
 #include "engine/writer/audio/WaveFile.h"
 
-#include <QBuffer>
+#include <QtCore>
 #include <cstddef>
 #include <cstdint>
 

@@ -14,17 +14,8 @@
 #include "widgets/FolderView.h"
 #include "widgets/Twips.h"
 
-#include <QApplication>
-#include <QDir>
-#include <QFile>
-#include <QLabel>
-#include <QMdiSubWindow>
-#include <QMimeData>
-#include <QPushButton>
-#include <QRadioButton>
-#include <QTemporaryDir>
-#include <QTest>
-#include <QUrl>
+#include <QtTest>
+#include <QtWidgets>
 
 using namespace FrameFixture;
 

@@ -1,7 +1,7 @@
 #include "app/modGlobals.h"
 
-#include <QLineEdit>
-#include <QTest>
+#include <QtTest>
+#include <QtWidgets>
 
 class tst_Globals : public QObject {
     Q_OBJECT

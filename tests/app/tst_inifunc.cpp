@@ -1,10 +1,7 @@
 #include "TestEnvironment.h"
 #include "app/modIniFunc.h"
 
-#include <QDir>
-#include <QFile>
-#include <QFileInfo>
-#include <QTest>
+#include <QtTest>
 
 // What the two functions every window uses add to the options file's reading and writing: the
 // file's own rules are tst_inifile's.

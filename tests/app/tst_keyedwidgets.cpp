@@ -10,14 +10,8 @@
 #include "widgets/KeyedToolbar.h"
 #include "widgets/PictureList.h"
 
-#include <QAction>
-#include <QApplication>
-#include <QMenu>
-#include <QMenuBar>
-#include <QStatusBar>
-#include <QTemporaryDir>
-#include <QTest>
-#include <QToolBar>
+#include <QtTest>
+#include <QtWidgets>
 
 #include <functional>
 

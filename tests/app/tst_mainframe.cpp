@@ -21,20 +21,8 @@
 #include "widgets/LineControl.h"
 #include "widgets/Twips.h"
 
-#include <QApplication>
-#include <QComboBox>
-#include <QLineEdit>
-#include <QMdiArea>
-#include <QMdiSubWindow>
-#include <QMenu>
-#include <QProcess>
-#include <QPushButton>
-#include <QStatusBar>
-#include <QTabWidget>
-#include <QTest>
-#include <QTimer>
-#include <QToolBar>
-#include <QTreeWidget>
+#include <QtTest>
+#include <QtWidgets>
 
 using namespace FrameFixture;
 

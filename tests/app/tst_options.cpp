@@ -7,20 +7,8 @@
 #include "widgets/DefaultInstance.h"
 #include "widgets/Twips.h"
 
-#include <QCheckBox>
-#include <QFile>
-#include <QFileSystemModel>
-#include <QGroupBox>
-#include <QLabel>
-#include <QLineEdit>
-#include <QPushButton>
-#include <QRadioButton>
-#include <QSlider>
-#include <QTabBar>
-#include <QTemporaryDir>
-#include <QTest>
-#include <QTimer>
-#include <QTreeView>
+#include <QtTest>
+#include <QtWidgets>
 
 namespace {
 

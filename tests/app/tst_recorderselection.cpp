@@ -13,10 +13,8 @@
 #include "widgets/KeyedStatusBar.h"
 #include "widgets/LineControl.h"
 
-#include <QApplication>
-#include <QComboBox>
-#include <QProgressBar>
-#include <QTest>
+#include <QtTest>
+#include <QtWidgets>
 
 using namespace FrameFixture;
 

@@ -8,8 +8,7 @@
 #include "engine/writer/CDWriterPro.h"
 #include "engine/writer/recorders/image/ImageRecorder.h"
 
-#include <QDir>
-#include <QTest>
+#include <QtTest>
 
 class tst_SpaceAndFailures : public QObject {
     Q_OBJECT

@@ -7,13 +7,8 @@
 #include "diagnostics/vbwErrHandler.h"
 #include "widgets/DefaultInstance.h"
 
-#include <QFile>
-#include <QFileInfo>
-#include <QLabel>
-#include <QProcess>
-#include <QProgressBar>
-#include <QTest>
-#include <QTimer>
+#include <QtTest>
+#include <QtWidgets>
 
 #include <pwd.h>
 #include <unistd.h>

@@ -6,9 +6,8 @@
 #include "diagnostics/vbwFrmErrHandler.h"
 #include "diagnostics/vbwTrace.h"
 
-#include <QTest>
-#include <QTimer>
-#include <QWidget>
+#include <QtTest>
+#include <QtWidgets>
 #include <stdexcept>
 
 class tst_Trap : public QObject {

@@ -2,7 +2,7 @@
 #include "base/Conversions.h"
 #include "base/RuntimeError.h"
 
-#include <QTest>
+#include <QtTest>
 #include <functional>
 
 namespace {

@@ -1,7 +1,7 @@
 #include "base/Format.h"
 #include "base/VbDate.h"
 
-#include <QTest>
+#include <QtTest>
 
 class tst_Format : public QObject {
     Q_OBJECT

@@ -1,7 +1,7 @@
 #include "Rows.h"
 #include "base/IniFile.h"
 
-#include <QTest>
+#include <QtTest>
 
 struct IniRead {
     QByteArray text;

@@ -7,9 +7,7 @@
 #include "Waits.h"
 #include "compilation/modCDPlay.h"
 
-#include <QCoreApplication>
-#include <QTemporaryDir>
-#include <QTest>
+#include <QtTest>
 
 using namespace Fixtures;
 

@@ -16,16 +16,8 @@
 #include "widgets/KeyedMenu.h"
 #include "widgets/Twips.h"
 
-#include <QLineEdit>
-#include <QMdiArea>
-#include <QMenu>
-#include <QMimeData>
-#include <QProgressBar>
-#include <QRegularExpression>
-#include <QTemporaryDir>
-#include <QTest>
-#include <QTimer>
-#include <QTreeWidget>
+#include <QtTest>
+#include <QtWidgets>
 
 namespace {
 const QString info = QStringLiteral("Tessaly - Information|");

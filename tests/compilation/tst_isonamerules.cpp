@@ -1,6 +1,6 @@
 #include "compilation/IsoNameRules.h"
 
-#include <QTest>
+#include <QtTest>
 
 class tst_IsoNameRules : public QObject {
     Q_OBJECT

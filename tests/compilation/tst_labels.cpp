@@ -7,12 +7,8 @@
 #include "compilation/frmData.h"
 #include "compilation/frmLabels.h"
 
-#include <QFormLayout>
-#include <QLabel>
-#include <QLineEdit>
-#include <QPushButton>
-#include <QTest>
-#include <QTreeWidgetItem>
+#include <QtTest>
+#include <QtWidgets>
 
 namespace {
 // A box of the dialog: the global it shows and stores, its caption and its length limit.

@@ -14,17 +14,8 @@
 #include "widgets/LineControl.h"
 #include "widgets/Twips.h"
 
-#include <QComboBox>
-#include <QDir>
-#include <QDropEvent>
-#include <QLabel>
-#include <QLineEdit>
-#include <QMdiArea>
-#include <QMdiSubWindow>
-#include <QMimeData>
-#include <QTest>
-#include <QTreeWidget>
-#include <QUrl>
+#include <QtTest>
+#include <QtWidgets>
 
 namespace {
 QPoint centreOf(QTreeWidgetItem *item) {

@@ -12,10 +12,7 @@
 #include "engine/writer/recorders/DriveScanner.h"
 #include "engine/writer/recorders/image/ImageRecorder.h"
 
-#include <QDir>
-#include <QSignalSpy>
-#include <QTemporaryDir>
-#include <QTest>
+#include <QtTest>
 
 namespace {
 // The first `blocks` 2048-byte blocks of a file from block `start`.

@@ -10,14 +10,8 @@
 #include "copying/frmIsoripper.h"
 #include "copying/modCD2CD.h"
 
-#include <QComboBox>
-#include <QLabel>
-#include <QLineEdit>
-#include <QProgressBar>
-#include <QPushButton>
-#include <QRadioButton>
-#include <QTemporaryDir>
-#include <QTest>
+#include <QtTest>
+#include <QtWidgets>
 
 class tst_CopyWindows : public QObject {
     Q_OBJECT

@@ -9,12 +9,8 @@
 #include "dialogs/frmAbout.h"
 #include "dialogs/frmLicense.h"
 
-#include <QApplication>
-#include <QImage>
-#include <QPushButton>
-#include <QRegularExpression>
-#include <QTest>
-#include <QTreeWidget>
+#include <QtTest>
+#include <QtWidgets>
 
 static const QString AppId = QStringLiteral("org.tessaly.Tessaly");
 

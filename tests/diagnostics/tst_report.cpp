@@ -14,11 +14,8 @@
 #include "diagnostics/vbwTrace.h"
 #include "engine/writer/recorders/burn/BurnLibrary.h"
 
-#include <QClipboard>
-#include <QDir>
-#include <QGuiApplication>
-#include <QTest>
-#include <QUrl>
+#include <QtGui>
+#include <QtTest>
 #include <fcntl.h>
 #include <optional>
 #include <sys/wait.h>

@@ -5,8 +5,7 @@
 #include "diagnostics/vbwParameter.h"
 #include "diagnostics/vbwTrace.h"
 
-#include <QFile>
-#include <QTest>
+#include <QtTest>
 
 Q_DECLARE_METATYPE(vbwBounds)
 

@@ -16,14 +16,8 @@
 #include "engine/system/SystemCalls.h"
 #include "engine/writer/recorders/image/ImageRecorder.h"
 
-#include <QDir>
-#include <QFileInfo>
-#include <QLineEdit>
-#include <QProgressBar>
-#include <QPushButton>
-#include <QRadioButton>
-#include <QTest>
-#include <QTextBrowser>
+#include <QtTest>
+#include <QtWidgets>
 #include <optional>
 
 namespace {

@@ -15,18 +15,11 @@
 #include "engine/writer/CDWriterPro.h"
 #include "engine/writer/recorders/image/ImageRecorder.h"
 #include "widgets/DefaultInstance.h"
-#include "widgets/KeyedPanel.h"
 #include "widgets/KeyedStatusBar.h"
 #include "writing/frmBurn.h"
 
-#include <QCheckBox>
-#include <QComboBox>
-#include <QLineEdit>
-#include <QPushButton>
-#include <QRadioButton>
-#include <QTest>
-#include <QTreeWidget>
-#include <QTreeWidgetItemIterator>
+#include <QtTest>
+#include <QtWidgets>
 
 using DiscReadBack::Tree;
 using Fixtures::pseudoRandom;

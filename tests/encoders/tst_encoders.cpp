@@ -8,8 +8,7 @@
 #include "engine/encoders/VorbisEncoderX.h"
 #include "engine/encoders/WMAEncoderX.h"
 
-#include <QFile>
-#include <QTest>
+#include <QtTest>
 
 #include <functional>
 

@@ -4,11 +4,7 @@
 #include "Fixtures.h"
 #include "TestEnvironment.h"
 
-#include <QDir>
-#include <QFile>
-#include <QSignalSpy>
-#include <QTemporaryDir>
-#include <QTest>
+#include <QtTest>
 
 using namespace Fixtures;
 

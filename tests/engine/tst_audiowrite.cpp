@@ -4,11 +4,7 @@
 #include "Fixtures.h"
 #include "ReadBack.h"
 
-#include <QDir>
-#include <QFile>
-#include <QFileInfo>
-#include <QTemporaryDir>
-#include <QTest>
+#include <QtTest>
 
 using namespace Fixtures;
 

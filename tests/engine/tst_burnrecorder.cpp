@@ -5,21 +5,12 @@
 #include "ReadBack.h"
 #include "TestEnvironment.h"
 
-#include "engine/writer/recorders/DriveScanner.h"
 #include "engine/writer/recorders/burn/BurnDrive.h"
 #include "engine/writer/recorders/burn/BurnRecorder.h"
 #include "engine/writer/recorders/burn/BurnWriter.h"
-#include "engine/writer/recorders/burn/OverwriteSessions.h"
 
-#include "base/App.h"
-
-#include <QApplication>
-#include <QDir>
-#include <QFile>
-#include <QProcess>
-#include <QRegularExpression>
-#include <QTemporaryDir>
-#include <QTest>
+#include <QtTest>
+#include <QtWidgets>
 
 #include <csignal>
 #include <cstdio>

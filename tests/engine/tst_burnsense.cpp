@@ -7,7 +7,7 @@
 
 #include "Rows.h"
 
-#include <QTest>
+#include <QtTest>
 
 #include <cstring>
 

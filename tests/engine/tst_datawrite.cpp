@@ -2,13 +2,8 @@
 #include "EngineRig.h"
 #include "Fixtures.h"
 #include "ReadBack.h"
-#include "TestEnvironment.h"
 
-#include <QDir>
-#include <QFile>
-#include <QFileInfo>
-#include <QTemporaryDir>
-#include <QTest>
+#include <QtTest>
 
 using namespace Fixtures;
 

@@ -6,12 +6,7 @@
 
 #include "engine/writer/recorders/image/ImageRecorder.h"
 
-#include <QCoreApplication>
-#include <QDir>
-#include <QFile>
-#include <QFileInfo>
-#include <QTemporaryDir>
-#include <QTest>
+#include <QtTest>
 
 using namespace Fixtures;
 

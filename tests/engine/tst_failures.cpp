@@ -8,10 +8,7 @@
 #include "engine/notify/CDNotify.h"
 #include "engine/writer/recorders/image/ImageRecorder.h"
 
-#include <QDir>
-#include <QSignalSpy>
-#include <QTemporaryDir>
-#include <QTest>
+#include <QtTest>
 
 using namespace Fixtures;
 

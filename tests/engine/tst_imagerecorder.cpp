@@ -7,9 +7,7 @@
 #include "engine/writer/recorders/image/ImageMedium.h"
 #include "engine/writer/recorders/image/ImageRecorder.h"
 
-#include <QDir>
-#include <QFile>
-#include <QTest>
+#include <QtTest>
 
 class tst_ImageRecorder : public QObject {
     Q_OBJECT

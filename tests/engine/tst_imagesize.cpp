@@ -6,9 +6,7 @@
 #include "engine/writer/iso/ConverterCache.h"
 #include "engine/writer/iso/IsoImageTree.h"
 
-#include <QDir>
-#include <QFileInfo>
-#include <QTemporaryDir>
+#include <QtCore>
 
 #include <random>
 

@@ -2,15 +2,8 @@
 #include "EngineRig.h"
 #include "Fixtures.h"
 #include "ReadBack.h"
-#include "TestEnvironment.h"
 
-#include <QDir>
-#include <QFile>
-#include <QFileInfo>
-#include <QSignalSpy>
-#include <QTemporaryDir>
-#include <QTest>
-#include <QTimer>
+#include <QtTest>
 
 #include <csignal>
 #include <sys/resource.h>

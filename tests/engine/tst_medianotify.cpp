@@ -5,10 +5,7 @@
 #include "engine/notify/UdevMediaWatcher.h"
 #include "engine/writer/recorders/image/ImageRecorder.h"
 
-#include <QDir>
-#include <QFile>
-#include <QSignalSpy>
-#include <QTest>
+#include <QtTest>
 
 class tst_MediaNotify : public QObject {
     Q_OBJECT

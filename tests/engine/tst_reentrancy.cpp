@@ -7,10 +7,7 @@
 #include "engine/writer/recorders/image/ImageMedium.h"
 #include "engine/writer/recorders/image/ImageRecorder.h"
 
-#include <QDir>
-#include <QPointer>
-#include <QTemporaryDir>
-#include <QTest>
+#include <QtTest>
 
 using namespace Fixtures;
 using Files = QMap<QString, QPair<QString, qint64>>; // destination path: source and size

@@ -5,12 +5,7 @@
 #include "EngineRig.h"
 #include "Fixtures.h"
 
-#include <QCoreApplication>
-#include <QDir>
-#include <QProcess>
-#include <QSignalSpy>
-#include <QTemporaryDir>
-#include <QTest>
+#include <QtTest>
 
 #include <sys/stat.h>
 #include <unistd.h>

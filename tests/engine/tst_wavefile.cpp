@@ -1,15 +1,10 @@
 #include "EngineProbe.h"
 #include "Fixtures.h"
-#include "ReadBack.h"
 #include "TestEnvironment.h"
 
 #include "engine/writer/audio/WaveFile.h"
 
-#include <QBuffer>
-#include <QFile>
-#include <QTemporaryDir>
-#include <QTest>
-#include <QtEndian>
+#include <QtTest>
 
 using namespace Fixtures;
 

@@ -11,11 +11,7 @@
 
 #include "base/App.h"
 
-#include <QCoreApplication>
-#include <QEventLoop>
-#include <QFile>
-#include <QTemporaryDir>
-#include <QTextStream>
+#include <QtCore>
 
 #include <cstdio>
 

@@ -13,14 +13,8 @@
 #include "widgets/KeyedItem.h"
 #include "widgets/KeyedToolbar.h"
 
-#include <QComboBox>
-#include <QLineEdit>
-#include <QPrinter>
-#include <QRegularExpression>
-#include <QScrollBar>
-#include <QTest>
-#include <QTreeWidgetItem>
-#include <QWheelEvent>
+#include <QtPrintSupport>
+#include <QtTest>
 
 namespace {
 

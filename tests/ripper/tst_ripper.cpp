@@ -5,12 +5,7 @@
 
 #include "engine/writer/recorders/image/ImageRecorder.h"
 
-#include <QDir>
-#include <QFileInfo>
-#include <QRegularExpression>
-#include <QSignalSpy>
-#include <QTemporaryDir>
-#include <QTest>
+#include <QtTest>
 
 #include <map>
 

@@ -16,13 +16,8 @@
 #include "ripping/frmWMASettings.h"
 #include "ripping/modEncoderLists.h"
 
-#include <QCheckBox>
-#include <QComboBox>
-#include <QPushButton>
-#include <QRadioButton>
-#include <QSlider>
-#include <QTest>
-#include <QTimer>
+#include <QtTest>
+#include <QtWidgets>
 
 using namespace EncoderSettingsFiles;
 

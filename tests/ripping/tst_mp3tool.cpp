@@ -10,15 +10,8 @@
 #include "ripping/modMP3Support.h"
 #include "widgets/DefaultInstance.h"
 
-#include <QCheckBox>
-#include <QComboBox>
-#include <QFile>
-#include <QLabel>
-#include <QLineEdit>
-#include <QPointer>
-#include <QPushButton>
-#include <QSlider>
-#include <QTest>
+#include <QtTest>
+#include <QtWidgets>
 
 using namespace OutsideTools;
 

@@ -7,15 +7,8 @@
 #include "engine/normalizer/DGPNorm.h"
 #include "ripping/frmNormalize.h"
 
-#include <QDir>
-#include <QFile>
-#include <QLCDNumber>
-#include <QLineEdit>
-#include <QProgressBar>
-#include <QPushButton>
-#include <QSignalSpy>
-#include <QSlider>
-#include <QTest>
+#include <QtTest>
+#include <QtWidgets>
 
 #include <cmath>
 

@@ -11,14 +11,8 @@
 #include "widgets/DefaultInstance.h"
 #include "widgets/KeyedStatusBar.h"
 
-#include <QComboBox>
-#include <QDir>
-#include <QLineEdit>
-#include <QListWidget>
-#include <QPushButton>
-#include <QTest>
-#include <QTimer>
-#include <QTreeWidget>
+#include <QtTest>
+#include <QtWidgets>
 
 namespace {
 QStringList rowTexts(QTreeWidget *list, int row) {

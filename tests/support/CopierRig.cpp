@@ -6,9 +6,7 @@
 #include "engine/writer/recorders/image/ImageMedium.h"
 #include "engine/writer/recorders/image/ImageRecorder.h"
 
-#include <QDir>
-#include <QFile>
-#include <QFileInfo>
+#include <QtCore>
 
 CopierRig::CopierRig(EngineRig::Job job, const QStringList &settings)
     : rig(QStringLiteral("CD-R 80"), job, QStringList{"SecondDrive=1"} + settings) {

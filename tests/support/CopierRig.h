@@ -5,8 +5,7 @@
 #include "engine/copier/BlankDiscHandler.h"
 #include "engine/copier/CD2CD.h"
 
-#include <QList>
-#include <QString>
+#include <QtCore>
 
 // The copier on two Image Recorders: the rig's job is written on the second one (255:1:0), the
 // first (255:0:0) takes copies. Records how each copier job ends and every PercentDone.

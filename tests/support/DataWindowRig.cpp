@@ -6,11 +6,9 @@
 #include "app/mdiMain.h"
 #include "compilation/frmData.h"
 #include "widgets/DefaultInstance.h"
-#include "widgets/KeyedPanel.h"
 #include "widgets/KeyedStatusBar.h"
 
-#include <QFile>
-#include <QTreeWidget>
+#include <QtWidgets>
 
 DataWindowRig::DataWindowRig(const QByteArray &disc, qint64 dataBlocks)
     : m_answers(std::make_unique<ScriptedAnswers>()) {

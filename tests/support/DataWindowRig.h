@@ -3,8 +3,7 @@
 #include "ScriptedAnswers.h"
 #include "TestEnvironment.h"
 
-#include <QStringList>
-#include <QTemporaryDir>
+#include <QtCore>
 #include <memory>
 
 class QTreeWidget;

@@ -2,10 +2,7 @@
 
 #include "ReadBack.h"
 
-#include <QByteArray>
-#include <QMap>
-#include <QString>
-#include <QStringList>
+#include <QtCore>
 
 // Reads an ISO 9660 session back with tools nobody here wrote, so that a test compares what
 // each of them finds with what it put in. A tree maps each path below the root ("dir/a.txt") to

@@ -4,11 +4,8 @@
 
 #include "app/modDeclarations.h"
 
-#include <QAbstractButton>
-#include <QLabel>
-#include <QLineEdit>
-#include <QRegularExpression>
-#include <QTest>
+#include <QtTest>
+#include <QtWidgets>
 
 DiscToolsRig::DiscToolsRig(const QString &medium, Job job, const QStringList &settings)
     : EngineRig(medium, job, settings) {

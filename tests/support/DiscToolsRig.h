@@ -6,8 +6,7 @@
 #include "app/FormRegistry.h"
 #include "widgets/DefaultInstance.h"
 
-#include <QStringList>
-#include <QTemporaryDir>
+#include <QtCore>
 
 // The Image Recorder's engine handed to the frame's windows as the frame hands its own (no
 // frame): windows open through the registry by name, every box is answered by script.

@@ -1,8 +1,6 @@
 #pragma once
 
-#include <QByteArray>
-#include <QList>
-#include <QString>
+#include <QtCore>
 
 // Encoded sound files read back by ffmpeg, ffprobe and ogginfo (made in OutsideTools.cpp).
 namespace EncodedReadBack {

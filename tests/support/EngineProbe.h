@@ -2,11 +2,7 @@
 
 #include "engine/writer/CDWriterPro.h"
 
-#include <QByteArray>
-#include <QObject>
-#include <QString>
-#include <QStringList>
-#include <QTest>
+#include <QtTest>
 
 // Records every event of an engine in order, as a window would see them.
 class EngineProbe : public QObject {

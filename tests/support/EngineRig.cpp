@@ -5,8 +5,7 @@
 #include "engine/writer/recorders/burn/BurnWriter.h"
 #include "engine/writer/recorders/image/ImageRecorder.h"
 
-#include <QDir>
-#include <QFile>
+#include <QtCore>
 
 EngineRig::EngineRig(const QString &medium, Job job, const QStringList &settings) {
     prepareImageRecorder(medium, settings);

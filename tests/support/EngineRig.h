@@ -5,10 +5,7 @@
 
 #include "engine/writer/CDWriterPro.h"
 
-#include <QList>
-#include <QString>
-#include <QStringList>
-#include <QTemporaryDir>
+#include <QtCore>
 
 // An engine on the test's thread with its drive chosen and a job set as the write dialog sets
 // it; `settings` make the Image Recorder fail on purpose ("FailAtBlock=20").

@@ -1,10 +1,6 @@
 #include "Fixtures.h"
 
-#include <QDir>
-#include <QFile>
-#include <QFileInfo>
-#include <QTest>
-#include <QtEndian>
+#include <QtTest>
 
 namespace Fixtures {
 void writeFile(const QString &path, const QByteArray &bytes) {

@@ -1,7 +1,6 @@
 #pragma once
 
-#include <QByteArray>
-#include <QString>
+#include <QtCore>
 
 namespace Fixtures {
 void writeFile(const QString &path, const QByteArray &bytes);

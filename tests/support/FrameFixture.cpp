@@ -4,11 +4,7 @@
 #include "widgets/KeyedItem.h"
 #include "widgets/KeyedMenu.h"
 
-#include <QDir>
-#include <QFile>
-#include <QMdiArea>
-#include <QMdiSubWindow>
-#include <QRegularExpression>
+#include <QtWidgets>
 
 namespace FrameFixture {
 

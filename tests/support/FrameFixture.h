@@ -2,8 +2,7 @@
 
 #include "Waits.h"
 
-#include <QString>
-#include <QStringList>
+#include <QtCore>
 
 class KeyedMenu;
 class mdiMain;

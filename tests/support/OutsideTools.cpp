@@ -2,10 +2,7 @@
 #include "EncodedReadBack.h"
 #include "ReadBack.h"
 
-#include <QFile>
-#include <QProcess>
-#include <QRegularExpression>
-#include <QtEndian>
+#include <QtCore>
 
 #include <cmath>
 #include <limits>

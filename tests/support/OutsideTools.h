@@ -1,8 +1,6 @@
 #pragma once
 
-#include <QByteArray>
-#include <QString>
-#include <QStringList>
+#include <QtCore>
 
 // Sound files made and read back by sox, soxi and ffprobe (run through ReadBack::run).
 namespace OutsideTools {

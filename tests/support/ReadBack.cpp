@@ -1,11 +1,7 @@
 #include "ReadBack.h"
 #include "DiscReadBack.h"
 
-#include <QCryptographicHash>
-#include <QFile>
-#include <QProcess>
-#include <QRegularExpression>
-#include <QTemporaryDir>
+#include <QtCore>
 
 namespace ReadBack {
 

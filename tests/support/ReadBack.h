@@ -1,11 +1,6 @@
 #pragma once
 
-#include <QByteArray>
-#include <QList>
-#include <QMap>
-#include <QPair>
-#include <QString>
-#include <QStringList>
+#include <QtCore>
 
 class QTemporaryDir;
 

@@ -1,7 +1,7 @@
 #include "RecordingWaveOutput.h"
 #include "compilation/WaveOutput.h"
 
-#include <QQueue>
+#include <QtCore>
 
 namespace {
 RecordingWaveOutput *sink = nullptr;

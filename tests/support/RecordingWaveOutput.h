@@ -1,8 +1,6 @@
 #pragma once
 
-#include <QByteArray>
-#include <QList>
-#include <QString>
+#include <QtCore>
 
 // Stands in for the sound device while it lives: every device the player opens records the
 // buffers it is given. A buffer counts as heard when it is released, by itself at once or by

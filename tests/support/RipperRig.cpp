@@ -4,11 +4,7 @@
 
 #include "engine/writer/recorders/image/ImageRecorder.h"
 
-#include <QDir>
-#include <QFile>
-#include <QFileInfo>
-#include <QTest>
-#include <QtEndian>
+#include <QtTest>
 
 #include <cmath>
 #include <thread>

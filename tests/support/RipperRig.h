@@ -5,9 +5,7 @@
 #include "engine/ripper/CDRipperX.h"
 #include "engine/ripper/WaveEncoder.h"
 
-#include <QByteArray>
-#include <QList>
-#include <QStringList>
+#include <QtCore>
 
 #include <atomic>
 #include <memory>

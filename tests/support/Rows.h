@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QTest>
+#include <QtTest>
 
 #include <initializer_list>
 #include <utility>

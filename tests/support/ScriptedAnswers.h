@@ -3,9 +3,7 @@
 #include "widgets/FileBoxService.h"
 #include "widgets/MessageBoxService.h"
 
-#include <QList>
-#include <QQueue>
-#include <QString>
+#include <QtCore>
 #include <optional>
 
 // Stands in for the user at every box: records what was asked and answers from a script, or by

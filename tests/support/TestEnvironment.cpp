@@ -14,8 +14,7 @@
 #include "widgets/DefaultInstance.h"
 #include "writing/WritingWindows.h"
 
-#include <QApplication>
-#include <QDir>
+#include <QtWidgets>
 
 TestEnvironment::TestEnvironment() {
     ScriptedAnswers::installFallback();

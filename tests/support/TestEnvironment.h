@@ -1,7 +1,6 @@
 #pragma once
 
-#include <QString>
-#include <QTemporaryDir>
+#include <QtCore>
 
 // A fresh application folder with its "Dat" folder for one test, and the globals as at start.
 class TestEnvironment {

@@ -1,13 +1,8 @@
 #include "ViewGestures.h"
 #include "Waits.h"
 
-#include <QCoreApplication>
-#include <QDropEvent>
-#include <QLineEdit>
-#include <QMimeData>
-#include <QTest>
-#include <QTreeWidget>
-#include <QUrl>
+#include <QtTest>
+#include <QtWidgets>
 #include <memory>
 
 namespace ViewGestures {

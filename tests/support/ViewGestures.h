@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QStringList>
+#include <QtCore>
 
 class QTreeWidget;
 class QTreeWidgetItem;

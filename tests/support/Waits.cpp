@@ -1,8 +1,6 @@
 #include "Waits.h"
 
-#include <QCoreApplication>
-#include <QDeadlineTimer>
-#include <QTest>
+#include <QtTest>
 
 namespace Waits {
 

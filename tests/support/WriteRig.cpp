@@ -8,18 +8,12 @@
 #include "engine/writer/CDWriterPro.h"
 #include "engine/writer/recorders/image/ImageRecorder.h"
 #include "widgets/DefaultInstance.h"
-#include "widgets/KeyedPanel.h"
 #include "widgets/KeyedStatusBar.h"
 #include "widgets/MessageBoxService.h"
 #include "writing/frmBurn.h"
 
-#include <QComboBox>
-#include <QDir>
-#include <QLabel>
-#include <QProgressBar>
-#include <QPushButton>
-#include <QRegularExpression>
-#include <QTest>
+#include <QtTest>
+#include <QtWidgets>
 
 namespace {
 QString numbersHidden(QString text) {

@@ -3,8 +3,7 @@
 #include "ScriptedAnswers.h"
 #include "TestEnvironment.h"
 
-#include <QString>
-#include <QStringList>
+#include <QtCore>
 
 class frmBurn;
 class mdiMain;

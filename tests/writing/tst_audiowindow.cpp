@@ -16,23 +16,13 @@
 #include "widgets/DefaultInstance.h"
 #include "widgets/KeyedItem.h"
 #include "widgets/KeyedMenu.h"
-#include "widgets/KeyedPanel.h"
 #include "widgets/KeyedStatusBar.h"
 #include "widgets/KeyedToolbar.h"
 #include "widgets/Twips.h"
 #include "writing/frmBurn.h"
 
-#include <QCheckBox>
-#include <QDir>
-#include <QFile>
-#include <QLabel>
-#include <QProgressBar>
-#include <QPushButton>
-#include <QRadioButton>
-#include <QSlider>
-#include <QTemporaryDir>
-#include <QTest>
-#include <QTreeWidget>
+#include <QtTest>
+#include <QtWidgets>
 
 using namespace Fixtures;
 

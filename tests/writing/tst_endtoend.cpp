@@ -16,14 +16,8 @@
 #include "widgets/DefaultInstance.h"
 #include "writing/frmBurn.h"
 
-#include <QApplication>
-#include <QLineEdit>
-#include <QPushButton>
-#include <QRadioButton>
-#include <QTemporaryDir>
-#include <QTest>
-#include <QTimer>
-#include <QTreeWidget>
+#include <QtTest>
+#include <QtWidgets>
 
 using namespace Fixtures;
 

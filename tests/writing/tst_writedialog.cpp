@@ -1,27 +1,19 @@
 // The write dialog and the frame's handling of a write, on the Image Recorder: what a user sees
 // from the click to the end, and what is left for the next try.
 #include "Fixtures.h"
-#include "ReadBack.h"
 #include "Rows.h"
 #include "WriteRig.h"
 
 #include "app/mdiMain.h"
 #include "app/modDeclarations.h"
-#include "app/modGlobals.h"
 #include "engine/writer/CDWriterPro.h"
 #include "widgets/AnimationControl.h"
 #include "widgets/KeyedMenu.h"
 #include "widgets/KeyedStatusBar.h"
 #include "writing/frmBurn.h"
 
-#include <QCheckBox>
-#include <QFile>
-#include <QLabel>
-#include <QProgressBar>
-#include <QPushButton>
-#include <QRadioButton>
-#include <QTemporaryDir>
-#include <QTest>
+#include <QtTest>
+#include <QtWidgets>
 
 using namespace Fixtures;
 

@@ -9,27 +9,17 @@
 #include "app/FormRegistry.h"
 #include "app/mdiMain.h"
 #include "app/modDeclarations.h"
-#include "app/modGlobals.h"
 #include "compilation/frmData.h"
 #include "engine/system/SystemCalls.h"
 #include "engine/writer/CDWriterPro.h"
 #include "widgets/DefaultInstance.h"
 #include "widgets/KeyedItem.h"
 #include "widgets/KeyedMenu.h"
-#include "widgets/KeyedPanel.h"
 #include "widgets/KeyedStatusBar.h"
 #include "writing/frmBurn.h"
 
-#include <QCheckBox>
-#include <QComboBox>
-#include <QLabel>
-#include <QLineEdit>
-#include <QPushButton>
-#include <QRadioButton>
-#include <QTemporaryDir>
-#include <QTest>
-#include <QTimer>
-#include <QTreeWidget>
+#include <QtTest>
+#include <QtWidgets>
 
 namespace {
 // The data window opened as the disc type box opens it, with one file in the image.
