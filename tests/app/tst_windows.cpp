@@ -1,0 +1,114 @@
+// Every window as it first opens, on the Image Recorder with a blank CD-R in the tray, against
+// its reviewed snapshot under tests/snapshots/ (captions, sizes, states, entries).
+#include "EngineRig.h"
+#include "ScriptedAnswers.h"
+#include "TestEnvironment.h"
+#include "Waits.h"
+#include "WidgetSnapshot.h"
+#include "app/FormRegistry.h"
+#include "app/mdiMain.h"
+#include "dialogs/DialogWindows.h"
+#include "disctools/DiscInfoWindows.h"
+#include "ripping/RippingWindows.h"
+#include "widgets/DefaultInstance.h"
+
+#include <QtTest>
+#include <QtWidgets>
+
+class tst_Windows : public QObject {
+    Q_OBJECT
+    std::optional<TestEnvironment> env;
+    std::optional<ScriptedAnswers> answers;
+
+    QString differences(const QWidget *window, const QString &name) {
+        // The clock's panels are as wide as the day's date.
+        static const QRegularExpression clock(QStringLiteral("^(DATE|TIME)\\b.*\n"),
+                                              QRegularExpression::MultilineOption);
+        return WidgetSnapshot::differences(
+            window, name,
+            {{QRegularExpression(QRegularExpression::escape(env->appFolder())),
+              QStringLiteral("APPFOLDER")},
+             {clock, QString()}});
+    }
+
+private slots:
+    void initTestCase() {
+        registerDiscInfoWindows();
+        registerDialogWindows();
+        registerRippingWindows();
+    }
+
+    void init() {
+        env.emplace();
+        answers.emplace();
+        EngineRig::prepareImageRecorder(QStringLiteral("CD-R 80"), {});
+    }
+
+    // The windows are closed first: some ask about their settings as they go.
+    void cleanup() {
+        env.reset();
+        answers.reset();
+    }
+
+    void frame_data() {
+        QTest::addColumn<QByteArray>("ini");
+        QTest::newRow("frame") << QByteArray();
+        QTest::newRow("frame-without-recorders")
+            << QByteArray("[Recorders]\r\nImage Recorder=False\r\n");
+    }
+    void frame() {
+        QFETCH(QByteArray, ini);
+        if (!ini.isEmpty())
+            env->writeFile(QStringLiteral("Dat/tessaly.ini"), ini);
+        QVERIFY(env->startProgram());
+        Waits::settle();
+        QCOMPARE(differences(DefaultInstance<mdiMain>::peek(), QTest::currentDataTag()), QString());
+    }
+
+    void opens_data() {
+        QTest::addColumn<QString>("name");
+        for (const char *name :
+             {"frmData",         "frmAudio",     "frmLabels",  "frmBurn",         "frmCD2CD",
+              "frmBurnBin",      "frmIsoripper", "frmAbout",   "frmCoder",        "frmLicense",
+              "frmWeb",          "frmDiscInfo",  "frmErase",   "frmRecorderInfo", "frmSupDrives",
+              "frmSessionCheck", "frmBurnIso",   "frmPreView", "frmRipper",       "frmDecode",
+              "frmNormalize",    "PREFERENCES"})
+            QTest::newRow(name) << QString::fromLatin1(name);
+    }
+    // A dialog runs its own loop: it is read from inside that loop, then closed.
+    void opens() {
+        QFETCH(QString, name);
+        QVERIFY(env->startProgram());
+        FormRegistry::context().engine->MoveTray(true);
+        QString diff = QStringLiteral("never shown");
+        QTimer poll;
+        connect(&poll, &QTimer::timeout, this, [&] {
+            if (QWidget *modal = QApplication::activeModalWidget()) {
+                poll.stop();
+                Waits::settle();
+                diff = differences(modal, name);
+                modal->close();
+            }
+        });
+        poll.start(10);
+        if (FormRegistry::contains(name))
+            QVERIFY(FormRegistry::open(name));
+        else
+            DefaultInstance<mdiMain>::peek()->runCommand(name);
+        if (poll.isActive()) {
+            poll.stop();
+            Waits::settle();
+            // Windows the registry does not keep are found by their name.
+            QWidget *window = FormRegistry::find(name);
+            for (QWidget *w : QApplication::allWidgets())
+                if (!window && w->objectName() == name && w->isVisible())
+                    window = w;
+            if (window)
+                diff = differences(window, name);
+        }
+        QCOMPARE(diff, QString());
+    }
+};
+
+QTEST_MAIN(tst_Windows)
+#include "tst_windows.moc"
