@@ -1,3 +1,4 @@
+#include "OutsideTools.h"
 #include "ScriptedAnswers.h"
 #include "TestEnvironment.h"
 #include "WidgetSnapshot.h"
@@ -118,18 +119,13 @@ private slots:
         QCOMPARE(storedAs(env, expected), expected);
         if (ini.isEmpty()) {
             // A fresh file shows the order of writing: every key once, in the expected order.
-            QFile f(env.iniFile());
-            QVERIFY(f.open(QIODevice::ReadOnly));
-            QStringList written;
-            QString section;
-            for (const QString &raw : QString::fromLatin1(f.readAll()).split(u'\n')) {
-                const QString line = raw.trimmed();
-                if (line.startsWith(u'['))
-                    section = line.mid(1, line.size() - 2);
-                else if (!line.isEmpty())
-                    written << section + u'/' + line;
+            QString want, section;
+            for (const QString &entry : expected.split(u';')) {
+                if (entry.section(u'/', 0, 0) != section)
+                    want += u'[' + (section = entry.section(u'/', 0, 0)) + "]\n";
+                want += entry.section(u'/', 1) + u'\n';
             }
-            QCOMPARE(written.join(u';'), expected);
+            QCOMPARE(QString::fromLatin1(OutsideTools::fileBytes(env.iniFile())), want);
         }
     }
 
