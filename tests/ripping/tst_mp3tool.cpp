@@ -2,6 +2,7 @@
 #include "Rows.h"
 #include "ScriptedAnswers.h"
 #include "TestEnvironment.h"
+#include "WidgetSnapshot.h"
 
 #include "app/mdiMain.h"
 #include "ripping/clsMP3.h"
@@ -181,7 +182,7 @@ private slots:
         QVERIFY(answers.errors.isEmpty());
         // Whatever lame left behind is gone, and the buttons work again.
         QVERIFY(!QFile::exists(env.appFolder() + QStringLiteral("/song.mp3")));
-        QVERIFY(form->cmdEncode->isEnabled());
+        QCOMPARE(WidgetSnapshot::differences(form, "mp3tool-after-failure"), QString());
         delete form;
     }
 
@@ -222,7 +223,6 @@ private slots:
         QPointer<frmDecode> form = new frmDecode;
         form->Form_Load();
         QCOMPARE(fileBytes(file), DefaultRecord);
-        QCOMPARE(form->lblStatus->text(), QStringLiteral(" -b 128"));
         QVERIFY(answers.boxes.isEmpty());
         delete form;
         // Several records: the last one counts; a value that is no number spoils the load.
@@ -233,17 +233,12 @@ private slots:
         form = new frmDecode;
         form->Form_Load();
         QVERIFY(answers.boxes.isEmpty());
-        QCOMPARE(
-            form->lblStatus->text(),
-            QStringLiteral(" -b 192 -m j -h -p -c -B 256 -F --abr 160 --resample 44.1 --highpass "
-                           "0.5 --highpass-width 0.25"));
-        QCOMPARE(form->cboOutputFreq->currentIndex(), 5);
-        // Frames of the tabs not shown are disabled as a whole; what counts is within each frame.
-        QVERIFY(form->txtABRBitrate->isEnabledTo(form->fraOptions[1]));
-        QVERIFY(!form->txtQuality->isEnabledTo(form->fraOptions[1]));
-        QVERIFY(form->txtHighPassWidth->isEnabledTo(form->fraOptions[2]));
-        QVERIFY(form->chkLowPassWidth->isChecked());
-        QVERIFY(!form->txtLowPassWidth->isEnabledTo(form->fraOptions[2]));
+        // Frames of the tabs not shown are disabled as a whole: each tab is looked at in turn.
+        for (const int tab : {1, 2}) {
+            form->tbsDecoder->setCurrentIndex(tab);
+            QCOMPARE(WidgetSnapshot::differences(form, "mp3tool-loaded-tab" + QString::number(tab)),
+                     QString());
+        }
         answers.answerBox(vbYes);
         QVERIFY(form->close());
         QCOMPARE(answers.boxes[0].prompt, QStringLiteral("Do you want to Save Program Options?"));
