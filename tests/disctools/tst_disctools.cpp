@@ -13,7 +13,6 @@
 #include "disctools/frmDiscInfo.h"
 #include "disctools/frmErase.h"
 #include "disctools/frmRecorderInfo.h"
-#include "disctools/frmSupDrives.h"
 #include "engine/system/SystemCalls.h"
 #include "engine/writer/recorders/image/ImageRecorder.h"
 
@@ -22,10 +21,6 @@
 #include <optional>
 
 namespace {
-struct RecorderRow {
-    bool fileDrive;
-    QString withheld, snapshot;
-};
 struct Refusal {
     QString medium, withheld, said;
 };
@@ -33,6 +28,10 @@ struct Refusal {
 // The serial number of a written disc follows the time it was written.
 const QList<std::pair<QRegularExpression, QString>> serialScrub = {
     {QRegularExpression("(lblValueVolumeSerial .*text=)-?\\d+"), "\\1SERIAL"}};
+
+// Qt takes Tab out of a radio button's focus policy once its group has had the focus.
+const std::pair<QRegularExpression, QString> radioFocus{QRegularExpression(" focusPolicy=(?= )"),
+                                                        QString()};
 
 enum Disc { Blank, OpenData, Incomplete, Audio, BlankRW };
 struct Shown {
@@ -161,30 +160,29 @@ private slots:
         QVERIFY(SystemCalls::VolumeSerialNumber("FILE:\\") != 0);
     }
 
+    // The Image Recorder as it is is the window as it first opens.
     void recorderInformation_data() {
-        addRows<RecorderRow>(
-            {{"Image Recorder", {false, "", "frmRecorderInfo"}},
-             {"withheld CD-RW and CD-R reading", {false, "7, 0", "disctools-recorder-withheld"}},
-             {"libburn file drive", {true, "", "disctools-recorder-file-drive"}}});
+        QTest::addColumn<QString>("withheld"); // empty: a libburn file drive instead
+        QTest::newRow("withheld CD-RW and CD-R reading") << "7, 0";
+        QTest::newRow("libburn file drive") << "";
     }
 
     void recorderInformation() {
-        QFETCH(RecorderRow, row);
+        QFETCH(QString, withheld);
         DiscToolsRig rig(QStringLiteral("CD-R 80"), EngineRig::Data,
-                         {QStringLiteral("WithholdCapability=") + row.withheld});
+                         {QStringLiteral("WithholdCapability=") + withheld});
         std::optional<EngineRig> file;
-        if (row.fileDrive) {
+        if (withheld.isEmpty()) {
             file.emplace(EngineRig::FileDrive);
             glngDriveIndex = 0;
             FormRegistry::setContext({&file->engine, nullptr, nullptr});
         }
         auto *info = rig.open<frmRecorderInfo>(QStringLiteral("frmRecorderInfo"));
-        QCOMPARE(WidgetSnapshot::differences(info, row.snapshot), QString());
+        QCOMPARE(WidgetSnapshot::differences(info, file ? "disctools-recorder-file-drive"
+                                                        : "disctools-recorder-withheld"),
+                 QString());
         info->cmdClose->click();
         QTRY_VERIFY(!DefaultInstance<frmRecorderInfo>::peek());
-        auto *drives = rig.open<frmSupDrives>(QStringLiteral("frmSupDrives"));
-        QVERIFY(drives && drives->rtbSupported->toPlainText().contains("Image Recorder"));
-        drives->close();
     }
 
     void eraseRefusesWhatItCant_data() {
@@ -236,7 +234,8 @@ private slots:
             closedMeanwhile = erase->close();
             during = WidgetSnapshot::differences(
                 erase, "disctools-erasing-" + QString(QTest::currentDataTag()).replace(' ', '-'),
-                {{QRegularExpression("(lblTime .*text=).*"), "\\1TIME"},
+                {radioFocus,
+                 {QRegularExpression("(lblTime .*text=).*"), "\\1TIME"},
                  {QRegularExpression("text=\\d+% value=\\d+"), "text=P% value=P"}});
         });
         QList<int> shownProgress; // a full erase shows the drive's own course
@@ -270,7 +269,8 @@ private slots:
         QVERIFY2(rig.prompts().constFirst().contains("Error Sense Data: "),
                  qPrintable(rig.prompts().join('|')));
         QVERIFY(!erase->mblnErasing);
-        QCOMPARE(WidgetSnapshot::differences(erase, "disctools-erase-failed"), QString());
+        QCOMPARE(WidgetSnapshot::differences(erase, "disctools-erase-failed", {radioFocus}),
+                 QString());
         QCOMPARE(rig.descriptorText(), before);
         erase->cmdCancel->click();
         QTRY_VERIFY(!DefaultInstance<frmErase>::peek());

@@ -3,6 +3,7 @@
 #include "OutsideTools.h"
 #include "ReadBack.h"
 #include "Waits.h"
+#include "WidgetSnapshot.h"
 #include "WriteRig.h"
 #include "app/FormRegistry.h"
 #include "app/mdiMain.h"
@@ -106,16 +107,8 @@ void tst_IsoFiles::importThenSecondSession() {
     f->runCommand("CLOSETRAY");
     QVERIFY(Waits::until([] { return DefaultInstance<frmSessionCheck>::exists(); }, 20000));
     frmSessionCheck *box = DefaultInstance<frmSessionCheck>::peek();
-    const QStringList shown = nodes(box->tvwSession);
-    QCOMPARE(shown.mid(0, 4), QStringList({"CD-ROM=CD-ROM", "Node2=Session 01",
-                                           "Node3=Track 01: Closed Track", "Node4=Session 02"}));
-    const auto line = QRegularExpression("^Node5=Empty Session: \\[\\d+MB\\] Used space, "
-                                         "\\[(\\d+)MB\\] Free space$")
-                          .match(shown.value(4));
-    QVERIFY2(line.hasMatch() && line.captured(1).toInt() > 600, qPrintable(shown.value(4)));
+    QCOMPARE(WidgetSnapshot::differences(box, "isofiles-sessions"), QString());
     QCOMPARE(frmSessionCheck::keyOf(box->tvwSession->currentItem()), QStringLiteral("Node5"));
-    QCOMPARE(box->cmdImport->text(), QStringLiteral("Import Session 1"));
-    QVERIFY(!box->cmdErase->isEnabled()); // a CD-R
     box->cmdImport->click();
     Waits::settle();
     frmData *data = DefaultInstance<frmData>::peek();
