@@ -160,7 +160,7 @@ private slots:
         QVERIFY(SystemCalls::VolumeSerialNumber("FILE:\\") != 0);
     }
 
-    // The Image Recorder as it is is the window as it first opens.
+    // The plain Image Recorder is pinned where the window first opens.
     void recorderInformation_data() {
         QTest::addColumn<QString>("withheld"); // empty: a libburn file drive instead
         QTest::newRow("withheld CD-RW and CD-R reading") << "7, 0";

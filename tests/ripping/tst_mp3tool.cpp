@@ -4,12 +4,9 @@
 #include "TestEnvironment.h"
 #include "WidgetSnapshot.h"
 
-#include "app/mdiMain.h"
 #include "ripping/clsMP3.h"
 #include "ripping/frmDecode.h"
-#include "ripping/frmNormalize.h"
 #include "ripping/modMP3Support.h"
-#include "widgets/DefaultInstance.h"
 
 #include <QtTest>
 #include <QtWidgets>
@@ -256,20 +253,6 @@ private slots:
                      QStringLiteral("Current Bitrate: %1 kbits").arg(label));
         }
         delete form;
-    }
-
-    // The frame's command opens the tool once; leaving the program asks to save its options.
-    void commandOpensTheTool() {
-        TestEnvironment env;
-        ScriptedAnswers answers;
-        QVERIFY(env.startProgram());
-        mdiMain *main = DefaultInstance<mdiMain>::peek();
-        main->runCommand(QStringLiteral("DECODEMP3"));
-        main->runCommand(QStringLiteral("DECODEMP3"));
-        QCOMPARE(main->findChildren<frmDecode *>().size(), 1);
-        QVERIFY(DefaultInstance<frmDecode>::peek()->isVisible());
-        env.stopProgram();
-        QCOMPARE(answers.boxes.last().title, QStringLiteral("Save Program Options"));
     }
 };
 

@@ -4,12 +4,9 @@
 #include "ScriptedAnswers.h"
 #include "WidgetSnapshot.h"
 
-#include "app/mdiMain.h"
 #include "engine/writer/recorders/image/ImageRecorder.h"
-#include "ripping/RippingWindows.h"
 #include "ripping/frmExtract.h"
 #include "ripping/frmRipper.h"
-#include "widgets/DefaultInstance.h"
 #include "widgets/KeyedStatusBar.h"
 
 #include <QtTest>
@@ -34,24 +31,6 @@ QStringList logOf(QListWidget *list) {
 class tst_RipperWindows : public QObject {
     Q_OBJECT
 private slots:
-    void openedFromTheFrame() {
-        RipperRig rig;
-        registerRippingWindows();
-        QVERIFY(rig.writer.env.startProgram());
-        mdiMain *frame = DefaultInstance<mdiMain>::peek();
-        frame->runCommand("RIPCD");
-        frmRipper *window = DefaultInstance<frmRipper>::peek();
-        QVERIFY(window);
-        QCOMPARE(frame->openForms().size(), 2); // the file browser and the ripper
-        frame->runCommand("RIPAUDIO");          // the open one comes to the front
-        QCOMPARE(DefaultInstance<frmRipper>::peek(), window);
-        QCOMPARE(frame->openForms().size(), 2);
-        window->cboDevices->setCurrentIndex(window->cboDevices->count() - 1);
-        window->cboDevices_Click();
-        QCOMPARE(window->lvwTracks->topLevelItemCount(), 3);
-        rig.writer.env.stopProgram();
-    }
-
     void rowsFollowTheDisc() {
         RipperRig rig;
         frmRipper window(rig.ripper.get());
