@@ -171,6 +171,7 @@ private slots:
             installFakeLame(env, true);
         QPointer<frmDecode> form = new frmDecode;
         form->Form_Load();
+        form->show(); // laid out as the user sees it
         const QString source = env.appFolder() + QStringLiteral("/song.wav");
         runTool(form, answers, true, lame == QLatin1String("none chosen") ? QString() : source);
         qputenv("PATH", path);
@@ -229,6 +230,7 @@ private slots:
         env.writeFile(QStringLiteral("Dat/OptMP3.dat"), DefaultRecord + last);
         form = new frmDecode;
         form->Form_Load();
+        form->show();
         QVERIFY(answers.boxes.isEmpty());
         // Frames of the tabs not shown are disabled as a whole: each tab is looked at in turn.
         for (const int tab : {1, 2}) {

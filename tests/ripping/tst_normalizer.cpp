@@ -106,6 +106,7 @@ private slots:
         TestEnvironment env;
         ScriptedAnswers answers;
         frmNormalize form;
+        form.show(); // laid out as the user sees it
         const auto shows = [&](const char *state) {
             return WidgetSnapshot::differences(&form, QStringLiteral("normalizer-") + state);
         };
@@ -167,6 +168,7 @@ private slots:
             QVERIFY(QFile(out).setPermissions(QFileDevice::ReadOwner | QFileDevice::ReadGroup));
         }
         frmNormalize form;
+        form.show(); // laid out as the user sees it
         answers.answerFile(in);
         QTest::mouseClick(form.cmdOpen, Qt::LeftButton);
         answers.answerFile(out);

@@ -16,6 +16,7 @@ namespace {
 // Loads the window and chooses the Image Recorder, listed after any drive of the machine.
 void loadOnImageRecorder(frmRipper &window) {
     window.Form_Load();
+    window.show(); // laid out as the user sees it
     window.cboDevices->setCurrentIndex(window.cboDevices->count() - 1);
     window.cboDevices_Click();
 }
@@ -59,6 +60,7 @@ private slots:
     void statusLines() {
         RipperRig rig;
         frmExtract dialog;
+        dialog.show();
         for (int status : {1, 2, 3, 4, 5, 6, 8, 9, 10, 11, 12, 13, 14, 15})
             dialog.m_objRipper_ExtractionStatus(status, 1234);
         const QString app = QRegularExpression::escape(rig.writer.env.appFolder());
