@@ -2,7 +2,6 @@
 #include "Fixtures.h"
 #include "OutsideTools.h"
 #include "ReadBack.h"
-#include "Rows.h"
 #include "Waits.h"
 #include "WidgetSnapshot.h"
 #include "WriteRig.h"
@@ -62,14 +61,6 @@ void continueOptions(int &seen, bool joliet = true) {
         ++seen;
     });
 }
-// A frame command refused with a box, or (no box) an ISO file written.
-struct CommandBox {
-    QString command;
-    int tray; // -1: a disc whose last session is Mode 2
-    bool iso; // WRITEISO: the chosen file is an ISO 9660 image
-    QString box;
-    bool statusMoved = false; // the panel showed the import when the box came
-};
 } // namespace
 
 // The session import and ISO files, on the Image Recorder, read back by xorriso and isoinfo.
@@ -191,34 +182,41 @@ private slots:
     }
 
     void commandBoxes_data() {
+        QTest::addColumn<QString>("command");
+        QTest::addColumn<int>("tray"); // -1: a disc whose last session is Mode 2
+        QTest::addColumn<bool>("iso"); // WRITEISO: the chosen file is an ISO 9660 image
+        QTest::addColumn<QString>("box");
+        QTest::addColumn<bool>("statusMoved"); // the panel showed the import when the box came
         using T = WriteRig::Tray;
         const QString info = "Tessaly - Information|";
-        addRows<CommandBox>({
-            {"import, no disc",
-             {"IMPPRESES", int(T::Empty), true, info + "Please Insert a disc before continuing!"}},
-            {"import, no drive",
-             {"IMPPRESES", int(T::NoRecorder), true,
-              info + "A drive is not selected or does not exist."}},
-            {"import, Mode 2",
-             {"IMPPRESES", -1, true,
-              "Tessaly - Critical|Previous Session could not be imported\r\nOnly ISO/Joliet "
-              "tracks (Mode1) can be imported.",
-              true}},
-            {"write, blank disc", {"WRITEISO", int(T::Blank), true, ""}},
-            {"write, no disc",
-             {"WRITEISO", int(T::Empty), true, info + "No media is loaded, aborting write!"}},
-            {"write, used disc",
-             {"WRITEISO", int(T::AppendableDisc), true,
-              "Tessaly|Please insert an empty disc for writing ISO."}},
-            {"write, not an image",
-             {"WRITEISO", int(T::Blank), false,
-              info + "%1 is not an ISO 9660 image file; nothing was written."}},
-        });
+        QTest::newRow("import, no disc")
+            << "IMPPRESES" << int(T::Empty) << true
+            << info + "Please Insert a disc before continuing!" << false;
+        QTest::newRow("import, no drive")
+            << "IMPPRESES" << int(T::NoRecorder) << true
+            << info + "A drive is not selected or does not exist." << false;
+        QTest::newRow("import, Mode 2")
+            << "IMPPRESES" << -1 << true
+            << "Tessaly - Critical|Previous Session could not be imported"
+               "\r\nOnly ISO/Joliet tracks (Mode1) can be imported."
+            << true;
+        QTest::newRow("write, blank disc") << "WRITEISO" << int(T::Blank) << true << "" << false;
+        QTest::newRow("write, no disc") << "WRITEISO" << int(T::Empty) << true
+                                        << info + "No media is loaded, aborting write!" << false;
+        QTest::newRow("write, used disc")
+            << "WRITEISO" << int(T::AppendableDisc) << true
+            << "Tessaly|Please insert an empty disc for writing ISO." << false;
+        QTest::newRow("write, not an image")
+            << "WRITEISO" << int(T::Blank) << false
+            << info + "%1 is not an ISO 9660 image file; nothing was written." << false;
     }
 
     void commandBoxes() {
-        QFETCH(CommandBox, row);
-        auto [command, tray, iso, box, statusMoved] = row;
+        QFETCH(QString, command);
+        QFETCH(int, tray);
+        QFETCH(bool, iso);
+        QFETCH(QString, box);
+        QFETCH(bool, statusMoved);
         WriteRig rig({}, 99, "CD-R 80", tray < 0 ? WriteRig::Tray::Empty : WriteRig::Tray(tray));
         QVERIFY(rig.started());
         mdiMain *f = rig.frame();
