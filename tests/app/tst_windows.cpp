@@ -1,6 +1,7 @@
 // Every window as it first opens, on the Image Recorder with a blank CD-R in the tray, against
 // its reviewed snapshot under tests/snapshots/ (captions, sizes, states, entries).
 #include "EngineRig.h"
+#include "FrameFixture.h"
 #include "ScriptedAnswers.h"
 #include "TestEnvironment.h"
 #include "Waits.h"
@@ -58,9 +59,7 @@ private slots:
         if (!open.isEmpty())
             QVERIFY(FormRegistry::open(open));
         Waits::settle();
-        QCOMPARE(
-            WidgetSnapshot::differences(DefaultInstance<mdiMain>::peek(), QTest::currentDataTag()),
-            QString());
+        QCOMPARE(FrameFixture::differences(QTest::currentDataTag(), env->appFolder()), QString());
     }
 
     void opens_data() {
