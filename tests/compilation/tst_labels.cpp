@@ -11,23 +11,23 @@
 #include <QtWidgets>
 
 namespace {
-// A box of the dialog: the global it shows and stores, its caption and its length limit.
+// A box of the dialog: the global it shows and stores, and its length limit. The captions and
+// limits as shown are pinned by the frmLabels snapshot.
 struct LabelBox {
     const char *name;
     QString *global;
-    const char *caption;
     int limit;
 };
 const LabelBox labelBoxes[] = {
-    {"txtVolumeLabel", &gstrVolumeIdentifier, "Volume Label:", 31},
-    {"txtVolumeApplication", &gstrVolumeApplicationIdentifier, "Application:", 128},
-    {"txtVolumePublisher", &gstrVolumePublisher, "Publisher:", 128},
-    {"txtSystemVolumeIdentifier", &gstrVolumeSystemIdentifier, "System Identifier:", 31},
-    {"txtVolumeSet", &gstrVolumeSetIdentifier, "Volume Set:", 128},
-    {"txtDataPreparer", &gstrVolumeDataPreparerIdentifier, "Data Preparer:", 128},
-    {"txtCopyrightFile", &gstrVolumeCopyrightFileIdentifier, "Copyright File:", 36},
-    {"txtAbstractFile", &gstrVolumeAbstractFileIdentifier, "Abstract File:", 36},
-    {"txtBibliographicFile", &gstrVolumeBiblioFileIdentifier, "Bibliographic File:", 36},
+    {"txtVolumeLabel", &gstrVolumeIdentifier, 31},
+    {"txtVolumeApplication", &gstrVolumeApplicationIdentifier, 128},
+    {"txtVolumePublisher", &gstrVolumePublisher, 128},
+    {"txtSystemVolumeIdentifier", &gstrVolumeSystemIdentifier, 31},
+    {"txtVolumeSet", &gstrVolumeSetIdentifier, 128},
+    {"txtDataPreparer", &gstrVolumeDataPreparerIdentifier, 128},
+    {"txtCopyrightFile", &gstrVolumeCopyrightFileIdentifier, 36},
+    {"txtAbstractFile", &gstrVolumeAbstractFileIdentifier, 36},
+    {"txtBibliographicFile", &gstrVolumeBiblioFileIdentifier, 36},
 };
 } // namespace
 
@@ -35,19 +35,15 @@ class tst_Labels : public QObject {
     Q_OBJECT
 private slots:
     // Each box shows its global, takes no more than its limit, and OK stores what it holds; the
-    // volume label reaches the box of the frame, the root of the tree and the caption too.
+    // volume label reaches the box of the frame, the root of the tree and the window's title too.
     void boxes() {
         DataWindowRig rig;
         QVERIFY(rig.started());
         for (const LabelBox &box : labelBoxes) {
             *box.global = QStringLiteral("before");
             frmLabels dialog(rig.frame());
-            QCOMPARE(dialog.windowTitle(), QStringLiteral("ISO Volume Labels"));
             auto *edit = dialog.findChild<QLineEdit *>(box.name);
             QCOMPARE(edit->text(), QStringLiteral("before"));
-            auto *label =
-                qobject_cast<QLabel *>(dialog.findChild<QFormLayout *>()->labelForField(edit));
-            QCOMPARE(label->text(), QString(box.caption));
             // Moving through the boxes selects their texts and changes nothing.
             for (QLineEdit *other : dialog.findChildren<QLineEdit *>()) {
                 other->setFocus();

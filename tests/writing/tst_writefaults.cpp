@@ -1,6 +1,8 @@
 // What a user meets around a write with the data window open: the test write followed by the
 // real one, the disc put back from the windows, the end of every job, the power-off box and a
 // disc whose last session was left open.
+#include "SnapshotScrubs.h"
+#include "WidgetSnapshot.h"
 #include "WriteRig.h"
 
 #include "DiscToolsRig.h"
@@ -58,10 +60,8 @@ private slots:
         QVERIFY(QFileInfo(rig.ejectedImage()).size() == 0 ||
                 ReadBack::run("isoinfo", {"-d", "-i", rig.ejectedImage()}).isEmpty());
         QVERIFY(rig.boxes.isEmpty() && burn->isVisible() && !gblnIsTestWrite);
-        QCOMPARE(burn->lblActions->text(), QStringLiteral("Please insert the disc again..."));
-        QCOMPARE(burn->cmdWrite->text(), QStringLiteral("&Write"));
-        QVERIFY(burn->cmdCloseTray->isEnabled());
-        QVERIFY(!burn->cmdWrite->isEnabled() && !burn->tmrBurn->isActive());
+        QCOMPARE(WidgetSnapshot::differences(burn, "writedialog-after-test"), QString());
+        QVERIFY(!burn->tmrBurn->isActive());
         if (fromDialog) {
             burn->cmdCloseTray->click();
         } else {
@@ -78,9 +78,9 @@ private slots:
         QVERIFY(rig.ejectedDiscs().isEmpty());
         // The disc's arrival reaches the dialog as a queued media event.
         QTRY_VERIFY(burn->cmdWrite->isEnabled());
-        QVERIFY(burn->optWrite->isChecked());
-        if (fromDialog)
-            QCOMPARE(burn->lblActions->text(), QStringLiteral("Disc inserted ready to write..."));
+        QCOMPARE(WidgetSnapshot::differences(burn, fromDialog ? "writefaults-disc-back"
+                                                              : "writefaults-reopened-after-test"),
+                 QString());
         QVERIFY(rig.writeAndWait(burn));
         QCOMPARE(rig.ending, QStringLiteral("WriteComplete"));
         QCOMPARE(f->txtVolIdentifier->text(), shown);
@@ -138,7 +138,10 @@ private slots:
         QVERIFY(!frmBurn::instance());
         QCOMPARE(f->smartStatusBar->Item("CACHING")->Value(), 0);
         QVERIFY(f->SmartMenu->Enabled() && f->cboDevices->isEnabled() && gblnUnloadOk);
-        QVERIFY(DefaultInstance<frmData>::peek()->lvwImageFiles->isEnabled());
+        QCOMPARE(WidgetSnapshot::differences(DefaultInstance<frmData>::peek(),
+                                             "writefaults-data-at-rest",
+                                             SnapshotScrubs::fileDates()),
+                 QString());
         // The image survives every ending for a second try.
         QCOMPARE(f->Tessaly->ISOFileCount(), 2);
         QCOMPARE(f->Tessaly->ISOImageBlocks(), blocks);
