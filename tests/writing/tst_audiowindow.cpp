@@ -58,12 +58,6 @@ struct AudioWindow {
         writeFile(dir.filePath(name), bytes);
         return dir.filePath(name);
     }
-    QStringList rows(int column) const {
-        QStringList texts;
-        for (int i = 0; i < list()->topLevelItemCount(); ++i)
-            texts.append(list()->topLevelItem(i)->text(column));
-        return texts;
-    }
     QString snapshot(const QString &name) const {
         return WidgetSnapshot::differences(window(), name, SnapshotScrubs::folder(dir.path()));
     }
@@ -112,7 +106,7 @@ private slots:
         // Removing a track plays the one that takes its place.
         w.list()->setCurrentItem(w.list()->topLevelItem(1));
         w.rig.frame()->runCommand(QStringLiteral("REMOVEAUDIOTRACK"));
-        QCOMPARE(w.rows(1), QStringList({fivePath, oddPath, fourPath}));
+        QCOMPARE(w.snapshot("audiowindow-removed"), QString());
         QCOMPARE(w.list()->currentItem()->text(1), oddPath);
         QVERIFY(modCDPlay::isPlaying());
         QTRY_VERIFY(!w.sink.heard.isEmpty());

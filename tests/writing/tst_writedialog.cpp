@@ -250,37 +250,6 @@ private slots:
         }
     }
 
-    void driveFailureKeepsTheImage() {
-        WriteRig rig({"FailAtBlock=20", "FailDriveCode=1008", "FailSense=3/0C/09 LOSS"});
-        QVERIFY(rig.started());
-        mdiMain *f = rig.frame();
-        QTemporaryDir src;
-        fillImage(f->Tessaly, src);
-        gstrVolumeIdentifier = "FIRST";
-        gstrVolumeSetIdentifier = "KEPT";
-        frmBurn *burn = rig.openDialog();
-        burn->optWrite->click();
-        QVERIFY(rig.writeAndWait(burn));
-        QCOMPARE(rig.ending, QStringLiteral("WriteError"));
-        QCOMPARE(rig.boxes.size(), 1);
-        QCOMPARE(rig.boxes[0].prompt,
-                 QStringLiteral("Writing Error: (3)   The drive failed to write block 20\r\n"
-                                "A buffer under-run has occurred (1008).\r\n"
-                                "Error Sense Data: 3/0C/09 LOSS\r\n\r\nEjecting disc..."));
-        QCOMPARE(rig.boxes[0].title, QStringLiteral("Tessaly - Critical"));
-        QCOMPARE(rig.boxes[0].buttons, int(vbCritical));
-        QCOMPARE(f->smartStatusBar->Item("DATA")->Text(),
-                 QStringLiteral(" A write error occurred..."));
-        QVERIFY(rig.trayDiscs().isEmpty());
-        QCOMPARE(rig.ejectedDiscs().size(), 1);
-        // The labels but the three of the dialog survive for a second try.
-        QVERIFY(gstrVolumeIdentifier.isEmpty());
-        QCOMPARE(gstrVolumeSetIdentifier, QStringLiteral("KEPT"));
-        QVERIFY(f->mblnTrackWriteFirst);
-        // The cache of the failed write was seen, and that is remembered.
-        QVERIFY(!f->mblnCacheFirst);
-    }
-
     void trackPercentages_data() {
         addRows<Percent>({
             {"half of the second of three", {3, 2, 500, 1000, "writedialog-track2-50-total-50"}},

@@ -8,9 +8,11 @@
 #include "DiscToolsRig.h"
 #include "Fixtures.h"
 #include "ReadBack.h"
+#include "Rows.h"
 #include "app/FormRegistry.h"
 #include "app/mdiMain.h"
 #include "app/modDeclarations.h"
+#include "base/App.h"
 #include "compilation/frmData.h"
 #include "engine/system/SystemCalls.h"
 #include "engine/writer/CDWriterPro.h"
@@ -33,6 +35,15 @@ frmData *openCompilation(WriteRig &rig, const QTemporaryDir &src) {
     rig.boxes.clear();
     return DefaultInstance<frmData>::peek();
 }
+
+// How a write ends: the recorder's settings, cancelled or not, cached or not, the ending's event,
+// its box (title after the product's name, then text), the status panel after, discs left in.
+struct Ending {
+    QStringList settings;
+    bool cancel, cache;
+    QString ending, prompt, panel;
+    int discsInTray;
+};
 } // namespace
 
 class tst_WriteFaults : public QObject {
@@ -88,24 +99,41 @@ private slots:
     }
 
     void everyEndLeavesTheWindowsAtRest_data() {
-        QTest::addColumn<QStringList>("settings");
-        QTest::addColumn<bool>("cancel");
-        QTest::addColumn<QString>("ending");
-        QTest::addColumn<bool>("saysEjecting");
-        QTest::newRow("cancelled") << QStringList{} << true << "WriteCancelled" << false;
-        QTest::newRow("drive failure")
-            << QStringList{"FailAtBlock=20"} << false << "WriteError" << true;
-        QTest::newRow("disc pulled out")
-            << QStringList{"RemoveMediumAtBlock=20"} << false << "WriteError" << false;
+        addRows<Ending>({
+            {"cancelled",
+             {{},
+              true,
+              false,
+              "WriteCancelled",
+              "Information|Writing Cancelled!",
+              " Writing Cancelled......",
+              1}},
+            {"drive failure, cached",
+             {{"FailAtBlock=20", "FailDriveCode=1008", "FailSense=3/0C/09 LOSS"},
+              false,
+              true,
+              "WriteError",
+              "Critical|Writing Error: (3)   The drive failed to write block 20\r\n"
+              "A buffer under-run has occurred (1008).\r\n"
+              "Error Sense Data: 3/0C/09 LOSS\r\n\r\nEjecting disc...",
+              " A write error occurred...",
+              0}},
+            {"disc pulled out",
+             {{"RemoveMediumAtBlock=20"},
+              false,
+              false,
+              "WriteError",
+              "Critical|Writing Error: (3)   The medium was removed during the write\r\n"
+              "A disc is not present (1033).\r\nError Sense Data: 2/3A/00 MEDIUM NOT PRESENT",
+              " A write error occurred...",
+              0}},
+        });
     }
 
     void everyEndLeavesTheWindowsAtRest() {
-        QFETCH(QStringList, settings);
-        QFETCH(bool, cancel);
-        QFETCH(QString, ending);
-        QFETCH(bool, saysEjecting);
+        QFETCH(Ending, row);
         // At a drive's pace, so that the cancel finds the write under way.
-        WriteRig rig(settings << "EmulateSpeed=1");
+        WriteRig rig(row.settings + QStringList{"EmulateSpeed=1"});
         QVERIFY(rig.started());
         mdiMain *f = rig.frame();
         QTemporaryDir src;
@@ -114,27 +142,26 @@ private slots:
         f->Tessaly->AddISOFile("\\big.bin", src.filePath("big.bin"));
         f->Tessaly->SetWriteSpeed(4 * 176);
         const qint32 blocks = f->Tessaly->ISOImageBlocks();
+        gstrVolumeSetIdentifier = "KEPT";
         rig.boxes.clear();
         frmBurn *burn = rig.openDialog();
         burn->optWrite->click();
-        burn->chkCacheImage->setChecked(false);
-        rig.cancelWhenOffered = cancel;
+        burn->chkCacheImage->setChecked(row.cache);
+        rig.cancelWhenOffered = row.cancel;
         // What the windows show while the ending's box is up.
         QStringList atBox;
         MessageBoxService::setAnswerer([&](const MessageBoxService::Request &r) {
             frmBurn *open = frmBurn::instance();
-            atBox << r.prompt << f->smartStatusBar->Item("FILES")->Text()
-                  << f->smartStatusBar->Item("DATA")->Text()
+            atBox << r.title.mid(App::ProductName().size() + 3) + u'|' + r.prompt
+                  << f->smartStatusBar->Item("FILES")->Text()
                   << QString::number(open && open->tmrBurn->isActive())
                   << QString::number(open && open->cmdCancel->isEnabled());
             return MessageBoxService::defaultButton(r.buttons);
         });
         QVERIFY(rig.writeAndWait(burn));
-        QCOMPARE(rig.ending, ending);
-        QCOMPARE(atBox.size(), 5);
-        QCOMPARE(atBox[0].contains("Ejecting disc..."), saysEjecting);
-        QCOMPARE(atBox[1], QStringLiteral(" Files: 2"));
-        QCOMPARE(atBox.mid(3), (QStringList{"0", "0"}));
+        QCOMPARE(rig.ending, row.ending);
+        QCOMPARE(atBox, (QStringList{row.prompt, " Files: 2", "0", "0"}));
+        QCOMPARE(f->smartStatusBar->Item("DATA")->Text(), row.panel);
         QVERIFY(!frmBurn::instance());
         QCOMPARE(f->smartStatusBar->Item("CACHING")->Value(), 0);
         QVERIFY(f->SmartMenu->Enabled() && f->cboDevices->isEnabled() && gblnUnloadOk);
@@ -142,19 +169,22 @@ private slots:
                                              "writefaults-data-at-rest",
                                              SnapshotScrubs::fileDates()),
                  QString());
-        // The image survives every ending for a second try.
+        // The image survives every ending for a second try, and so do the labels but the three
+        // of the dialog; a cache that was made is remembered.
         QCOMPARE(f->Tessaly->ISOFileCount(), 2);
         QCOMPARE(f->Tessaly->ISOImageBlocks(), blocks);
-        if (cancel) {
-            // Offered at one per cent; the disc stays in, ready for the next try.
-            QCOMPARE(atBox[0], QStringLiteral("Writing Cancelled!"));
-            QCOMPARE(atBox[2], QStringLiteral(" Writing Cancelled......"));
+        QVERIFY(gstrVolumeIdentifier.isEmpty());
+        QCOMPARE(gstrVolumeSetIdentifier, QStringLiteral("KEPT"));
+        QVERIFY(f->mblnTrackWriteFirst);
+        QCOMPARE(f->mblnCacheFirst, !row.cache);
+        // A cancelled write leaves the disc in, ready for the next try.
+        QCOMPARE(rig.trayDiscs().size(), row.discsInTray);
+        QCOMPARE(rig.ejectedDiscs().size(), 1 - row.discsInTray);
+        if (row.cancel) {
+            // Offered at one per cent.
             QCOMPARE(rig.cancelEnabledAt.value(0), 1);
             QVERIFY(rig.panelTexts.contains(" Aborting Write...Please Wait!"));
-            QCOMPARE(rig.trayDiscs().size(), 1);
-            QVERIFY(rig.ejectedDiscs().isEmpty());
             QCOMPARE(f->smartStatusBar->Item("STATUSIMG")->ImageKey(), QStringLiteral("MEDIA"));
-            QVERIFY(f->mblnCacheFirst && f->mblnTrackWriteFirst);
         }
     }
 
