@@ -3,6 +3,7 @@
 #include "Fixtures.h"
 #include "Rows.h"
 #include "SnapshotScrubs.h"
+#include "VolumeLabels.h"
 #include "WidgetSnapshot.h"
 #include "WriteRig.h"
 
@@ -27,19 +28,6 @@ void fillImage(CDWriterPro *cd, const QTemporaryDir &src, int size = 200 * 1024)
     writeFile(src.filePath("b.bin"), pseudoRandom(size / 2, 2));
     cd->AddISOFile("\\docs\\a.txt", src.filePath("docs/a.txt"));
     cd->AddISOFile("\\b.bin", src.filePath("b.bin"));
-}
-
-// The nine labels of a data disc, in the order the engine's identifiers are listed below.
-QList<QString *> labelGlobals() {
-    return {&gstrVolumeIdentifier,
-            &gstrVolumeApplicationIdentifier,
-            &gstrVolumePublisher,
-            &gstrVolumeSystemIdentifier,
-            &gstrVolumeSetIdentifier,
-            &gstrVolumeDataPreparerIdentifier,
-            &gstrVolumeCopyrightFileIdentifier,
-            &gstrVolumeAbstractFileIdentifier,
-            &gstrVolumeBiblioFileIdentifier};
 }
 
 const QStringList labelValues{"VOLUME", "APP", "PUB", "SYS", "SET", "PREP", "COPY", "ABS", "BIB"};
@@ -165,7 +153,7 @@ private slots:
         cd->setVolumeIdentifier("BEFORE");
         cd->setCloseSession(false);
         for (int i = 0; i < labelValues.size(); ++i)
-            *labelGlobals()[i] = labelValues[i];
+            *volumeLabels()[i].global = labelValues[i];
         frmBurn *burn = rig.openDialog();
         if (burn->chkFinalizeDisc->isEnabled())
             burn->chkFinalizeDisc->setChecked(row.finalize);
@@ -235,12 +223,9 @@ private slots:
         QCOMPARE(rig.ejectedDiscs().size(), 1);
         QCOMPARE(f->smartStatusBar->Item("CACHING")->Value(), 0);
         QVERIFY(f->SmartMenu->Enabled() && gblnUnloadOk);
-        // A test write leaves the dialog up for the real one; its own tests follow it.
+        // A test write leaves the dialog up for the real one; tst_writefaults follows it.
         QCOMPARE(frmBurn::instance() != nullptr, test);
-        if (test) {
-            QCOMPARE(WidgetSnapshot::differences(frmBurn::instance(), "writedialog-after-test"),
-                     QString());
-        } else {
+        if (!test) {
             QCOMPARE(rig.boxes.size(), 1);
             QCOMPARE(rig.boxes[0].prompt, "Burn process completed successfully at " + speed +
                                               ".\r\n\r\nEjecting disc...");
@@ -291,16 +276,16 @@ private slots:
         QVERIFY(rig.started());
         // Refused during a write, then done at rest.
         for (bool writing : {true, false}) {
-            for (QString *label : labelGlobals())
-                *label = "LABEL";
+            for (const VolumeLabel &label : volumeLabels())
+                *label.global = "LABEL";
             frmBurn *burn = rig.openDialog();
             rig.frame()->EnableForm(!writing);
             burn->cmdClose->click();
             QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
             QCOMPARE(frmBurn::instance() != nullptr, writing);
             QStringList values;
-            for (const QString *label : labelGlobals())
-                values << *label;
+            for (const VolumeLabel &label : volumeLabels())
+                values << *label.global;
             QCOMPARE(values, QStringList({"", "", "", "LABEL", "LABEL", "LABEL", "LABEL", "LABEL",
                                           "LABEL"}));
         }

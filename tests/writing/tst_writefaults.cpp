@@ -177,7 +177,7 @@ private slots:
         QCOMPARE(gstrVolumeSetIdentifier, QStringLiteral("KEPT"));
         QVERIFY(f->mblnTrackWriteFirst);
         QCOMPARE(f->mblnCacheFirst, !row.cache);
-        // A cancelled write leaves the disc in, ready for the next try.
+        // Only the cancel keeps the disc in the tray for another go.
         QCOMPARE(rig.trayDiscs().size(), row.discsInTray);
         QCOMPARE(rig.ejectedDiscs().size(), 1 - row.discsInTray);
         if (row.cancel) {
