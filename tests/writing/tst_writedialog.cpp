@@ -185,56 +185,6 @@ private slots:
         QVERIFY(rig.answers.errors.isEmpty());
     }
 
-    void statusTextsInOrder_data() {
-        QTest::addColumn<bool>("test"); // a test write caches, the real one streams
-        QTest::newRow("cached test write") << true;
-        QTest::newRow("streamed real write") << false;
-    }
-
-    void statusTextsInOrder() {
-        QFETCH(bool, test);
-        WriteRig rig;
-        QVERIFY(rig.started());
-        mdiMain *f = rig.frame();
-        QTemporaryDir src;
-        fillImage(f->Tessaly, src, 2 * 1024 * 1024);
-        const QString speed = f->mstrSpeed;
-        frmBurn *burn = rig.openDialog();
-        burn->chkCacheImage->setChecked(test);
-        if (!test)
-            burn->optWrite->click();
-        QVERIFY(rig.writeAndWait(burn));
-        QCOMPARE(rig.ending, QStringLiteral("WriteComplete"));
-        QStringList actions{"Preparing to Write Disc...", "Caching Track... #", "Writing Block: #",
-                            "Closing Track...", "Closing Session..."};
-        if (!test)
-            actions.removeAt(1);
-        QStringList panel;
-        for (const QString &action : std::as_const(actions))
-            panel << u' ' + action;
-        panel.insert(panel.size() - 3, QStringLiteral(" Creating Directories..."));
-        QCOMPARE(rig.panelTexts, panel);
-        QCOMPARE(rig.actionTexts, actions);
-        QVERIFY(rig.answers.errors.isEmpty());
-        // Cancel was offered at one per cent only, never while caching.
-        QCOMPARE(rig.cancelEnabledAt, QList<int>({1}));
-        // The disc is out in both cases.
-        QVERIFY(rig.trayDiscs().isEmpty());
-        QCOMPARE(rig.ejectedDiscs().size(), 1);
-        QCOMPARE(f->smartStatusBar->Item("CACHING")->Value(), 0);
-        QVERIFY(f->SmartMenu->Enabled() && gblnUnloadOk);
-        // A test write leaves the dialog up for the real one; tst_writefaults follows it.
-        QCOMPARE(frmBurn::instance() != nullptr, test);
-        if (!test) {
-            QCOMPARE(rig.boxes.size(), 1);
-            QCOMPARE(rig.boxes[0].prompt, "Burn process completed successfully at " + speed +
-                                              ".\r\n\r\nEjecting disc...");
-            QCOMPARE(rig.boxes[0].title, QStringLiteral("Tessaly - Information"));
-            QCOMPARE(rig.boxes[0].buttons, int(vbInformation));
-            QCOMPARE(rig.boxes[0].dataPanel, QStringLiteral(" Writing Complete!"));
-        }
-    }
-
     void trackPercentages_data() {
         addRows<Percent>({
             {"half of the second of three", {3, 2, 500, 1000, "writedialog-track2-50-total-50"}},

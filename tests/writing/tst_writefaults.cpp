@@ -36,6 +36,21 @@ frmData *openCompilation(WriteRig &rig, const QTemporaryDir &src) {
     return DefaultInstance<frmData>::peek();
 }
 
+// The steps a write shows, on the dialog's action line or, each after a space and with the
+// directories' step, in the status panel.
+QStringList writeSteps(bool cached, bool panel) {
+    QStringList steps{"Preparing to Write Disc...", "Writing Block: #", "Closing Track...",
+                      "Closing Session..."};
+    if (cached)
+        steps.insert(1, "Caching Track... #");
+    if (!panel)
+        return steps;
+    for (QString &step : steps)
+        step.prepend(u' ');
+    steps.insert(steps.size() - 3, " Creating Directories...");
+    return steps;
+}
+
 // How a write ends: the recorder's settings, cancelled or not, cached or not, the ending's event,
 // its box (title after the product's name, then text), the status panel after, discs left in.
 struct Ending {
@@ -66,6 +81,10 @@ private slots:
         QVERIFY(!shown.isEmpty());
         frmBurn *burn = rig.openDialog();
         QVERIFY(rig.writeAndWait(burn));
+        // A test write caches first; cancel was offered at one per cent only, never while caching.
+        QCOMPARE(rig.panelTexts, writeSteps(true, true));
+        QCOMPARE(rig.actionTexts, writeSteps(true, false));
+        QCOMPARE(rig.cancelEnabledAt, QList<int>({1}));
         // The disc is out, nothing burnt on it, and the dialog offers the real write and says
         // how to get the disc back in.
         QVERIFY(QFileInfo(rig.ejectedImage()).size() == 0 ||
@@ -92,8 +111,28 @@ private slots:
         QCOMPARE(WidgetSnapshot::differences(burn, fromDialog ? "writefaults-disc-back"
                                                               : "writefaults-reopened-after-test"),
                  QString());
+        // The real write streams.
+        burn->chkCacheImage->setChecked(false);
+        rig.panelTexts.clear();
+        rig.actionTexts.clear();
         QVERIFY(rig.writeAndWait(burn));
         QCOMPARE(rig.ending, QStringLiteral("WriteComplete"));
+        // Through a dialog opened anew, the image's size stands where the first step was shown.
+        QStringList panel = writeSteps(false, true);
+        if (!fromDialog)
+            panel[0] = " Data Image Size: 0.16 MB  ";
+        QCOMPARE(rig.panelTexts, panel);
+        QCOMPARE(rig.actionTexts, writeSteps(false, false));
+        QCOMPARE(rig.cancelEnabledAt, QList<int>({1, 1}));
+        QCOMPARE(rig.boxes.size(), 2);
+        QCOMPARE(rig.boxes[1].prompt, "Burn process completed successfully at " + f->mstrSpeed +
+                                          ".\r\n\r\nEjecting disc...");
+        QCOMPARE(rig.boxes[1].title, QStringLiteral("Tessaly - Information"));
+        QCOMPARE(rig.boxes[1].buttons, int(vbInformation));
+        QCOMPARE(rig.boxes[1].dataPanel, QStringLiteral(" Writing Complete!"));
+        QVERIFY(rig.trayDiscs().isEmpty() && rig.answers.errors.isEmpty());
+        QCOMPARE(f->smartStatusBar->Item("CACHING")->Value(), 0);
+        QVERIFY(f->SmartMenu->Enabled() && gblnUnloadOk);
         QCOMPARE(f->txtVolIdentifier->text(), shown);
         QCOMPARE(isoinfoVolumeId(rig.ejectedImage()), shown);
     }
