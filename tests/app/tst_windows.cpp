@@ -50,30 +50,38 @@ private slots:
         answers.reset();
     }
 
+    // The frame's menus, toolbar and boxes follow the active compilation.
     void frame_data() {
         QTest::addColumn<QByteArray>("ini");
-        QTest::newRow("frame") << QByteArray();
+        QTest::addColumn<QString>("open");
+        QTest::newRow("frame") << QByteArray() << QString();
         QTest::newRow("frame-without-recorders")
-            << QByteArray("[Recorders]\r\nImage Recorder=False\r\n");
+            << QByteArray("[Recorders]\r\nImage Recorder=False\r\n") << QString();
+        QTest::newRow("frame-data") << QByteArray() << QStringLiteral("frmData");
+        QTest::newRow("frame-audio") << QByteArray() << QStringLiteral("frmAudio");
     }
     void frame() {
         QFETCH(QByteArray, ini);
+        QFETCH(QString, open);
         if (!ini.isEmpty())
             env->writeFile(QStringLiteral("Dat/tessaly.ini"), ini);
         QVERIFY(env->startProgram());
+        if (!open.isEmpty())
+            QVERIFY(FormRegistry::open(open));
         Waits::settle();
         QCOMPARE(differences(DefaultInstance<mdiMain>::peek(), QTest::currentDataTag()), QString());
     }
 
     void opens_data() {
         QTest::addColumn<QString>("name");
-        for (const char *name :
-             {"frmData",         "frmAudio",     "frmLabels",  "frmBurn",         "frmCD2CD",
-              "frmBurnBin",      "frmIsoripper", "frmAbout",   "frmCoder",        "frmLicense",
-              "frmWeb",          "frmDiscInfo",  "frmErase",   "frmRecorderInfo", "frmSupDrives",
-              "frmSessionCheck", "frmBurnIso",   "frmPreView", "frmRipper",       "frmDecode",
-              "frmNormalize",    "PREFERENCES"})
-            QTest::newRow(name) << QString::fromLatin1(name);
+        // Window names open through the registry, command keys through the frame.
+        const char *names =
+            "frmData frmAudio frmLabels frmBurn frmCD2CD frmBurnBin frmIsoripper "
+            "frmAbout frmCoder frmLicense frmWeb frmDiscInfo frmErase "
+            "frmRecorderInfo frmSupDrives frmSessionCheck frmBurnIso frmPreView "
+            "frmRipper frmDecode frmNormalize PREFERENCES NEW:frmChooseDiscType HELP:frmHelp";
+        for (const QByteArray &name : QByteArray(names).split(' '))
+            QTest::newRow(name.constData()) << QString::fromLatin1(name);
     }
     // A dialog runs its own loop: it is read from inside that loop, then closed.
     void opens() {
@@ -86,7 +94,7 @@ private slots:
             if (QWidget *modal = QApplication::activeModalWidget()) {
                 poll.stop();
                 Waits::settle();
-                diff = differences(modal, name);
+                diff = differences(modal, name.section(u':', -1));
                 modal->close();
             }
         });
@@ -94,17 +102,17 @@ private slots:
         if (FormRegistry::contains(name))
             QVERIFY(FormRegistry::open(name));
         else
-            DefaultInstance<mdiMain>::peek()->runCommand(name);
+            DefaultInstance<mdiMain>::peek()->runCommand(name.section(u':', 0, 0));
         if (poll.isActive()) {
             poll.stop();
             Waits::settle();
-            // Windows the registry does not keep are found by their name.
+            // Windows the registry does not keep are found by their name ("HELP:frmHelp").
             QWidget *window = FormRegistry::find(name);
             for (QWidget *w : QApplication::allWidgets())
-                if (!window && w->objectName() == name && w->isVisible())
+                if (!window && w->objectName() == name.section(u':', -1) && w->isVisible())
                     window = w;
             if (window)
-                diff = differences(window, name);
+                diff = differences(window, name.section(u':', -1));
         }
         QCOMPARE(diff, QString());
     }

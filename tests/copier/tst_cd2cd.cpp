@@ -77,7 +77,10 @@ private slots:
         const QString out = dir.filePath(flag ? "disc.bin" : "disc.iso");
         QCOMPARE(r.copier.ReadDiscToFile(CopierRig::Second, out, flag), 0);
         QVERIFY2(r.waitForJob(), qPrintable(r.failure));
-        QCOMPARE(r.percents.count(100.0), 1);
+        // Rising through the copy, 100 once at the end.
+        QVERIFY(r.percents.size() > 5 && r.percents.last() == 100.0);
+        QVERIFY(std::adjacent_find(r.percents.begin(), r.percents.end(), std::greater_equal<>()) ==
+                r.percents.end());
         const QByteArray bytes = OutsideTools::fileBytes(out);
         const qint64 size = qint64(toc[0].second) * 2048;
         QCOMPARE(bytes.left(size), blocksOf(CopierRig::trayData(1), toc[0].first, size));

@@ -80,6 +80,7 @@ private slots:
             {"buffer underrun", {{3, 0x0C, 0x09}, 1008, "3/0C/09 WRITE ERROR - LOSS OF STREAMING"}},
             {"tray open: any qualifier of 3A", {{2, 0x3A, 2}, 1033, "2/3A/02 MEDIUM NOT PRESENT"}},
             {"miscompare", {{0xE, 0x1D, 0}, 1005, "E/1D/00 MISCOMPARE DURING VERIFY OPERATION"}},
+            {"unlisted 73 qualifier", {{3, 0x73, 0x20}, 1049, "3/73/20 CD CONTROL ERROR"}},
             {"unknown ASC: the key decides", {{4, 0x99, 1}, 1034, "4/99/01 HARDWARE ERROR"}},
             {"nothing wrong", {{0, 0, 0}, 1052, "0/00/00 NO ADDITIONAL SENSE INFORMATION"}},
             {"no such key", {{16, 0x99, 0}, 1051, "10/99/00 UNKNOWN SENSE KEY"}},

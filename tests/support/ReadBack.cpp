@@ -65,15 +65,6 @@ QList<QPair<int, int>> xorrisoToc(const QString &image) {
     return toc;
 }
 
-QByteArray isoinfoFile(const QString &image, const QString &path, bool rockRidge) {
-    int status = -1;
-    QStringList args{"-i", image, "-x", path};
-    if (rockRidge)
-        args.prepend("-R");
-    const QByteArray bytes = run("isoinfo", args, &status);
-    return status == 0 ? bytes : QByteArray("<isoinfo failed>");
-}
-
 QMap<QString, QByteArray> fileHashes(Tool tool, const QString &image, qint32 session) {
     QMap<QString, QByteArray> out;
     const DiscReadBack::Tree tree = DiscReadBack::read(tool, image, session);

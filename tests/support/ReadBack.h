@@ -17,8 +17,6 @@ QByteArray xorrisoExtract(const QString &image, const QString &path, QTemporaryD
                           qint32 session = -1);
 // (start, blocks) of each session.
 QList<QPair<int, int>> xorrisoToc(const QString &image);
-// "<isoinfo failed>" when it fails.
-QByteArray isoinfoFile(const QString &image, const QString &path, bool rockRidge = true);
 // "/dir/name" of every regular file with the SHA-256 of its bytes; empty when the tool failed.
 enum class Tool { Xorriso, Isoinfo, Bsdtar };
 QMap<QString, QByteArray> fileHashes(Tool tool, const QString &image, qint32 session = 0);

@@ -209,6 +209,7 @@ QString differences(const QWidget *window, const QString &name,
     QString text = describe(window);
     for (const auto &[from, to] : scrub)
         text.replace(from, to);
+    text.replace(QStringLiteral(TESSALY_SOURCE_DIR), QStringLiteral("SOURCE"));
     text.replace(QDir::homePath(), QStringLiteral("HOME"));
     // Names made from the clock, as a new image's volume name is.
     text.replace(QRegularExpression(QStringLiteral("\\b20\\d{6}_\\d{4}\\b")),
