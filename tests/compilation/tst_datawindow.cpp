@@ -259,9 +259,8 @@ private slots:
 
     void unloadRestoresFrame() {
         KeyedMenu *menu = rig->frame()->SmartMenu;
+        // With the window open the frame is tst_windows' frame-data.
         QCOMPARE(gblnDisctypeIsData, Integer(0));
-        QCOMPARE(snapshot("menus-open", rig->frame()->menuBar()), QString());
-        QVERIFY(rig->frame()->txtVolIdentifier->isEnabled());
         rig->drop(rig->data()->tvwDirectories, {rig->source("f.txt")});
         // A write refuses the close, but the frame falls back all the same.
         gblnUnloadOk = false;
