@@ -265,6 +265,7 @@ private slots:
         // A write refuses the close, but the frame falls back all the same.
         gblnUnloadOk = false;
         QVERIFY(!rig->data()->close());
+        QCOMPARE(snapshot("close-refused"), QString());
         QVERIFY(menu->Item("NEW")->Enabled());
         gblnUnloadOk = true;
         QVERIFY(rig->data()->parentWidget()->close());

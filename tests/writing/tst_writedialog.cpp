@@ -233,6 +233,8 @@ private slots:
             burn->cmdClose->click();
             QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
             QCOMPARE(frmBurn::instance() != nullptr, writing);
+            if (writing)
+                QCOMPARE(WidgetSnapshot::differences(burn, "writedialog-data"), QString());
             QStringList values;
             for (const VolumeLabel &label : volumeLabels())
                 values << *label.global;
