@@ -262,6 +262,10 @@ private slots:
                 QVERIFY(rig.boxes[0].prompt.contains("could not be switched off"));
                 QVERIFY(rig.frame()->SmartMenu->Enabled());
                 QVERIFY(!gblnCloseWindows);
+                QCOMPARE(WidgetSnapshot::differences(DefaultInstance<frmData>::peek(),
+                                                     "writefaults-data-at-rest",
+                                                     SnapshotScrubs::fileDates()),
+                         QString());
                 DefaultInstance<frmData>::unload();
                 QVERIFY(!DefaultInstance<frmData>::exists());
             }
@@ -293,6 +297,7 @@ private slots:
         burn->cmdWrite->click();
         QCOMPARE(rig.boxes.last().prompt, told);
         QVERIFY(!burn->tmrBurn->isActive());
+        QCOMPARE(WidgetSnapshot::differences(burn, "writefaults-refused-open-session"), QString());
     }
 };
 
