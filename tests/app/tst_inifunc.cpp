@@ -1,3 +1,4 @@
+#include "OutsideTools.h"
 #include "TestEnvironment.h"
 #include "app/modIniFunc.h"
 
@@ -7,12 +8,6 @@
 // file's own rules are tst_inifile's.
 class tst_IniFunc : public QObject {
     Q_OBJECT
-private:
-    static QByteArray readAll(const QString &path) {
-        QFile f(path);
-        return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray();
-    }
-
 private slots:
     void longValueComesBackCut() {
         TestEnvironment env;
@@ -20,7 +15,7 @@ private slots:
         QVERIFY(!QFile::exists(env.iniFile())); // reading never creates the file
         QString v(300, u'x');
         writeINI(env.iniFile(), "Directories", "FileBrowser Last Dir", v);
-        QCOMPARE(readAll(env.iniFile()).count('x'), 300); // written whole
+        QCOMPARE(OutsideTools::fileBytes(env.iniFile()).count('x'), 300); // written whole
         QCOMPARE(sGetINI(env.iniFile(), "Directories", "FileBrowser Last Dir", "").size(), 254);
         // A default longer than the buffer is cut the same way.
         QCOMPARE(sGetINI(env.iniFile(), "Directories", "Other", QString(300, u'd')).size(), 254);
@@ -31,7 +26,7 @@ private slots:
         QString v = QStringLiteral("a\r\nb");
         writeINI(env.iniFile(), "General", "Note", v);
         QCOMPARE(v, QStringLiteral("a  b"));
-        QCOMPARE(readAll(env.iniFile()), QByteArray("[General]\nNote=a\r\nb\n"));
+        QCOMPARE(OutsideTools::fileBytes(env.iniFile()), QByteArray("[General]\nNote=a\r\nb\n"));
         QCOMPARE(sGetINI(env.iniFile(), "General", "Note", "?"), QStringLiteral("a"));
     }
 

@@ -1,5 +1,7 @@
+#include "OutsideTools.h"
 #include "ScriptedAnswers.h"
 #include "TestEnvironment.h"
+#include "WidgetSnapshot.h"
 #include "app/frmChooseDir.h"
 #include "app/frmOptions.h"
 #include "app/modIniFunc.h"
@@ -25,20 +27,6 @@ QString storedAs(const TestEnvironment &env, const QString &expected) {
 }
 #define COMPARE_STORED(env, expected) QCOMPARE(storedAs(env, expected), QString(expected))
 
-// What the box shows: transparency, slider, hands, window, start folder and its text.
-QString shown(const frmOptions *b) {
-    return QStringList{b->chkUseTransp->isChecked() ? "transparent" : "opaque",
-                       QString::number(b->sldTransparency->value()),
-                       QString(b->optLeftHand->isChecked() ? "L" : "-") +
-                           (b->optRightHand->isChecked() ? "R" : "-"),
-                       b->optMaximized->isChecked() ? "max"
-                       : b->optManual->isChecked()  ? "manual"
-                                                    : "none",
-                       b->picFrame2->isHidden() ? "last" : "start",
-                       b->txtStartFolder->text()}
-        .join(u' ');
-}
-
 // Opens the box as PREFERENCES would, but without a modal loop, so the test drives it.
 frmOptions *openBox() {
     frmOptions *box = DefaultInstance<frmOptions>::get();
@@ -63,10 +51,10 @@ private slots:
     // ("Section/Key=Value;..."; the keys left out are not checked, and an empty list not at all).
     void loadShowsAndOkRewrites_data() {
         QTest::addColumn<QByteArray>("ini");
-        QTest::addColumn<QString>("shown");
+        QTest::addColumn<QString>("shown"); // a snapshot of the box as it opens
         QTest::addColumn<QString>("expected");
         QTest::newRow("no options file")
-            << QByteArray() << "opaque 90 -R max last C:\\"
+            << QByteArray() << "options-default"
             << "General/Transparency Enabled=0;General/Transparency Value=90;"
                "General/Left Hand=False;General/Right Hand=True;General/FileBrowser Left=7650;"
                "General/DataImage Left=0;General/AudioImage Left=0;General/Maximized=True;"
@@ -75,14 +63,14 @@ private slots:
         QTest::newRow("transparent, left, manual")
             << QByteArray("[General]\nTransparency Enabled=1\nTransparency Value=40\n"
                           "Left Hand=True\nRight Hand=False\nMaximized=False\nManual=True\n")
-            << "transparent 40 L- manual last C:\\" << QString();
+            << "options-transparent-40-left-manual" << QString();
         // The left edges come from the hand options, not from what was stored before.
         QTest::newRow("left handed, manual, stale edges")
             << QByteArray("[General]\nLeft Hand=True\nRight Hand=False\nMaximized=False\n"
                           "Manual=True\nFileBrowser Left=7650\nDataImage Left=0\n"
                           "AudioImage Left=0\nMaximized Value=2\nTransparency Enabled=1\n"
                           "Transparency Value=55\n")
-            << "transparent 55 L- manual last C:\\"
+            << "options-transparent-55-left-manual"
             << "General/Transparency Enabled=1;General/Transparency Value=55;"
                "General/Left Hand=True;General/Right Hand=False;General/FileBrowser Left=0;"
                "General/DataImage Left=7650;General/AudioImage Left=7650;General/Maximized=False;"
@@ -90,28 +78,28 @@ private slots:
                "Directories/Last Used Directory=True;Directories/Use Last Directory=1";
         QTest::newRow("right handed, stale compilation edges")
             << QByteArray("[General]\nDataImage Left=7650\nAudioImage Left=7650\n")
-            << "opaque 90 -R max last C:\\"
+            << "options-default"
             << "General/FileBrowser Left=7650;General/DataImage Left=0;General/AudioImage Left=0;"
                "General/Maximized Value=2";
         QTest::newRow("start folder of its own, keys in other case")
             << QByteArray("[directories]\nuse last directory=0\nfilebrowser start dir=/srv/music\n")
-            << "opaque 90 -R max start /srv/music" << QString();
+            << "options-start-srv-music" << QString();
         QTest::newRow("fixed start folder")
             << QByteArray("[Directories]\nUse Last Directory=0\nLast Used Directory=True\n"
                           "FileBrowser Start Dir=/home/ann/Music\n")
-            << "opaque 90 -R max start /home/ann/Music"
+            << "options-start-ann-music"
             << "Directories/Last Used Directory=False;"
                "Directories/FileBrowser Start Dir=/home/ann/Music;Directories/Use Last Directory=0";
         QTest::newRow("start folder without a stored one")
-            << QByteArray("[Directories]\nUse Last Directory=0\n") << "opaque 90 -R max start C:\\"
+            << QByteArray("[Directories]\nUse Last Directory=0\n") << "options-start-default"
             << QString();
         // Two options claiming the same side: the later one read wins, as buttons of one group.
         QTest::newRow("both hands stored true")
-            << QByteArray("[General]\nLeft Hand=True\nRight Hand=True\n")
-            << "opaque 90 -R max last C:\\" << QString();
+            << QByteArray("[General]\nLeft Hand=True\nRight Hand=True\n") << "options-default"
+            << QString();
         QTest::newRow("neither hand")
-            << QByteArray("[General]\nLeft Hand=False\nRight Hand=False\n")
-            << "opaque 90 -- max last C:\\" << QString();
+            << QByteArray("[General]\nLeft Hand=False\nRight Hand=False\n") << "options-no-hand"
+            << QString();
     }
 
     void loadShowsAndOkRewrites() {
@@ -121,10 +109,9 @@ private slots:
         if (!ini.isEmpty())
             env.writeFile("Dat/tessaly.ini", ini);
         frmOptions *box = openBox();
-        QTEST(shown(box), "shown");
+        QFETCH(QString, shown);
         // Loading previews nothing: the box is opaque until the user touches transparency.
-        QCOMPARE(box->windowOpacity(), 1.0);
-        QVERIFY(!box->cmdApply->isEnabled());
+        QCOMPARE(WidgetSnapshot::differences(box, shown), QString());
         if (expected.isEmpty())
             return;
         QTest::mouseClick(box->cmdOK, Qt::LeftButton);
@@ -132,37 +119,29 @@ private slots:
         QCOMPARE(storedAs(env, expected), expected);
         if (ini.isEmpty()) {
             // A fresh file shows the order of writing: every key once, in the expected order.
-            QFile f(env.iniFile());
-            QVERIFY(f.open(QIODevice::ReadOnly));
-            QStringList written;
-            QString section;
-            for (const QString &raw : QString::fromLatin1(f.readAll()).split(u'\n')) {
-                const QString line = raw.trimmed();
-                if (line.startsWith(u'['))
-                    section = line.mid(1, line.size() - 2);
-                else if (!line.isEmpty())
-                    written << section + u'/' + line;
+            QString want, section;
+            for (const QString &entry : expected.split(u';')) {
+                if (entry.section(u'/', 0, 0) != section)
+                    want += u'[' + (section = entry.section(u'/', 0, 0)) + "]\n";
+                want += entry.section(u'/', 1) + u'\n';
             }
-            QCOMPARE(written.join(u';'), expected);
+            QCOMPARE(QString::fromLatin1(OutsideTools::fileBytes(env.iniFile())), want);
         }
     }
 
     void cancelSavesNothingButKeepsWhatWasApplied() {
         TestEnvironment env;
         frmOptions *box = openBox();
-        // A control on a tab that is not up takes no click.
-        box->optManual->click();
-        QVERIFY(!box->optManual->isChecked());
+        // Controls on a tab that is not up are greyed (options-default), so it is raised first.
         box->tbsOptions->setCurrentIndex(1);
         box->optManual->click();
-        QVERIFY(box->optManual->isChecked());
         box->cmdCancel->click();
         QVERIFY(!box->isVisible());
         QVERIFY(!QFile::exists(env.iniFile()));
         unloadBoxes();
 
         box = openBox();
-        QVERIFY(box->optMaximized->isChecked());
+        QCOMPARE(WidgetSnapshot::differences(box, "options-default"), QString());
         box->tbsOptions->setCurrentIndex(1);
         box->optManual->click();
         box->cmdApply->click();
@@ -174,31 +153,18 @@ private slots:
     void transparencyPreviewsOnTheBox() {
         TestEnvironment env;
         frmOptions *box = openBox();
-        QCOMPARE(box->tbsOptions->count(), 3);
-        QVERIFY(box->chkLastUsedDir->isChecked());
         // The slider is off while the check box is, but can move once its tab is up.
-        QVERIFY(!box->sldTransparency->isEnabled());
         box->tbsOptions->setCurrentIndex(1);
-        QVERIFY(box->sldTransparency->isEnabled());
-        QVERIFY(!QFile::exists(env.iniFile()));
+        QCOMPARE(WidgetSnapshot::differences(box, "options-transparency-tab"), QString());
         box->chkUseTransp->click();
-        QVERIFY(box->chkUseTransp->isChecked());
-        QCOMPARE(box->sldTransparency->value(), 90);
-        QVERIFY(box->sldTransparency->isEnabled());
-        QVERIFY(qAbs(box->windowOpacity() - 0.9) < 0.01);
-        QVERIFY(box->cmdApply->isEnabled());
-
+        QCOMPARE(WidgetSnapshot::differences(box, "options-transparency-on"), QString());
+        QVERIFY(!QFile::exists(env.iniFile()));
         box->cmdApply->click();
         box->sldTransparency->setFocus();
         QTest::keyClick(box->sldTransparency, Qt::Key_PageDown);
-        QCOMPARE(box->sldTransparency->value(), 80);
-        QVERIFY(qAbs(box->windowOpacity() - 0.8) < 0.01);
-        QVERIFY(box->cmdApply->isEnabled());
-
+        QCOMPARE(WidgetSnapshot::differences(box, "options-transparency-80"), QString());
         box->chkUseTransp->click();
-        QCOMPARE(box->sldTransparency->value(), 100);
-        QVERIFY(!box->sldTransparency->isEnabled());
-        QCOMPARE(box->windowOpacity(), 1.0);
+        QCOMPARE(WidgetSnapshot::differences(box, "options-transparency-off"), QString());
         box->cmdOK->click();
         COMPARE_STORED(env, "General/Transparency Enabled=0;General/Transparency Value=100");
     }
@@ -218,13 +184,12 @@ private slots:
         QTemporaryDir folder;
         env.writeFile("Dat/tessaly.ini", "[Directories]\nUse Last Directory=0\n");
         frmOptions *box = openBox();
-        QCOMPARE(box->txtStartFolder->text(), QStringLiteral("C:\\"));
-        QString seenCaption;
         // The chooser runs modal; a queued step plays the user inside its loop.
         QTimer::singleShot(0, box, [&] {
             frmChooseDir *chooser = DefaultInstance<frmChooseDir>::peek();
             QVERIFY(chooser && chooser->isModal() && chooser->isVisible());
-            seenCaption = chooser->windowTitle();
+            QCOMPARE(WidgetSnapshot::differences(chooser, "options-start-folder-chooser"),
+                     QString());
             QCOMPARE(chooser->mstrPath, QStringLiteral("C:\\"));
             if (pickNode) {
                 auto *model = qobject_cast<QFileSystemModel *>(chooser->FolderView->model());
@@ -235,7 +200,6 @@ private slots:
             (confirm ? chooser->cmdOK : chooser->cmdCancel)->click();
         });
         box->cmdFilename->click();
-        QCOMPARE(seenCaption, QStringLiteral("Select Start Directory"));
         QCOMPARE(box->txtStartFolder->text(), confirm && pickNode ? folder.path() : "C:\\");
         QCOMPARE(box->cmdApply->isEnabled(), confirm && pickNode);
     }

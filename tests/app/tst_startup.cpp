@@ -37,12 +37,7 @@ private slots:
         QCOMPARE(splash->lblVersion->text(), QStringLiteral("Version  0.1.0"));
         QCOMPARE(splash->tmrWait->interval(), 55);
         QVERIFY(splash->tmrWait->isActive());
-    }
-
-    void splashGivesWayToTheFrameAtTheFiftiethTick() {
-        TestEnvironment env;
-        modMain::Main();
-        frmSplash *splash = DefaultInstance<frmSplash>::peek();
+        // It gives way to the frame at the fiftieth tick.
         splash->tmrWait->stop(); // the ticks are the test's own, whatever the machine's load
         for (int i = 0; i < 49; ++i)
             splash->tmrWait_Timer();
@@ -51,9 +46,7 @@ private slots:
         splash->tmrWait_Timer();
         QVERIFY(DefaultInstance<mdiMain>::exists());
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-        QVERIFY(!DefaultInstance<frmSplash>::exists());
-        QCOMPARE(DefaultInstance<mdiMain>::peek()->windowTitle(),
-                 QStringLiteral("Tessaly - [FreeWare] Version 0.1.0"));
+        QVERIFY(!DefaultInstance<frmSplash>::exists()); // the frame's caption: frame snapshot
     }
 
     void maximizedValueFromTheOptions() {
@@ -73,7 +66,6 @@ private slots:
         QCOMPARE(vbwState().lastProcedure, QStringLiteral("MDIForm_Load"));
         QCOMPARE(vbwState().lastModule, QStringLiteral("mdiMain"));
         QVERIFY(answers.errors.first().contains("Description: Type mismatch"));
-        QVERIFY(answers.errors.first().contains("Procedure: MDIForm_Load"));
         // Ignored: the frame stands all the same.
         QVERIFY(DefaultInstance<mdiMain>::exists());
     }

@@ -1,21 +1,9 @@
+#include "ErrorOf.h"
 #include "base/Checked.h"
 #include "base/Conversions.h"
 #include "base/RuntimeError.h"
 
 #include <QtTest>
-#include <functional>
-
-namespace {
-// The number of the error `step` raises; 0 when it raises none.
-int errorOf(const std::function<void()> &step) {
-    try {
-        step();
-    } catch (const RuntimeError &e) {
-        return e.number();
-    }
-    return 0;
-}
-} // namespace
 
 class tst_Conversions : public QObject {
     Q_OBJECT

@@ -1,8 +1,7 @@
 #include "FrameFixture.h"
+#include "WidgetSnapshot.h"
 #include "app/mdiMain.h"
 #include "widgets/DefaultInstance.h"
-#include "widgets/KeyedItem.h"
-#include "widgets/KeyedMenu.h"
 
 #include <QtWidgets>
 
@@ -29,12 +28,10 @@ int browserNumber(const QString &caption) {
     return m.hasMatch() ? m.captured(1).toInt() : 0;
 }
 
-QStringList shownMenus(const KeyedMenu *menu) {
-    QStringList shown;
-    for (const QString &key : menu->menuKeys())
-        if (menu->Menu(key)->Shown() == 1)
-            shown.append(key);
-    return shown;
+QString differences(const QString &name, const QString &folder) {
+    return WidgetSnapshot::differences(
+        frame(), name,
+        {{QRegularExpression(QRegularExpression::escape(folder)), QStringLiteral("DIR")}});
 }
 
 void useScreen1024x768() {

@@ -4,7 +4,6 @@
 
 #include <QtCore>
 
-class KeyedMenu;
 class mdiMain;
 class QMdiSubWindow;
 
@@ -19,7 +18,8 @@ QList<QMdiSubWindow *> childWindows();
 QStringList captions();
 // The number in a browser's caption, "File Browser [2]  /home" gives 2; 0 when there is none.
 int browserNumber(const QString &caption);
-QStringList shownMenus(const KeyedMenu *menu);
+// The frame against tests/snapshots/<name>.txt, less the clock's panels and the test's folder.
+QString differences(const QString &name, const QString &folder);
 // Before the application exists: 1024 by 768 at 96 dots per inch.
 void useScreen1024x768();
 

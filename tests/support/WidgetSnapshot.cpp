@@ -211,9 +211,12 @@ QString differences(const QWidget *window, const QString &name,
         text.replace(from, to);
     text.replace(QStringLiteral(TESSALY_SOURCE_DIR), QStringLiteral("SOURCE"));
     text.replace(QDir::homePath(), QStringLiteral("HOME"));
-    // Names made from the clock, as a new image's volume name is.
+    // Names made from the clock, as a new image's volume name is, and the frame's clock panels,
+    // as wide as the day's date.
     text.replace(QRegularExpression(QStringLiteral("\\b20\\d{6}_\\d{4}\\b")),
                  QStringLiteral("YYYYMMDD_HHMM"));
+    text.remove(QRegularExpression(QStringLiteral("^(DATE|TIME)\\b.*\n"),
+                                   QRegularExpression::MultilineOption));
     QFile file(QStringLiteral(TESSALY_SNAPSHOT_DIR "/") + name + QStringLiteral(".txt"));
     if (qEnvironmentVariableIntValue("TESSALY_UPDATE_SNAPSHOTS")) {
         if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate))
