@@ -5,6 +5,7 @@
 #include "Fixtures.h"
 #include "OutsideTools.h"
 #include "ReadBack.h"
+#include "Rows.h"
 #include "TestEnvironment.h"
 #include "Waits.h"
 
@@ -98,15 +99,13 @@ private slots:
     }
 
     void readFailureLeavesNoFile_data() {
-        QTest::addColumn<bool>("abort");
-        QTest::addColumn<QString>("reason");
+        columns<bool, QString>("abort", "reason");
         QTest::newRow("unreadable sector") << false << "Sector 40 could not be read after 3 tries.";
         QTest::newRow("abort") << true << "The job was aborted.";
     }
 
     void readFailureLeavesNoFile() {
-        QFETCH(bool, abort);
-        QFETCH(QString, reason);
+        auto [abort, reason] = fetch<bool, QString>("abort", "reason");
         CopierRig r;
         QTemporaryDir dir, out;
         writeDataDisc(r, dir, abort ? 20000000 : 100000);
@@ -123,8 +122,7 @@ private slots:
     }
 
     void refusedCueSheets_data() {
-        QTest::addColumn<QByteArray>("sheet");
-        QTest::addColumn<QString>("reason");
+        columns<QByteArray, QString>("sheet", "reason");
         const QByteArray file = "FILE \"d.bin\" BINARY\n";
         QTest::newRow("MODE2/2352") << file + "TRACK 01 MODE2/2352\nINDEX 01 00:00:00\n"
                                     << "Track 1 is MODE2/2352: only AUDIO and MODE1/2048";
@@ -148,8 +146,7 @@ private slots:
     }
 
     void refusedCueSheets() {
-        QFETCH(QByteArray, sheet);
-        QFETCH(QString, reason);
+        auto [sheet, reason] = fetch<QByteArray, QString>("sheet", "reason");
         CopierRig r;
         QTemporaryDir dir;
         Fixtures::writeFile(dir.filePath("d.bin"), QByteArray(2352 * 300, 'x'));
@@ -164,16 +161,14 @@ private slots:
     }
 
     void dataCopy_data() {
-        QTest::addColumn<bool>("test");
-        QTest::addColumn<qint32>("destination");
+        columns<bool, qint32>("test", "destination");
         QTest::newRow("real") << false << CopierRig::First;
         QTest::newRow("test write") << true << CopierRig::First;
         QTest::newRow("one drive") << false << CopierRig::Second;
     }
 
     void dataCopy() {
-        QFETCH(bool, test);
-        QFETCH(qint32, destination);
+        auto [test, destination] = fetch<bool, qint32>("test", "destination");
         CopierRig r;
         QTemporaryDir dir;
         writeDataDisc(r, dir, 200000);

@@ -4,6 +4,7 @@
 #include "ReadBack.h"
 #include "ScriptedAnswers.h"
 #include "Waits.h"
+#include "WidgetSnapshot.h"
 
 #include "copying/frmBurnBin.h"
 #include "copying/frmCD2CD.h"
@@ -16,81 +17,62 @@
 class tst_CopyWindows : public QObject {
     Q_OBJECT
 private slots:
-    void speedLists_data() {
-        QTest::addColumn<qint32>("maxCode");
-        QTest::addColumn<QStringList>("items");
-        QTest::addColumn<qint32>("maxGives");
-        const QStringList up{"1x",  "2x",  "4x",  "6x",  "8x", "10x",
-                             "12x", "14x", "16x", "18x", "MAX"};
-        QTest::newRow("0") << 0 << QStringList{"1x", "MAX"} << 1;
-        QTest::newRow("8") << 8 << up.mid(0, 9) + QStringList{"MAX"} << 9;
-        QTest::newRow("9") << 9 << up << 255;
-    }
-
+    // The list runs up to the drive's highest speed code, MAX last (whole in the copy window's
+    // snapshot for code 9); MAX asks for the top code or, past the list, for the drive's best.
     void speedLists() {
-        QFETCH(qint32, maxCode);
-        QFETCH(QStringList, items);
-        QFETCH(qint32, maxGives);
-        QComboBox list;
-        modCD2CD::PopulateSpeed(&list, maxCode);
-        QStringList shown;
-        for (int i = 0; i < list.count(); ++i)
-            shown << list.itemText(i);
-        QCOMPARE(shown, items);
-        QCOMPARE(modCD2CD::SpeedCodeOfIndex(list.count() - 1), maxGives);
+        for (const auto &[code, count, top, maxGives] :
+             {std::tuple{0, 2, "1x", 1}, {8, 10, "16x", 9}, {9, 11, "18x", 255}}) {
+            QComboBox list;
+            modCD2CD::PopulateSpeed(&list, code);
+            QCOMPARE(list.count(), count);
+            QCOMPARE(list.itemText(count - 2) + u'|' + list.itemText(count - 1),
+                     QString(top) + "|MAX");
+            QCOMPARE(modCD2CD::SpeedCodeOfIndex(count - 1), maxGives);
+        }
     }
 
-    void copyForm_data() {
-        QTest::addColumn<bool>("twoDrives");
-        QTest::newRow("two drives") << true;
-        QTest::newRow("one drive") << false;
-    }
-
+    // Two recorders (one alone is the window as it first opens); a test copy of the blank first
+    // recorder's disc has nothing to read and fails clearly.
     void copyForm() {
-        QFETCH(bool, twoDrives);
-        CopierRig r(EngineRig::Data, {twoDrives ? "SecondDrive=1" : "SecondDrive=0"});
+        CopierRig r(EngineRig::Data, {"SecondDrive=1"});
         ScriptedAnswers answers;
         frmCD2CD form({&r.rig.engine, nullptr, nullptr});
         form.Form_Load();
-        QCOMPARE(form.cboDrives->count(), twoDrives ? 2 : 1);
+        form.show(); // lays the buttons out as the user sees them
         QCOMPARE(form.cboDrives->itemText(0), r.copier.listLine(CopierRig::First));
-        QCOMPARE(form.cboBurner->currentIndex(), twoDrives ? 1 : -1);
-        QCOMPARE(form.cboSpeed->count(), twoDrives ? 11 : 0);
-        QCOMPARE(form.cmdCopyBurn->isEnabled(), twoDrives);
-        form.CD2CDX_PercentDone(99.9);
+        QCOMPARE(WidgetSnapshot::differences(&form, "copywindows-cd2cd-two-drives"), QString());
+        form.CD2CDX_PercentDone(99.9); // all but done: no closing words yet
         QCOMPARE(form.prgProgress->value(), 100);
         QVERIFY(!form.lblInfo->isVisibleTo(&form));
-        if (!twoDrives)
-            return;
-        // A test copy of the blank first recorder's disc: nothing to read, a clear failure.
         form.cmdCopyBurn_Click();
-        QVERIFY(form.cmdAbort->isEnabled());
+        form.CD2CDX_PercentDone(42.5);
+        QCOMPARE(WidgetSnapshot::differences(&form, "copywindows-cd2cd-copying"), QString());
         QVERIFY(Waits::until([&] { return !answers.boxes.isEmpty(); }));
         QCOMPARE(answers.boxes.last().prompt,
                  QStringLiteral("The copy did not finish: The disc in Image Recorder is blank."));
-        QVERIFY(!form.cmdAbort->isEnabled());
+        QCOMPARE(WidgetSnapshot::differences(&form, "copywindows-cd2cd-failed"), QString());
     }
 
     void imageBurner_data() {
         QTest::addColumn<bool>("used");
         QTest::addColumn<QByteArray>("mode");
-        QTest::addColumn<QString>("status");
+        QTest::addColumn<QString>("snapshot");
         QTest::addColumn<QString>("box");
-        QTest::newRow("used disc") << true << QByteArray("MODE1/2048") << "Idle"
+        QTest::newRow("used disc") << true << QByteArray("MODE1/2048") << "used"
                                    << "The Disc Is Not Blank. Please Replace The Disc With A New "
                                       "Blank Disc and Try Again. ;)";
         QTest::newRow("MODE2/2352")
-            << false << QByteArray("MODE2/2352") << "Idle"
+            << false << QByteArray("MODE2/2352") << "mode2"
             << "SubmitAudioJob returned an error -4\nTrack 1 is MODE2/2352: "
                "only AUDIO and MODE1/2048 tracks can be written.";
-        QTest::newRow("ISO with MODE1/2048") << false << QByteArray("MODE1/2048") << "Burn Complete"
+        QTest::newRow("ISO with MODE1/2048") << false << QByteArray("MODE1/2048") << "written"
                                              << "The disc was written.";
     }
 
     void imageBurner() {
         QFETCH(bool, used);
         QFETCH(QByteArray, mode);
-        QFETCH(QString, status);
+        QFETCH(QString, snapshot);
         QFETCH(QString, box);
         CopierRig r;
         ScriptedAnswers answers;
@@ -103,14 +85,18 @@ private slots:
             QVERIFY(r.rig.write());
         frmBurnBin form({&r.rig.engine, nullptr, nullptr});
         form.Form_Load();
+        form.show();
         form.cboDrives->setCurrentIndex(form.cboDrives->count() - 1); // the second recorder
         form.txtOpenFile->setText(dir.filePath("image.cue"));
         form.cmdBurn_Click();
         QVERIFY(Waits::until([&] { return !answers.boxes.isEmpty(); }));
         QCOMPARE(answers.boxes.last().prompt, box);
-        QCOMPARE(form.lblStatus->text(), status);
+        QCOMPARE(WidgetSnapshot::differences(
+                     &form, "copywindows-burnbin-" + snapshot,
+                     {{QRegularExpression(QRegularExpression::escape(dir.path())), "DIR"}}),
+                 QString());
         QVERIFY(!r.copier.TrayLocked(CopierRig::Second));
-        if (status == u"Burn Complete")
+        if (snapshot == u"written")
             QCOMPARE(ReadBack::fileHashes(ReadBack::Tool::Xorriso, CopierRig::trayData(1)).size(),
                      1);
     }
@@ -123,15 +109,20 @@ private slots:
         QVERIFY(r.rig.write());
         frmIsoripper form({&r.rig.engine, nullptr, nullptr});
         form.Form_Load();
+        form.show();
         form.cboDrives->setCurrentIndex(1);
         answers.answerFile(dir.filePath("out.iso"));
         form.cmdOpen_Click();
         form.cmdRipData_Click();
-        QVERIFY(!form.cmdRipData->isEnabled() && form.cmdAbort->isEnabled());
+        form.CD2CDX_PercentDone(57.9);
+        const QList<std::pair<QRegularExpression, QString>> scrub = {
+            {QRegularExpression(QRegularExpression::escape(dir.path())), "DIR"}};
+        QCOMPARE(WidgetSnapshot::differences(&form, "copywindows-isoripper-ripping", scrub),
+                 QString());
         QVERIFY(Waits::until([&] { return !answers.boxes.isEmpty(); }));
-        QCOMPARE(form.lblInfo->text(), QStringLiteral("Finished ISO"));
-        QCOMPARE(form.prbProgress->value(), 100);
-        QVERIFY(form.cmdRipData->isEnabled() && !r.copier.TrayLocked(CopierRig::First));
+        QCOMPARE(WidgetSnapshot::differences(&form, "copywindows-isoripper-done", scrub),
+                 QString());
+        QVERIFY(!r.copier.TrayLocked(CopierRig::First));
         QCOMPARE(ReadBack::fileHashes(ReadBack::Tool::Xorriso, dir.filePath("out.iso")).size(), 1);
     }
 };

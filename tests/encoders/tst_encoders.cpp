@@ -3,6 +3,7 @@
 #include "EncodedReadBack.h"
 #include "OutsideTools.h"
 #include "RipperRig.h"
+#include "Rows.h"
 
 #include "engine/encoders/MP3EncoderX.h"
 #include "engine/encoders/VorbisEncoderX.h"
@@ -67,8 +68,7 @@ class tst_Encoders : public QObject {
     Q_OBJECT
 private slots:
     void encodes_data() {
-        QTest::addColumn<Setup>("setup");
-        QTest::addColumn<QString>("extension");
+        columns<Setup, QString>("setup", "extension");
         QTest::addColumn<QString>(
             "probe");                   // codec, channels, sample rate, bit rate as ffprobe says
         QTest::addColumn<int>("frame"); // samples of a coded frame at 44,100 Hz
@@ -83,10 +83,8 @@ private slots:
     }
 
     void encodes() {
-        QFETCH(Setup, setup);
-        QFETCH(QString, extension);
-        QFETCH(QString, probe);
-        QFETCH(int, frame);
+        auto [setup, extension, probe, frame] =
+            fetch<Setup, QString, QString, int>("setup", "extension", "probe", "frame");
         RipperRig rig;
         const QStringList files = rip(rig, setup(), {1, 3}, extension);
         QCOMPARE(files.size(), 2);

@@ -2,6 +2,7 @@
 // tst_wavefile's table).
 #include "EngineProbe.h"
 #include "Fixtures.h"
+#include "Rows.h"
 #include "TestEnvironment.h"
 
 #include <QtTest>
@@ -86,9 +87,8 @@ private slots:
     }
 
     void sizesCountTheGaps() {
-        QFETCH(QList<int>, frames);
-        QFETCH(QList<int>, blocks);
-        QFETCH(int, imageBlocks);
+        auto [frames, blocks, imageBlocks] =
+            fetch<QList<int>, QList<int>, int>("frames", "blocks", "imageBlocks");
         TestEnvironment env;
         CDWriterPro engine;
         QTemporaryDir dir;

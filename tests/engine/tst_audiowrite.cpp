@@ -3,6 +3,7 @@
 #include "EngineRig.h"
 #include "Fixtures.h"
 #include "ReadBack.h"
+#include "Rows.h"
 
 #include <QtTest>
 
@@ -136,18 +137,15 @@ private slots:
     }
 
     void refusedByTheDrive_data() {
-        QTest::addColumn<QString>("medium");
-        QTest::addColumn<bool>("dataFirst");
-        QTest::addColumn<int>("driveError");
+        columns<QString, bool, int>("medium", "dataFirst", "driveError");
         QTest::newRow("audio on a DVD") << "DVD-R" << false << 1040;
         QTest::newRow("audio after a data session") << "CD-R 80" << true << 1040;
         QTest::newRow("a closed disc") << "CD-R 74" << true << 1032;
     }
 
     void refusedByTheDrive() {
-        QFETCH(QString, medium);
-        QFETCH(bool, dataFirst);
-        QFETCH(int, driveError);
+        auto [medium, dataFirst, driveError] =
+            fetch<QString, bool, int>("medium", "dataFirst", "driveError");
         EngineRig rig(medium);
         QTemporaryDir dir;
         const QList<Track> tracks = makeTracks(dir);

@@ -3,6 +3,7 @@
 #include "EngineRig.h"
 #include "Fixtures.h"
 #include "ReadBack.h"
+#include "Rows.h"
 #include "TestEnvironment.h"
 
 #include "engine/writer/recorders/burn/BurnDrive.h"
@@ -235,8 +236,7 @@ private slots:
     }
 
     void precheckOnABlankFile_data() {
-        QTest::addColumn<qint32>("mode");
-        QTest::addColumn<qint32>("start");
+        columns<qint32, qint32>("mode", "start");
         QTest::addColumn<qint32>("driveError"); // 0: the drive takes it
         QTest::addColumn<QString>("said");
         QTest::newRow("data for the first session") << 1 << 32 << 0 << "";
@@ -247,10 +247,8 @@ private slots:
     }
 
     void precheckOnABlankFile() {
-        QFETCH(qint32, mode);
-        QFETCH(qint32, start);
-        QFETCH(qint32, driveError);
-        QFETCH(QString, said);
+        auto [mode, start, driveError, said] =
+            fetch<qint32, qint32, qint32, QString>("mode", "start", "driveError", "said");
         TestEnvironment env;
         QTemporaryDir media;
         BurnRecorder recorder({"stdio:" + media.filePath("p.bin"), "libburn", "File drive", true});

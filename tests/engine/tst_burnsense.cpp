@@ -109,8 +109,7 @@ private slots:
     }
 
     void parseLibburnMessages() {
-        QFETCH(QString, message);
-        QFETCH(QString, sense);
+        auto [message, sense] = fetch<QString, QString>("message", "sense");
         const auto parsed = DriveSense::parse(message);
         QCOMPARE(parsed ? DriveSense::senseText(*parsed).left(7) : QString(), sense);
     }
@@ -145,10 +144,8 @@ private slots:
     }
 
     void failureFromMessages() {
-        QFETCH(QStringList, messages);
-        QFETCH(bool, fallback);
-        QFETCH(int, code);
-        QFETCH(QString, sense);
+        auto [messages, fallback, code, sense] =
+            fetch<QStringList, bool, int, QString>("messages", "fallback", "code", "sense");
         const JobOutcome o = DriveSense::failure(
             "What failed", messages,
             fallback ? std::optional(DriveSense::Sense{3, 0x11, 0x00}) : std::nullopt);
@@ -160,9 +157,7 @@ private slots:
     }
 
     void sessionsOfAMedium_data() {
-        QTest::addColumn<Blocks>("blocks");
-        QTest::addColumn<QList<int>>("starts");
-        QTest::addColumn<int>("next");
+        columns<Blocks, QList<int>, int>("blocks", "starts", "next");
         QTest::newRow("blank") << Blocks{} << QList<int>{} << 32;
         QTest::newRow("cancelled first session: no head")
             << Blocks{{48, descriptor(1, 500)}} << QList<int>{} << 32;
@@ -177,9 +172,7 @@ private slots:
     }
 
     void sessionsOfAMedium() {
-        QFETCH(Blocks, blocks);
-        QFETCH(QList<int>, starts);
-        QFETCH(int, next);
+        auto [blocks, starts, next] = fetch<Blocks, QList<int>, int>("blocks", "starts", "next");
         const auto sessions = OverwriteSessions::scan(reader(blocks), 100000);
         QList<int> found;
         for (const auto &s : sessions)
@@ -202,8 +195,7 @@ private slots:
     }
 
     void feedHandsOutTheTrack_data() {
-        QTest::addColumn<int>("mode");
-        QTest::addColumn<int>("blocks");
+        columns<int, int>("mode", "blocks");
         QTest::addColumn<int>("readSize"); // what libburn asks for per call
         QTest::addColumn<int>("failAt");   // the block at which the source fails; -1 never
         QTest::newRow("audio, a sector per call") << 0 << 75 << 2352 << -1;
@@ -214,10 +206,8 @@ private slots:
     }
 
     void feedHandsOutTheTrack() {
-        QFETCH(int, mode);
-        QFETCH(int, blocks);
-        QFETCH(int, readSize);
-        QFETCH(int, failAt);
+        auto [mode, blocks, readSize, failAt] =
+            fetch<int, int, int, int>("mode", "blocks", "readSize", "failAt");
         PatternTrack track(mode, blocks, failAt);
         auto record = std::make_shared<TrackFeed::Record>();
         BurnLibrary::SourcePtr src = TrackFeed::create(&track, record);

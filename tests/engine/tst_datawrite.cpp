@@ -2,6 +2,7 @@
 #include "EngineRig.h"
 #include "Fixtures.h"
 #include "ReadBack.h"
+#include "Rows.h"
 
 #include <QtTest>
 
@@ -11,16 +12,14 @@ class tst_DataWrite : public QObject {
     Q_OBJECT
 private slots:
     void writeAndAppendSession_data() {
-        QTest::addColumn<bool>("cache");
-        QTest::addColumn<QString>("medium");
+        columns<bool, QString>("cache", "medium");
         QTest::newRow("streamed, CD-R") << false << "CD-R 80";
         QTest::newRow("cached, CD-R") << true << "CD-R 80";
         QTest::newRow("streamed, DVD+R") << false << "DVD+R";
     }
 
     void writeAndAppendSession() {
-        QFETCH(bool, cache);
-        QFETCH(QString, medium);
+        auto [cache, medium] = fetch<bool, QString>("cache", "medium");
         EngineRig rig(medium, EngineRig::Data);
         QTemporaryDir src;
         writeFile(src.filePath("docs/report one.txt"), pseudoRandom(300000, 1));

@@ -42,9 +42,7 @@ class tst_EraseFinish : public QObject {
     Q_OBJECT
 private slots:
     void erase_data() {
-        QTest::addColumn<QString>("medium");
-        QTest::addColumn<bool>("quick");
-        QTest::addColumn<bool>("audio");
+        columns<QString, bool, bool>("medium", "quick", "audio");
         QTest::addColumn<int>("capacity"); // free blocks once blank; 0: not erasable
         QTest::newRow("CD-RW quick") << "CD-RW 80" << true << false << 360000;
         QTest::newRow("CD-RW audio full") << "CD-RW 80" << false << true << 360000;
@@ -55,10 +53,8 @@ private slots:
     }
 
     void erase() {
-        QFETCH(QString, medium);
-        QFETCH(bool, quick);
-        QFETCH(bool, audio);
-        QFETCH(int, capacity);
+        auto [medium, quick, audio, capacity] =
+            fetch<QString, bool, bool, int>("medium", "quick", "audio", "capacity");
         EngineRig rig(medium);
         if (audio) {
             QTemporaryDir dir;

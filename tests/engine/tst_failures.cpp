@@ -2,6 +2,7 @@
 // a real one would, leaves nothing held, and the next job works.
 #include "EngineRig.h"
 #include "Fixtures.h"
+#include "Rows.h"
 
 #include "app/modGlobals.h"
 #include "base/IniFile.h"
@@ -30,8 +31,7 @@ class tst_Failures : public QObject {
 private slots:
     void duringWrite_data() {
         QTest::addColumn<QString>("job"); // audio, data or isofile
-        QTest::addColumn<QStringList>("settings");
-        QTest::addColumn<QStringList>("events");
+        columns<QStringList, QStringList>("settings", "events");
         QTest::addColumn<QString>("text"); // %1 the failed file, where a file failed
         QTest::addColumn<QString>("statusLine");
         QTest::addColumn<int>("discStatus"); // after the failure; -1 no disc in the drive
@@ -73,12 +73,9 @@ private slots:
     }
 
     void duringWrite() {
-        QFETCH(QString, job);
-        QFETCH(QStringList, settings);
-        QFETCH(QStringList, events);
-        QFETCH(QString, text);
-        QFETCH(QString, statusLine);
-        QFETCH(int, discStatus);
+        auto [job, settings, events, text, statusLine, discStatus] =
+            fetch<QString, QStringList, QStringList, QString, QString, int>(
+                "job", "settings", "events", "text", "statusLine", "discStatus");
         EngineRig rig;
         CDNotify notify(&rig.engine);
         QSignalSpy removed(&notify, &CDNotify::RemoveComplete);
@@ -144,10 +141,7 @@ private slots:
     }
 
     void duringEraseAndClose_data() {
-        QTest::addColumn<QString>("job");
-        QTest::addColumn<QString>("setting");
-        QTest::addColumn<QStringList>("events");
-        QTest::addColumn<QString>("text");
+        columns<QString, QString, QStringList, QString>("job", "setting", "events", "text");
         QTest::newRow("erase") << "erase"
                                << "FailErase=1036" << QStringList{"EraseDiscStart", "WriteError"}
                                << "Writing Error: (3)   Erasing the medium failed\r\n"
@@ -168,10 +162,8 @@ private slots:
     }
 
     void duringEraseAndClose() {
-        QFETCH(QString, job);
-        QFETCH(QString, setting);
-        QFETCH(QStringList, events);
-        QFETCH(QString, text);
+        auto [job, setting, events, text] =
+            fetch<QString, QString, QStringList, QString>("job", "setting", "events", "text");
         EngineRig rig("CD-RW 80");
         QTemporaryDir dir;
         writeFile(dir.filePath("a.bin"), pseudoRandom(100000, 9));

@@ -1,5 +1,6 @@
 // The Image Recorder seen through the engine: the drive list, media, tray and speeds.
 #include "EngineRig.h"
+#include "Rows.h"
 #include "TestEnvironment.h"
 
 #include "base/IniFile.h"
@@ -13,16 +14,14 @@ class tst_ImageRecorder : public QObject {
     Q_OBJECT
 private slots:
     void driveList_data() {
-        QTest::addColumn<int>("code");
-        QTest::addColumn<bool>("expected");
+        columns<int, bool>("code", "expected");
         QTest::newRow("writes CD-R") << 6 << true;
         QTest::newRow("raw writing") << 40 << false;
         QTest::newRow("unknown code") << 2 << false;
     }
 
     void driveList() {
-        QFETCH(int, code);
-        QFETCH(bool, expected);
+        auto [code, expected] = fetch<int, bool>("code", "expected");
         TestEnvironment env;
         CDWriterPro engine;
         DriveScanner::clearPseudoDrives();
@@ -56,10 +55,7 @@ private slots:
     }
 
     void closingLoadsBlank_data() {
-        QTest::addColumn<QString>("setting");
-        QTest::addColumn<int>("mediaType");
-        QTest::addColumn<int>("freeBlocks");
-        QTest::addColumn<int>("maxSpeed");
+        columns<QString, int, int, int>("setting", "mediaType", "freeBlocks", "maxSpeed");
         QTest::newRow("default") << QString() << 255 << 360000 << 52 * 176;
         QTest::newRow("CD-RW 80") << "CD-RW 80" << 253 << 360000 << 24 * 176;
         QTest::newRow("DVD-RAM") << "DVD-RAM" << 1 << 2236704 << 5 * 1385;
@@ -71,10 +67,8 @@ private slots:
     }
 
     void closingLoadsBlank() {
-        QFETCH(QString, setting);
-        QFETCH(int, mediaType);
-        QFETCH(int, freeBlocks);
-        QFETCH(int, maxSpeed);
+        auto [setting, mediaType, freeBlocks, maxSpeed] =
+            fetch<QString, int, int, int>("setting", "mediaType", "freeBlocks", "maxSpeed");
         TestEnvironment env;
         const bool firstStart = setting == QStringLiteral("first start");
         if (firstStart)

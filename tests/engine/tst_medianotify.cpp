@@ -1,5 +1,6 @@
 // Media events: kernel media changes of optical drives, and the Image Recorder's tray.
 #include "EngineRig.h"
+#include "Rows.h"
 
 #include "engine/notify/CDNotify.h"
 #include "engine/notify/UdevMediaWatcher.h"
@@ -11,8 +12,7 @@ class tst_MediaNotify : public QObject {
     Q_OBJECT
 private slots:
     void kernelEvents_data() {
-        QTest::addColumn<QStringList>("properties");
-        QTest::addColumn<bool>("mediaChange");
+        columns<QStringList, bool>("properties", "mediaChange");
         const QStringList disk{"SUBSYSTEM=block", "DEVTYPE=disk", "ACTION=change"};
         // The kernel's own event, as it comes without a udev daemon.
         QTest::newRow("kernel, sr0")
@@ -37,8 +37,7 @@ private slots:
     }
 
     void kernelEvents() {
-        QFETCH(QStringList, properties);
-        QFETCH(bool, mediaChange);
+        auto [properties, mediaChange] = fetch<QStringList, bool>("properties", "mediaChange");
         UdevMediaWatcher::Properties p;
         for (const QString &kv : properties)
             p.insert(kv.section(u'=', 0, 0).toLatin1(), kv.section(u'=', 1).toLatin1());

@@ -3,6 +3,7 @@
 #include "EngineRig.h"
 #include "Fixtures.h"
 #include "ReadBack.h"
+#include "Rows.h"
 
 #include "engine/writer/recorders/image/ImageMedium.h"
 #include "engine/writer/recorders/image/ImageRecorder.h"
@@ -59,8 +60,7 @@ class tst_Reentrancy : public QObject {
     Q_OBJECT
 private slots:
     void changedFromInsideEvents_data() {
-        QTest::addColumn<QString>("during");
-        QTest::addColumn<QString>("act");
+        columns<QString, QString>("during", "act");
         for (const char *act : {"clear", "remove parent", "remove sibling", "add over"})
             QTest::addRow("folder added, %s", act) << "add" << act;
         for (const char *during : {"list", "import"}) {
@@ -72,8 +72,7 @@ private slots:
     }
 
     void changedFromInsideEvents() {
-        QFETCH(QString, during);
-        QFETCH(QString, act);
+        auto [during, act] = fetch<QString, QString>("during", "act");
         DataRig rig;
         CDWriterPro &e = rig.engine;
         if (during != u"add")
@@ -145,8 +144,7 @@ private slots:
     }
 
     void destroyedFromInsideEvents_data() {
-        QTest::addColumn<QString>("call");
-        QTest::addColumn<bool>("owner");
+        columns<QString, bool>("call", "owner");
         for (const char *call : {"CreateISOFile", "AddISODirectory", "ListISOItems"}) {
             QTest::addRow("%s, the engine", call) << call << false;
             QTest::addRow("%s, its owner", call) << call << true;
@@ -154,8 +152,7 @@ private slots:
     }
 
     void destroyedFromInsideEvents() {
-        QFETCH(QString, call);
-        QFETCH(bool, owner);
+        auto [call, owner] = fetch<QString, bool>("call", "owner");
         TestEnvironment env;
         QTemporaryDir src;
         for (int i = 0; i < 5; ++i)

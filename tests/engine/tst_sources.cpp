@@ -4,6 +4,7 @@
 #include "DiscReadBack.h"
 #include "EngineRig.h"
 #include "Fixtures.h"
+#include "Rows.h"
 
 #include <QtTest>
 
@@ -56,10 +57,8 @@ private slots:
     }
 
     void changedAfterAdding() {
-        QFETCH(QString, target);
-        QFETCH(bool, cache);
-        QFETCH(QString, change);
-        QFETCH(int, fileError);
+        auto [target, cache, change, fileError] =
+            fetch<QString, bool, QString, int>("target", "cache", "change", "fileError");
         EngineRig rig("CD-R 80", EngineRig::Data);
         rig.engine.setCacheImage(cache);
         QSignalSpy notices(&rig.engine, &CDWriterPro::SourceFileNotice);
@@ -191,10 +190,9 @@ private slots:
     }
 
     void namesAndLinks() {
-        QFETCH(QList<QByteArray>, source);
-        QFETCH(QStringList, disc);
-        QFETCH(QStringList, skipped);
-        QFETCH(QStringList, isoinfoSees);
+        auto [source, disc, skipped, isoinfoSees] =
+            fetch<QList<QByteArray>, QStringList, QStringList, QStringList>(
+                "source", "disc", "skipped", "isoinfoSees");
         EngineRig rig("CD-R 80", EngineRig::Data);
         QSignalSpy notices(&rig.engine, &CDWriterPro::SourceFileNotice);
         QTemporaryDir dir;

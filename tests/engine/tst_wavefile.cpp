@@ -1,5 +1,6 @@
 #include "EngineProbe.h"
 #include "Fixtures.h"
+#include "Rows.h"
 #include "TestEnvironment.h"
 
 #include "engine/writer/audio/WaveFile.h"
@@ -17,8 +18,7 @@ class tst_WaveFile : public QObject {
     Q_OBJECT
 private slots:
     void judgement_data() {
-        QTest::addColumn<QByteArray>("bytes");
-        QTest::addColumn<int>("status");
+        columns<QByteArray, int>("bytes", "status");
         using S = WaveFile::Status;
         const QByteArray cd = fmt(1, 2, 44100, 16);
         QTest::newRow("CD audio") << riff(cd + chunk("data", pcm(1000))) << int(S::Ok);
@@ -61,8 +61,7 @@ private slots:
             << int(S::Ok);
     }
     void judgement() {
-        QFETCH(QByteArray, bytes);
-        QFETCH(int, status);
+        auto [bytes, status] = fetch<QByteArray, int>("bytes", "status");
         QBuffer buffer(&bytes);
         buffer.open(QIODevice::ReadOnly);
         WaveFile w;

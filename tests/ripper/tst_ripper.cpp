@@ -2,6 +2,7 @@
 // and checked against cd-paranoia and soxi.
 #include "ReadBack.h"
 #include "RipperRig.h"
+#include "Rows.h"
 
 #include "engine/writer/recorders/image/ImageRecorder.h"
 
@@ -91,9 +92,7 @@ private slots:
     }
 
     void extraction_data() {
-        QTest::addColumn<int>("cancelInTrack");
-        QTest::addColumn<QStringList>("lastEvents");
-        QTest::addColumn<QStringList>("files");
+        columns<int, QStringList, QStringList>("cancelInTrack", "lastEvents", "files");
         QTest::newRow("tracks 1 and 3")
             << 0 << QStringList{"FileStart 3 Track03.wav", "FileEnd", "End"}
             << QStringList{"Track01.wav", "Track03.wav"};
@@ -103,9 +102,8 @@ private slots:
     }
 
     void extraction() {
-        QFETCH(int, cancelInTrack);
-        QFETCH(QStringList, lastEvents);
-        QFETCH(QStringList, files);
+        auto [cancelInTrack, lastEvents, files] =
+            fetch<int, QStringList, QStringList>("cancelInTrack", "lastEvents", "files");
         RipperRig rig;
         CDRipperX &r = *rig.ripper;
         QVERIFY(r.ReadTOC());
@@ -164,8 +162,7 @@ private slots:
     }
 
     void damagedDisc_data() {
-        QTest::addColumn<bool>("damage");
-        QTest::addColumn<bool>("healsOnReread");
+        columns<bool, bool>("damage", "healsOnReread");
         QTest::newRow("clean") << false << true;
         QTest::newRow("misread once") << true << true;
         QTest::newRow("scratched: differs on every read") << true << false;
@@ -174,8 +171,7 @@ private slots:
     // A few frames of track 2 read wrong: right on the second read (dust) or wrong every time
     // (a scratch).
     void damagedDisc() {
-        QFETCH(bool, damage);
-        QFETCH(bool, healsOnReread);
+        auto [damage, healsOnReread] = fetch<bool, bool>("damage", "healsOnReread");
         RipperRig rig;
         CDRipperX &r = *rig.ripper;
         QVERIFY(r.ReadTOC());

@@ -3,6 +3,7 @@
 #include "Rows.h"
 #include "ScriptedAnswers.h"
 #include "TestEnvironment.h"
+#include "WidgetSnapshot.h"
 
 #include "engine/normalizer/DGPNorm.h"
 #include "ripping/frmNormalize.h"
@@ -105,47 +106,38 @@ private slots:
         TestEnvironment env;
         ScriptedAnswers answers;
         frmNormalize form;
-        QCOMPARE(form.txtNorm->text(), QStringLiteral("95"));
+        form.show(); // laid out as the user sees it
+        const auto shows = [&](const char *state) {
+            return WidgetSnapshot::differences(&form, QStringLiteral("normalizer-") + state);
+        };
         form.Slider1->setValue(40);
         QCOMPARE(form.txtNorm->text(), QStringLiteral("40"));
         QCOMPARE(form.DigitalDisplay1->intValue(), 40);
-        form.txtNorm->setText(QStringLiteral("70"));
-        QCOMPARE(form.Slider1->value(), 40);
-        auto states = [&] {
-            return QList<bool>{form.cmdSave->isEnabled(), form.txtSave->isEnabled(),
-                               form.cmdStart->isEnabled()};
-        };
-        QCOMPARE(states(), (QList<bool>{false, false, false}));
+        form.txtNorm->setText(QStringLiteral("70")); // typing leaves the slider where it is
         answers.answerFile(std::nullopt);
         QTest::mouseClick(form.cmdOpen, Qt::LeftButton);
         QVERIFY(answers.boxes.isEmpty()); // a cancel is no error
-        QCOMPARE(states(), (QList<bool>{false, false, false}));
+        QCOMPARE(shows("nothing-chosen"), QString());
         answers.answerFile(QStringLiteral("/music/song.wav"));
         QTest::mouseClick(form.cmdOpen, Qt::LeftButton);
-        QCOMPARE(answers.fileBoxes.last().title, QStringLiteral("Open WAV File"));
-        QCOMPARE(answers.fileBoxes.last().filter, QStringLiteral("Wave Audio File|*.wav"));
-        QCOMPARE(states(), (QList<bool>{true, true, false}));
         answers.answerFile(QStringLiteral("/music/loud.wav"));
         QTest::mouseClick(form.cmdSave, Qt::LeftButton);
-        QCOMPARE(answers.fileBoxes.last().title, QStringLiteral("Save Normalized WAV"));
-        QCOMPARE(answers.fileBoxes.last().fileName, QStringLiteral("/music/songnrm.wav"));
-        QCOMPARE(form.txtSave->text(), QStringLiteral("/music/loud.wav"));
-        QCOMPARE(states(), (QList<bool>{true, true, true}));
+        QCOMPARE(answers.fileBoxes[1].title + u'|' + answers.fileBoxes[1].filter,
+                 QStringLiteral("Open WAV File|Wave Audio File|*.wav"));
+        QCOMPARE(answers.fileBoxes[2].title + u'|' + answers.fileBoxes[2].fileName,
+                 QStringLiteral("Save Normalized WAV|/music/songnrm.wav"));
+        QCOMPARE(shows("both-chosen"), QString());
         // A new source empties the destination but leaves Start as it was.
         answers.answerFile(QStringLiteral("/music/other.wav"));
         QTest::mouseClick(form.cmdOpen, Qt::LeftButton);
-        QCOMPARE(form.txtSave->text(), QString());
-        QCOMPARE(states(), (QList<bool>{true, true, true}));
         form.norm_PercentDone(99.9);
-        QCOMPARE(form.prbProgress->value(), 99);
         QVERIFY(answers.boxes.isEmpty());
+        QCOMPARE(shows("new-source-at-99"), QString());
         form.norm_PercentDone(100.0);
         QCOMPARE(answers.boxes.size(), 1);
-        QCOMPARE(answers.boxes[0].prompt,
-                 QStringLiteral("Finished Normalizing The Wave Audio File"));
-        QCOMPARE(answers.boxes[0].title, QStringLiteral("Finished"));
-        QCOMPARE(form.prbProgress->value(), 0);
-        QCOMPARE(states(), (QList<bool>{false, false, false}));
+        QCOMPARE(answers.boxes[0].title + u'|' + answers.boxes[0].prompt,
+                 QStringLiteral("Finished|Finished Normalizing The Wave Audio File"));
+        QCOMPARE(shows("finished"), QString());
     }
 
     void windowOutcomes_data() {
@@ -176,6 +168,7 @@ private slots:
             QVERIFY(QFile(out).setPermissions(QFileDevice::ReadOwner | QFileDevice::ReadGroup));
         }
         frmNormalize form;
+        form.show(); // laid out as the user sees it
         answers.answerFile(in);
         QTest::mouseClick(form.cmdOpen, Qt::LeftButton);
         answers.answerFile(out);
@@ -189,6 +182,11 @@ private slots:
         const QString text = trapped ? answers.errors[0] : answers.boxes[0].prompt;
         QVERIFY2(trapped ? text.contains(told.mid(5)) : text.startsWith(told), qPrintable(text));
         QCOMPARE(fileBytes(in), inBytes);
+        const QString state = QString::fromLatin1(QTest::currentDataTag()).replace(u' ', u'-');
+        QCOMPARE(WidgetSnapshot::differences(
+                     &form, "normalizer-after-" + state,
+                     {{QRegularExpression(QRegularExpression::escape(dir.path())), "DIR"}}),
+                 QString());
         if (readOnlyDest)
             QCOMPARE(fileBytes(out), oldOut);
         else if (source == QLatin1String("silence"))

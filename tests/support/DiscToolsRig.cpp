@@ -52,18 +52,3 @@ QString isoinfoVolumeId(const QString &image) {
             .match(info);
     return match.hasMatch() ? match.captured(1).trimmed() : QString();
 }
-
-void expectShown(const QWidget *window, const QString &shown) {
-    for (const QString &pair : shown.split(u'|')) {
-        const QString name = pair.section(u'=', 0, 0), want = pair.section(u'=', 1);
-        const QWidget *w = window->findChild<QWidget *>(name);
-        QString is = QStringLiteral("<no such control>");
-        if (auto *label = qobject_cast<const QLabel *>(w))
-            is = label->text();
-        else if (auto *edit = qobject_cast<const QLineEdit *>(w))
-            is = edit->text();
-        else if (w && qobject_cast<const QAbstractButton *>(w))
-            is = w->isEnabled() ? QStringLiteral("on") : QStringLiteral("off");
-        QVERIFY2(is == want, qPrintable(name + QStringLiteral(": ") + is));
-    }
-}

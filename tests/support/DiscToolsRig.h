@@ -27,9 +27,5 @@ struct DiscToolsRig : EngineRig {
     QTemporaryDir sources;
 };
 
-// Fails the running test unless each "name=text" (joined by "|") holds for the window's child of
-// that name: its text (a label, a line edit), or "on"/"off" for whether a button is enabled.
-void expectShown(const QWidget *window, const QString &shown);
-
 // As isoinfo reads it from the session at block 0.
 QString isoinfoVolumeId(const QString &image);

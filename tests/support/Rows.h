@@ -3,6 +3,7 @@
 #include <QtTest>
 
 #include <initializer_list>
+#include <tuple>
 #include <utility>
 
 // A data-driven test whose rows are whole structs in one column, "row": the row's fields are
@@ -11,4 +12,13 @@ template<class Row> void addRows(std::initializer_list<std::pair<const char *, R
     QTest::addColumn<Row>("row");
     for (const auto &[name, row] : rows)
         QTest::newRow(name) << row;
+}
+
+// A table's columns declared in one line, columns<QString, int>("medium", "blocks"), and the
+// running row's values fetched by name in one: auto [medium, blocks] = fetch<QString, int>(...).
+template<class... T, class... Name> void columns(Name... names) {
+    (QTest::addColumn<T>(names), ...);
+}
+template<class... T, class... Name> std::tuple<T...> fetch(Name... names) {
+    return {*static_cast<T *>(QTest::qData(names, qMetaTypeId<T>()))...};
 }
