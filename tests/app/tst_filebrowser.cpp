@@ -2,6 +2,7 @@
 // and the box that starts a compilation.
 #include "Fixtures.h"
 #include "FrameFixture.h"
+#include "Rows.h"
 #include "ScriptedAnswers.h"
 #include "TestEnvironment.h"
 #include "WidgetSnapshot.h"
@@ -40,8 +41,7 @@ private slots:
     }
 
     void opensWhereTheOptionsSay() {
-        QFETCH(QString, useLast);
-        QFETCH(bool, opensAtStart);
+        auto [useLast, opensAtStart] = fetch<QString, bool>("useLast", "opensAtStart");
         TestEnvironment env;
         QTemporaryDir start, last;
         QByteArray ini = "[General]\r\nFileBrowser Left=0\r\n[Directories]\r\n";

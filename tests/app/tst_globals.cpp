@@ -1,3 +1,4 @@
+#include "Rows.h"
 #include "app/modGlobals.h"
 
 #include <QtTest>
@@ -8,8 +9,7 @@ class tst_Globals : public QObject {
 private slots:
     // Texts the windows and boxes show, made by the helpers from a number.
     void texts_data() {
-        QTest::addColumn<QString>("got");
-        QTest::addColumn<QString>("expected");
+        columns<QString, QString>("got", "expected");
         QTest::newRow("two digits of 7") << TwoDigits(7) << "07";
         QTest::newRow("two digits of 123") << TwoDigits(123) << "23";
         QTest::newRow("two digits of 0") << TwoDigits(0) << "00";

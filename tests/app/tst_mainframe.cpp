@@ -211,18 +211,15 @@ private slots:
     }
 
     void commandsReachTheirWindows_data() {
-        QTest::addColumn<QString>("key");
-        QTest::addColumn<bool>("fromToolbar");
-        QTest::addColumn<QString>("opened");
+        columns<QString, bool, QString>("key", "fromToolbar", "opened");
         for (const auto &[key, toolbar, opened] : commandRows)
             QTest::addRow("%s%s", key, toolbar ? " (toolbar)" : "")
                 << QString(key) << toolbar << QString(opened);
     }
 
     void commandsReachTheirWindows() {
-        QFETCH(QString, key);
-        QFETCH(bool, fromToolbar);
-        QFETCH(QString, opened);
+        auto [key, fromToolbar, opened] =
+            fetch<QString, bool, QString>("key", "fromToolbar", "opened");
         QVERIFY(env->startProgram());
         mdiMain *f = frame();
         const auto trigger = [&] {

@@ -1,4 +1,5 @@
 #include "OutsideTools.h"
+#include "Rows.h"
 #include "ScriptedAnswers.h"
 #include "TestEnvironment.h"
 #include "WidgetSnapshot.h"
@@ -103,8 +104,7 @@ private slots:
     }
 
     void loadShowsAndOkRewrites() {
-        QFETCH(QByteArray, ini);
-        QFETCH(QString, expected);
+        auto [ini, expected] = fetch<QByteArray, QString>("ini", "expected");
         TestEnvironment env;
         if (!ini.isEmpty())
             env.writeFile("Dat/tessaly.ini", ini);
@@ -170,16 +170,14 @@ private slots:
     }
 
     void chooseDirAnswers_data() {
-        QTest::addColumn<bool>("pickNode");
-        QTest::addColumn<bool>("confirm");
+        columns<bool, bool>("pickNode", "confirm");
         QTest::newRow("picked and selected") << true << true;
         QTest::newRow("selected without a pick") << false << true;
         QTest::newRow("picked and cancelled") << true << false;
     }
 
     void chooseDirAnswers() {
-        QFETCH(bool, pickNode);
-        QFETCH(bool, confirm);
+        auto [pickNode, confirm] = fetch<bool, bool>("pickNode", "confirm");
         TestEnvironment env;
         QTemporaryDir folder;
         env.writeFile("Dat/tessaly.ini", "[Directories]\nUse Last Directory=0\n");

@@ -1,5 +1,6 @@
 // Recorder selection: the speed lists, and the media states as the Image Recorder's tray moves.
 #include "FrameFixture.h"
+#include "Rows.h"
 #include "TestEnvironment.h"
 #include "app/FormRegistry.h"
 #include "app/WriteSpeedList.h"
@@ -45,8 +46,7 @@ class tst_RecorderSelection : public QObject {
     Q_OBJECT
 private slots:
     void speedList_data() {
-        QTest::addColumn<int>("mediaType");
-        QTest::addColumn<int>("maxSpeed");
+        columns<int, int>("mediaType", "maxSpeed");
         QTest::addColumn<QStringList>("entries"); // text=item data
         QTest::newRow("unknown speed") << 255 << 0 << QStringList{"Default="};
         QTest::newRow("negative speed, DVD") << 2 << -5 << QStringList{"Default="};
@@ -66,8 +66,7 @@ private slots:
     }
 
     void speedList() {
-        QFETCH(int, mediaType);
-        QFETCH(int, maxSpeed);
+        auto [mediaType, maxSpeed] = fetch<int, int>("mediaType", "maxSpeed");
         QStringList got;
         for (const auto &e : WriteSpeedList::entries(mediaType, maxSpeed))
             got.append(e.text + u'=' + e.itemData.toString());
@@ -93,16 +92,14 @@ private slots:
     }
 
     void noWritableDisc_data() {
-        QTest::addColumn<QString>("how");
-        QTest::addColumn<QString>("animation");
+        columns<QString, QString>("how", "animation");
         QTest::newRow("at the start") << "start" << QString("Dat/insertcd.gif");
         QTest::newRow("ejected") << "eject" << QString("Dat/insertcd.gif");
         QTest::newRow("a pressed disc laid in") << "closed" << QString("Dat/removecd.gif");
     }
 
     void noWritableDisc() {
-        QFETCH(QString, how);
-        QFETCH(QString, animation);
+        auto [how, animation] = fetch<QString, QString>("how", "animation");
         TestEnvironment env;
         QVERIFY(env.startProgram());
         mdiMain *f = frameOnImageRecorder();
@@ -125,18 +122,15 @@ private slots:
     }
 
     void sessionCheckOnlyWhenShown_data() {
-        QTest::addColumn<bool>("minimised");
-        QTest::addColumn<bool>("testWrite");
-        QTest::addColumn<bool>("opens");
+        columns<bool, bool, bool>("minimised", "testWrite", "opens");
         QTest::newRow("frame shown") << false << false << true;
         QTest::newRow("frame minimised") << true << false << false;
         QTest::newRow("after a test write") << false << true << false;
     }
 
     void sessionCheckOnlyWhenShown() {
-        QFETCH(bool, minimised);
-        QFETCH(bool, testWrite);
-        QFETCH(bool, opens);
+        auto [minimised, testWrite, opens] =
+            fetch<bool, bool, bool>("minimised", "testWrite", "opens");
         TestEnvironment env;
         QVERIFY(env.startProgram());
         mdiMain *f = frameOnImageRecorder();

@@ -1,4 +1,5 @@
 // The space functions over the engine and the failure texts of the engine's codes.
+#include "Rows.h"
 #include "TestEnvironment.h"
 
 #include "app/modDeclarations.h"
@@ -27,9 +28,7 @@ private slots:
     }
 
     void space() {
-        QFETCH(int, sizeFormat);
-        QFETCH(bool, chosen);
-        QFETCH(double, free);
+        auto [sizeFormat, chosen, free] = fetch<int, bool, double>("sizeFormat", "chosen", "free");
         TestEnvironment env;
         CDWriterPro engine;
         engine.InitializeDrives(false);

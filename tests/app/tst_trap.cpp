@@ -1,3 +1,4 @@
+#include "Rows.h"
 #include "ScriptedAnswers.h"
 #include "base/RuntimeError.h"
 #include "diagnostics/ErrorTrap.h"
@@ -13,20 +14,15 @@ class tst_Trap : public QObject {
     Q_OBJECT
 private slots:
     void choices_data() {
-        QTest::addColumn<QList<int>>("script");
-        QTest::addColumn<int>("runs");
-        QTest::addColumn<bool>("finished");
-        QTest::addColumn<bool>("aborted");
+        columns<QList<int>, int, bool, bool>("script", "runs", "finished", "aborted");
         QTest::newRow("ignore returns") << QList<int>{5} << 1 << false << false;
         QTest::newRow("retry runs again") << QList<int>{4, 5} << 2 << false << false;
         QTest::newRow("retry until it works") << QList<int>{4, 4} << 3 << true << false;
         QTest::newRow("abort ends") << QList<int>{3} << 1 << false << true;
     }
     void choices() {
-        QFETCH(QList<int>, script);
-        QFETCH(int, runs);
-        QFETCH(bool, finished);
-        QFETCH(bool, aborted);
+        auto [script, runs, finished, aborted] =
+            fetch<QList<int>, int, bool, bool>("script", "runs", "finished", "aborted");
         ScriptedAnswers answers;
         for (int code : script)
             answers.answerError(code);

@@ -2,6 +2,7 @@
 // its reviewed snapshot under tests/snapshots/ (captions, sizes, states, entries).
 #include "EngineRig.h"
 #include "FrameFixture.h"
+#include "Rows.h"
 #include "ScriptedAnswers.h"
 #include "TestEnvironment.h"
 #include "Waits.h"
@@ -42,8 +43,7 @@ private slots:
 
     // The frame's menus, toolbar and boxes follow the active compilation.
     void frame_data() {
-        QTest::addColumn<QByteArray>("ini");
-        QTest::addColumn<QString>("open");
+        columns<QByteArray, QString>("ini", "open");
         QTest::newRow("frame") << QByteArray() << QString();
         QTest::newRow("frame-without-recorders")
             << QByteArray("[Recorders]\r\nImage Recorder=False\r\n") << QString();
@@ -51,8 +51,7 @@ private slots:
         QTest::newRow("frame-audio") << QByteArray() << QStringLiteral("frmAudio");
     }
     void frame() {
-        QFETCH(QByteArray, ini);
-        QFETCH(QString, open);
+        auto [ini, open] = fetch<QByteArray, QString>("ini", "open");
         if (!ini.isEmpty())
             env->writeFile(QStringLiteral("Dat/tessaly.ini"), ini);
         QVERIFY(env->startProgram());

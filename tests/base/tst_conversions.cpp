@@ -1,4 +1,5 @@
 #include "ErrorOf.h"
+#include "Rows.h"
 #include "base/Checked.h"
 #include "base/Conversions.h"
 #include "base/RuntimeError.h"
@@ -9,8 +10,7 @@ class tst_Conversions : public QObject {
     Q_OBJECT
 private slots:
     void roundHalfEven_data() {
-        QTest::addColumn<double>("value");
-        QTest::addColumn<double>("expected");
+        columns<double, double>("value", "expected");
         QTest::newRow("2.5 to even below") << 2.5 << 2.0;
         QTest::newRow("3.5 to even above") << 3.5 << 4.0;
         QTest::newRow("-2.5") << -2.5 << -2.0;
@@ -26,10 +26,7 @@ private slots:
 
     // CInt and CBool of a text: the value, or the error raised (then the value is not looked at).
     void fromText_data() {
-        QTest::addColumn<QString>("text");
-        QTest::addColumn<bool>("boolean");
-        QTest::addColumn<int>("expected");
-        QTest::addColumn<int>("error");
+        columns<QString, bool, int, int>("text", "boolean", "expected", "error");
         const int mismatch = RuntimeError::TypeMismatch, overflow = RuntimeError::Overflow;
         QTest::newRow("plain") << "7650" << false << 7650 << 0;
         QTest::newRow("blanks around") << "  12 " << false << 12 << 0;
@@ -49,8 +46,7 @@ private slots:
         QTest::newRow("bool of a word") << "maybe" << true << 0 << mismatch;
     }
     void fromText() {
-        QFETCH(QString, text);
-        QFETCH(bool, boolean);
+        auto [text, boolean] = fetch<QString, bool>("text", "boolean");
         int got = -1;
         QTEST(errorOf([&] { got = boolean ? int(CBool(text)) : int(CInt(text)); }), "error");
         QFETCH(int, error);
@@ -59,9 +55,7 @@ private slots:
     }
 
     void clng_data() {
-        QTest::addColumn<double>("value");
-        QTest::addColumn<qint64>("expected");
-        QTest::addColumn<int>("error");
+        columns<double, qint64, int>("value", "expected", "error");
         const int overflow = RuntimeError::Overflow;
         QTest::newRow("half to even") << 1000000.5 << qint64(1000000) << 0;
         QTest::newRow("max") << 2147483647.0 << qint64(2147483647) << 0;
@@ -77,8 +71,7 @@ private slots:
     }
 
     void val_data() {
-        QTest::addColumn<QString>("text");
-        QTest::addColumn<double>("expected");
+        columns<QString, double>("text", "expected");
         QTest::newRow("number") << "42" << 42.0;
         QTest::newRow("leading number") << "12 kB/s" << 12.0;
         QTest::newRow("blanks inside") << " 1 2 3" << 123.0;

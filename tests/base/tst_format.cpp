@@ -1,3 +1,4 @@
+#include "Rows.h"
 #include "base/Format.h"
 #include "base/VbDate.h"
 
@@ -7,9 +8,7 @@ class tst_Format : public QObject {
     Q_OBJECT
 private slots:
     void numbers_data() {
-        QTest::addColumn<double>("value");
-        QTest::addColumn<QString>("pattern");
-        QTest::addColumn<QString>("expected");
+        columns<double, QString, QString>("value", "pattern", "expected");
         // Track numbers, speeds, image and file sizes, byte counts as the windows show them.
         const struct {
             double value;
@@ -47,14 +46,12 @@ private slots:
             QTest::addRow("%s of %g", r.pattern, r.value) << r.value << r.pattern << r.expected;
     }
     void numbers() {
-        QFETCH(double, value);
-        QFETCH(QString, pattern);
+        auto [value, pattern] = fetch<double, QString>("value", "pattern");
         QTEST(Format(value, pattern), "expected");
     }
 
     void dates_data() {
-        QTest::addColumn<QString>("pattern");
-        QTest::addColumn<QString>("expected");
+        columns<QString, QString>("pattern", "expected");
         const char *rows[][2] = {{"YYYY/MM/DD hh:mm:ss", "2026/03/07 09:05:04"},
                                  {"YYYYMMDD", "20260307"},
                                  {"hhmm", "0905"},
@@ -71,8 +68,7 @@ private slots:
     }
 
     void durations_data() {
-        QTest::addColumn<double>("seconds");
-        QTest::addColumn<QString>("expected");
+        columns<double, QString>("seconds", "expected");
         QTest::newRow("zero") << 0.0 << "00:00:00";
         QTest::newRow("seconds") << 42.0 << "00:00:42";
         QTest::newRow("minutes") << 754.0 << "00:12:34";

@@ -3,6 +3,7 @@
 // why in the player's words and leaves nothing open.
 #include "Fixtures.h"
 #include "RecordingWaveOutput.h"
+#include "Rows.h"
 #include "ScriptedAnswers.h"
 #include "Waits.h"
 #include "compilation/modCDPlay.h"
@@ -44,9 +45,7 @@ private slots:
     }
 
     void playsTheSamples_data() {
-        QTest::addColumn<QByteArray>("wave");
-        QTest::addColumn<QByteArray>("pcm");
-        QTest::addColumn<int>("bufferSize");
+        columns<QByteArray, QByteArray, int>("wave", "pcm", "bufferSize");
         const QByteArray cd = pseudoRandom((44100 * 2 + 17) * 4, 1);
         const QByteArray mono = pseudoRandom(6001, 8);
         QTest::newRow("CD audio, a last short buffer") << cdWave(cd) << cd << 35280;
@@ -68,9 +67,8 @@ private slots:
     }
 
     void playsTheSamples() {
-        QFETCH(QByteArray, wave);
-        QFETCH(QByteArray, pcm);
-        QFETCH(int, bufferSize);
+        auto [wave, pcm, bufferSize] =
+            fetch<QByteArray, QByteArray, int>("wave", "pcm", "bufferSize");
         m_sink->held = true;
         modCDPlay::OpenFile(file(wave));
         QVERIFY(modCDPlay::IsFileOpen());
@@ -160,8 +158,7 @@ private slots:
     }
 
     void badFiles() {
-        QFETCH(QByteArray, wave);
-        QFETCH(QString, message);
+        auto [wave, message] = fetch<QByteArray, QString>("wave", "message");
         // A good file open before is closed by the failed open.
         modCDPlay::OpenFile(file(cdWave(pseudoRandom(400, 3))));
         QVERIFY(modCDPlay::IsFileOpen());

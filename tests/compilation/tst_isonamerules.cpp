@@ -1,3 +1,4 @@
+#include "Rows.h"
 #include "compilation/IsoNameRules.h"
 
 #include <QtTest>
@@ -6,9 +7,7 @@ class tst_IsoNameRules : public QObject {
     Q_OBJECT
 private slots:
     void rules_data() {
-        QTest::addColumn<QString>("name");
-        QTest::addColumn<int>("fileSystem");
-        QTest::addColumn<int>("level");
+        columns<QString, int, int>("name", "fileSystem", "level");
         QTest::addColumn<QString>("message"); // empty: the name passes
         const QString blank = "Item name cannot be blank.";
         const QString joliet = "Item Name violates Joliet naming rules (64 Char Max).";
@@ -36,10 +35,8 @@ private slots:
         QTest::newRow("characters are not checked") << "a*b?c" << 1 << 2 << "";
     }
     void rules() {
-        QFETCH(QString, name);
-        QFETCH(int, fileSystem);
-        QFETCH(int, level);
-        QFETCH(QString, message);
+        auto [name, fileSystem, level, message] =
+            fetch<QString, int, int, QString>("name", "fileSystem", "level", "message");
         QCOMPARE(IsoNameRules::violation(name, fileSystem, level), message);
     }
 };

@@ -2,6 +2,7 @@
 #include "CopierRig.h"
 #include "Fixtures.h"
 #include "ReadBack.h"
+#include "Rows.h"
 #include "ScriptedAnswers.h"
 #include "Waits.h"
 #include "WidgetSnapshot.h"
@@ -54,10 +55,7 @@ private slots:
     }
 
     void imageBurner_data() {
-        QTest::addColumn<bool>("used");
-        QTest::addColumn<QByteArray>("mode");
-        QTest::addColumn<QString>("snapshot");
-        QTest::addColumn<QString>("box");
+        columns<bool, QByteArray, QString, QString>("used", "mode", "snapshot", "box");
         QTest::newRow("used disc") << true << QByteArray("MODE1/2048") << "used"
                                    << "The Disc Is Not Blank. Please Replace The Disc With A New "
                                       "Blank Disc and Try Again. ;)";
@@ -70,10 +68,8 @@ private slots:
     }
 
     void imageBurner() {
-        QFETCH(bool, used);
-        QFETCH(QByteArray, mode);
-        QFETCH(QString, snapshot);
-        QFETCH(QString, box);
+        auto [used, mode, snapshot, box] =
+            fetch<bool, QByteArray, QString, QString>("used", "mode", "snapshot", "box");
         CopierRig r;
         ScriptedAnswers answers;
         QTemporaryDir dir;

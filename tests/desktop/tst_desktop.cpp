@@ -1,5 +1,6 @@
 #include "OutsideTools.h"
 #include "ReadBack.h"
+#include "Rows.h"
 #include "ScriptedAnswers.h"
 #include "TestEnvironment.h"
 #include "WidgetSnapshot.h"
@@ -50,9 +51,8 @@ private slots:
                 << size << QStringList();
     }
     void installsInItsPlaces() {
-        QFETCH(QString, path);
-        QFETCH(int, iconSize);
-        QFETCH(QStringList, checker);
+        auto [path, iconSize, checker] =
+            fetch<QString, int, QStringList>("path", "iconSize", "checker");
         const QString file = m_prefix.filePath(path);
         QVERIFY2(QFileInfo::exists(file), qPrintable(path));
         if (iconSize)

@@ -1,5 +1,6 @@
 #include "OutsideTools.h"
 #include "ReadBack.h"
+#include "Rows.h"
 #include "ScriptedAnswers.h"
 #include "TestEnvironment.h"
 #include "app/modDeclarations.h"
@@ -62,8 +63,7 @@ private slots:
     void init() { vbwState() = vbwErrorState(); }
 
     void faultsReachTheTrap_data() {
-        QTest::addColumn<QString>("kind");
-        QTest::addColumn<QString>("text");
+        columns<QString, QString>("kind", "text");
         QTest::addColumn<bool>("writing"); // libburn's abort handlers are in place
         const char *rows[][2] = {{"divide", "Integer Divide By Zero"},
                                  {"null write", "Access Violation"},
@@ -75,9 +75,7 @@ private slots:
                                         << "Access Violation" << true;
     }
     void faultsReachTheTrap() {
-        QFETCH(QString, kind);
-        QFETCH(QString, text);
-        QFETCH(bool, writing);
+        auto [kind, text, writing] = fetch<QString, QString, bool>("kind", "text", "writing");
         std::optional<BurnLibrary::AbortGuard> write;
         if (writing)
             write.emplace();
@@ -174,8 +172,7 @@ private slots:
     }
 
     void mailFallbacks_data() {
-        QTest::addColumn<bool>("linkOpens");
-        QTest::addColumn<QList<int>>("boxAnswers");
+        columns<bool, QList<int>>("linkOpens", "boxAnswers");
         QTest::addColumn<bool>("copied"); // every answer is taken by a box of its own
         QTest::newRow("link, sent") << true << QList<int>{vbYes} << false;
         QTest::newRow("link, not sent") << true << QList<int>{vbNo, vbYes} << true;
@@ -183,9 +180,8 @@ private slots:
         QTest::newRow("no link, no copy") << false << QList<int>{vbNo} << false;
     }
     void mailFallbacks() {
-        QFETCH(bool, linkOpens);
-        QFETCH(QList<int>, boxAnswers);
-        QFETCH(bool, copied);
+        auto [linkOpens, boxAnswers, copied] =
+            fetch<bool, QList<int>, bool>("linkOpens", "boxAnswers", "copied");
         VbwExtension::setProgramRunner([](const QString &, const QStringList &) { return 1; });
         QUrl link;
         VbwExtension::setUrlOpener([&](const QUrl &url) {

@@ -31,9 +31,7 @@ private slots:
     }
 
     void arrayHeads_data() {
-        QTest::addColumn<vbwBounds>("bounds");
-        QTest::addColumn<QString>("head");
-        QTest::addColumn<QString>("parameter");
+        columns<vbwBounds, QString, QString>("bounds", "head", "parameter");
         QTest::newRow("one") << vbwBounds{{{0, 99}}} << "Array a(0 To 99) As Integer"
                              << "a(0 To 99)";
         QTest::newRow("two") << vbwBounds{{{1, 3}, {-2, 2}}} << "Array a(1 To 3,-2 To 2) As Integer"
@@ -45,9 +43,8 @@ private slots:
                               << "a(0 To 1,0 To 1,0 To 1,0 To 1,0 To 1)";
     }
     void arrayHeads() {
-        QFETCH(vbwBounds, bounds);
-        QFETCH(QString, head);
-        QFETCH(QString, parameter);
+        auto [bounds, head, parameter] =
+            fetch<vbwBounds, QString, QString>("bounds", "head", "parameter");
         QCOMPARE(vbwArrayHead("a", bounds, "Integer"), head);
         QCOMPARE(vbwReportParameter("a", bounds), parameter);
     }

@@ -89,8 +89,7 @@ private slots:
     // A close the engine refuses at once (the disc went out under the window) gives every
     // button back; one that fails in the drive ends with the error and the window gone.
     void closesWhatStandsOpen_data() {
-        QTest::addColumn<bool>("closeDisc");
-        QTest::addColumn<QString>("failClose");
+        columns<bool, QString>("closeDisc", "failClose");
         for (const auto &[name, disc, fail] : {std::tuple{"session", false, ""},
                                                {"disc", true, ""},
                                                {"failure", false, "1005"},
@@ -99,8 +98,7 @@ private slots:
     }
 
     void closesWhatStandsOpen() {
-        QFETCH(bool, closeDisc);
-        QFETCH(QString, failClose);
+        auto [closeDisc, failClose] = fetch<bool, QString>("closeDisc", "failClose");
         DiscToolsRig rig;
         makeDisc(rig, Incomplete);
         EngineRig::setting(QStringLiteral("FailClose"), failClose == u"tray" ? "" : failClose);
@@ -205,16 +203,14 @@ private slots:
     }
 
     void erasesToABlankDisc_data() {
-        QTest::addColumn<QString>("medium");
-        QTest::addColumn<bool>("quick");
+        columns<QString, bool>("medium", "quick");
         QTest::newRow("quick CD-RW") << "CD-RW 80" << true;
         QTest::newRow("full CD-RW") << "CD-RW 80" << false;
         QTest::newRow("quick DVD+RW") << "DVD+RW" << true;
     }
 
     void erasesToABlankDisc() {
-        QFETCH(QString, medium);
-        QFETCH(bool, quick);
+        auto [medium, quick] = fetch<QString, bool>("medium", "quick");
         DiscToolsRig rig(medium);
         QVERIFY(rig.writeData(QStringLiteral("OLD")));
         auto *erase = rig.open<frmErase>(QStringLiteral("frmErase"));

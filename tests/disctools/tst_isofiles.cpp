@@ -2,6 +2,7 @@
 #include "Fixtures.h"
 #include "OutsideTools.h"
 #include "ReadBack.h"
+#include "Rows.h"
 #include "Waits.h"
 #include "WidgetSnapshot.h"
 #include "WriteRig.h"
@@ -138,10 +139,8 @@ private slots:
     }
 
     void saveAsIso() {
-        QFETCH(QString, name);
-        QFETCH(bool, joliet);
-        QFETCH(QByteArray, existing);
-        QFETCH(QString, box);
+        auto [name, joliet, existing, box] =
+            fetch<QString, bool, QByteArray, QString>("name", "joliet", "existing", "box");
         WriteRig rig;
         QVERIFY(rig.started());
         mdiMain *f = rig.frame();
@@ -212,11 +211,8 @@ private slots:
     }
 
     void commandBoxes() {
-        QFETCH(QString, command);
-        QFETCH(int, tray);
-        QFETCH(bool, iso);
-        QFETCH(QString, box);
-        QFETCH(bool, statusMoved);
+        auto [command, tray, iso, box, statusMoved] = fetch<QString, int, bool, QString, bool>(
+            "command", "tray", "iso", "box", "statusMoved");
         WriteRig rig({}, 99, "CD-R 80", tray < 0 ? WriteRig::Tray::Empty : WriteRig::Tray(tray));
         QVERIFY(rig.started());
         mdiMain *f = rig.frame();

@@ -2,6 +2,7 @@
 // preview's paging and zoom around it.
 #include "DataWindowRig.h"
 #include "ReadBack.h"
+#include "Rows.h"
 #include "WidgetSnapshot.h"
 
 #include "app/mdiMain.h"
@@ -96,8 +97,7 @@ private slots:
     void printedList_data() {
         QTest::addColumn<CompilationListing>("list");
         // Per page, lines that must be there and a pattern that must not match.
-        QTest::addColumn<QList<QStringList>>("present");
-        QTest::addColumn<QStringList>("absent");
+        columns<QList<QStringList>, QStringList>("present", "absent");
         // The shown document is the second composition: its numbers go on from the first one's.
         QTest::newRow("two folders, five files")
             << listOf({"VOL:1", "VOL\\docs:2", "VOL\\docs\\old:2"})
@@ -132,9 +132,8 @@ private slots:
     }
 
     void printedList() {
-        QFETCH(CompilationListing, list);
-        QFETCH(QList<QStringList>, present);
-        QFETCH(QStringList, absent);
+        auto [list, present, absent] =
+            fetch<CompilationListing, QList<QStringList>, QStringList>("list", "present", "absent");
         open(list);
         const QString pdf = print();
         QVERIFY(!pdf.isEmpty());

@@ -1,6 +1,7 @@
 // The encoder settings dialogs and their files, offscreen in a fresh application folder; boxes
 // are answered by the script.
 #include "OutsideTools.h"
+#include "Rows.h"
 #include "ScriptedAnswers.h"
 #include "TestEnvironment.h"
 #include "WidgetSnapshot.h"
@@ -43,9 +44,7 @@ private slots:
     // A file's bytes: the record read back as the line it is written as, or the error its reading
     // raises.
     void records_data() {
-        QTest::addColumn<bool>("wma");
-        QTest::addColumn<QByteArray>("bytes");
-        QTest::addColumn<QString>("result");
+        columns<bool, QByteArray, QString>("wma", "bytes", "result");
         QTest::newRow("vorbis") << false << QByteArray("9,0,0,0\r\n") << "9,0,0,0\n";
         QTest::newRow("vorbis last line")
             << false << QByteArray("1,1,2,3\n\n5, 0 ,0,0") << "5,0,0,0\n";
@@ -63,9 +62,7 @@ private slots:
     }
 
     void records() {
-        QFETCH(bool, wma);
-        QFETCH(QByteArray, bytes);
-        QFETCH(QString, result);
+        auto [wma, bytes, result] = fetch<bool, QByteArray, QString>("wma", "bytes", "result");
         try {
             QCOMPARE(
                 QString::fromLatin1(wma ? wmaLine(readWMA(bytes)) : vorbisLine(readVorbis(bytes))),
@@ -119,8 +116,7 @@ private slots:
 
     // Apply's checks, in their order, and what reaches the encoders before a check stops it.
     void mp3Apply() {
-        QFETCH(QList<int>, indices);
-        QFETCH(QString, message);
+        auto [indices, message] = fetch<QList<int>, QString>("indices", "message");
         TestEnvironment env;
         ScriptedAnswers answers;
         auto mp3 = std::make_shared<MP3EncoderX>();

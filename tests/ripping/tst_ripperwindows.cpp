@@ -1,6 +1,7 @@
 // The ripper window and the extraction dialog, offscreen, on a disc the writer put on the Image
 // Recorder; boxes are answered by the script.
 #include "RipperRig.h"
+#include "Rows.h"
 #include "ScriptedAnswers.h"
 #include "WidgetSnapshot.h"
 
@@ -63,8 +64,7 @@ private slots:
     }
 
     void extract_data() {
-        QTest::addColumn<QList<int>>("ticked");
-        QTest::addColumn<QStringList>("files");
+        columns<QList<int>, QStringList>("ticked", "files");
         QTest::newRow("tracks 1 and 3")
             << QList<int>{1, 3} << QStringList{"Song01.wav", "Song03.wav"};
         QTest::newRow("cancelled in track 2") << QList<int>{1, 2, 3} << QStringList{"Song01.wav"};
@@ -73,8 +73,7 @@ private slots:
 
     // The dialog's log and buttons when the extraction has ended, for each row.
     void extract() {
-        QFETCH(QList<int>, ticked);
-        QFETCH(QStringList, files);
+        auto [ticked, files] = fetch<QList<int>, QStringList>("ticked", "files");
         RipperRig rig;
         ScriptedAnswers answers;
         frmRipper window(rig.ripper.get());

@@ -3,6 +3,7 @@
 #include "Fixtures.h"
 #include "ReadBack.h"
 #include "RecordingWaveOutput.h"
+#include "Rows.h"
 #include "SnapshotScrubs.h"
 #include "ViewGestures.h"
 #include "Waits.h"
@@ -141,8 +142,7 @@ private slots:
     }
 
     void overrunWarning_data() {
-        QTest::addColumn<int>("frames");
-        QTest::addColumn<bool>("warned");
+        columns<int, bool>("frames", "warned");
         // 703 MB free on a CD-R 80, five kept in reserve: the bar reaches 698 at 313,088 blocks
         // with the gap.
         QTest::newRow("at the boundary") << 312938 << true;
@@ -150,8 +150,7 @@ private slots:
     }
 
     void overrunWarning() {
-        QFETCH(int, frames);
-        QFETCH(bool, warned);
+        auto [frames, warned] = fetch<int, bool>("frames", "warned");
         AudioWindow w;
         // A sparse wave: its header, then the samples' length as a hole.
         const qint64 bytes = qint64(frames) * 2352;

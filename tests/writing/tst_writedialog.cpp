@@ -52,15 +52,13 @@ class tst_WriteDialog : public QObject {
     Q_OBJECT
 private slots:
     void openingState_data() {
-        QTest::addColumn<int>("kind");
-        QTest::addColumn<QString>("snapshot");
+        columns<int, QString>("kind", "snapshot");
         QTest::newRow("data") << 0 << "writedialog-data";
         QTest::newRow("audio") << 1 << "writedialog-audio";
     }
 
     void openingState() {
-        QFETCH(int, kind);
-        QFETCH(QString, snapshot);
+        auto [kind, snapshot] = fetch<int, QString>("kind", "snapshot");
         WriteRig rig({}, kind);
         QVERIFY(rig.started());
         frmBurn *burn = rig.openDialog();
