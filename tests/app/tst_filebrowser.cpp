@@ -121,6 +121,9 @@ private slots:
         answers.answerFile(std::nullopt);
         frame()->runCommand("BROWSEFOLDER");
         QCOMPARE(b->FileViewAdd->Path(), dir.filePath("inner"));
+        // A key in the folder tree chooses a folder as a click does: Left from a leaf goes up.
+        QTest::keyClick(b->FolderViewAdd, Qt::Key_Left);
+        QTRY_COMPARE(b->FileViewAdd->Path(), dir.path());
     }
 
     void selectAllNoneAndDrag() {

@@ -239,8 +239,14 @@ private slots:
                 qPrintable(answers->boxes[0].prompt));
             answers->boxes.clear();
         }
-        if (key == "INTERNETUPDATE")
+        if (key == "INTERNETUPDATE") {
+            // An updater that is there but will not start says the same.
+            env->writeFile("Update.exe", "not a program");
+            trigger();
+            QCOMPARE(answers->boxes.size(), 1);
+            answers->boxes.clear();
             return;
+        }
         QStringList names, reached;
         for (const auto &row : commandRows)
             if (!names.contains(std::get<2>(row)))

@@ -1,3 +1,4 @@
+#include "OutsideTools.h"
 #include "Rows.h"
 #include "TestEnvironment.h"
 #include "diagnostics/ErrorTrap.h"
@@ -30,23 +31,38 @@ private slots:
         QCOMPARE(FormatString(row.text, 128), row.shown);
     }
 
-    void arrayHeads_data() {
-        columns<vbwBounds, QString, QString>("bounds", "head", "parameter");
-        QTest::newRow("one") << vbwBounds{{{0, 99}}} << "Array a(0 To 99) As Integer"
-                             << "a(0 To 99)";
-        QTest::newRow("two") << vbwBounds{{{1, 3}, {-2, 2}}} << "Array a(1 To 3,-2 To 2) As Integer"
-                             << "a(1 To 3,-2 To 2)";
-        QTest::newRow("undimensioned") << vbwBounds{{}, false} << "a (Undimensioned Array)"
+    // The head of an array, then one line an entry; an array not dimensioned or of more than
+    // four dimensions has the head alone.
+    void arrays_data() {
+        columns<vbwBounds, QString, QString>("bounds", "dump", "parameter");
+        QTest::newRow("one") << vbwBounds{{{0, 1}}}
+                             << "Array a(0 To 1) As Integer\r\n\ta(0) = 0 (Integer)\r\n"
+                                "\ta(1) = 1 (Integer)\r\n"
+                             << "a(0 To 1)";
+        QTest::newRow("two") << vbwBounds{{{1, 2}, {-1, 0}}}
+                             << "Array a(1 To 2,-1 To 0) As Integer\r\n\ta(1,-1) = 0 (Integer)\r\n"
+                                "\ta(1,0) = 1 (Integer)\r\n\ta(2,-1) = 2 (Integer)\r\n"
+                                "\ta(2,0) = 3 (Integer)\r\n"
+                             << "a(1 To 2,-1 To 0)";
+        QTest::newRow("undimensioned") << vbwBounds{{}, false} << "a (Undimensioned Array)\r\n"
                                        << "a(Undimensioned Array)";
         QTest::newRow("five") << vbwBounds{{{0, 1}, {0, 1}, {0, 1}, {0, 1}, {0, 1}}}
-                              << "a() not processed: 5 dimensions"
+                              << "a() not processed: 5 dimensions\r\n"
                               << "a(0 To 1,0 To 1,0 To 1,0 To 1,0 To 1)";
     }
-    void arrayHeads() {
-        auto [bounds, head, parameter] =
-            fetch<vbwBounds, QString, QString>("bounds", "head", "parameter");
-        QCOMPARE(vbwArrayHead("a", bounds, "Integer"), head);
+    void arrays() {
+        auto [bounds, dump, parameter] =
+            fetch<vbwBounds, QString, QString>("bounds", "dump", "parameter");
         QCOMPARE(vbwReportParameter("a", bounds), parameter);
+        QTemporaryDir dir;
+        vbwSetDumpFile(dir.filePath("dump.txt"));
+        vbwOpenDumpFile();
+        int n = 0;
+        vbwReportArray("a", bounds, "Integer",
+                       [&n](const QList<int> &) { return QString::number(n++); });
+        vbwCloseDumpFile();
+        vbwSetDumpFile({});
+        QCOMPARE(QString::fromUtf8(OutsideTools::fileBytes(dir.filePath("dump.txt"))), dump);
     }
 
     void traceSwitch_data() {

@@ -136,6 +136,14 @@ private slots:
             "5/21/00 LOGICAL BLOCK ADDRESS OUT OF RANGE+");
         row("no write mode in words", {"SORRY: Drive offers no suitable write mode"}, false, 1032,
             "5/30/05 CANNOT WRITE MEDIUM - INCOMPATIBLE FORMAT+");
+        row("timeout in words", {"FAILURE: Timeout (120 s) with asynchronous SCSI command"}, false,
+            1035, "2/3E/02 TIMEOUT ON LOGICAL UNIT+");
+        row("not blank in words", {"SORRY: Medium is not blank"}, false, 1036,
+            "3/51/00 ERASE FAILURE+");
+        row("unformatted in words", {"FAILURE: Medium unformatted or format corrupted"}, false, 1030,
+            "5/30/06 CANNOT FORMAT MEDIUM - INCOMPATIBLE MEDIUM+");
+        row("denied in words", {"FATAL: Cannot open drive: Permission denied"}, false, 1001,
+            "B/00/00 NO ADDITIONAL SENSE INFORMATION+");
         row("the step's meaning when nothing is said", {}, true, 1009,
             "3/11/00 UNRECOVERED READ ERROR");
         row("nothing known: libburn's last word", {"NOTE: a", "FATAL: Something never seen"}, false,
