@@ -140,8 +140,8 @@ private slots:
             1035, "2/3E/02 TIMEOUT ON LOGICAL UNIT+");
         row("not blank in words", {"SORRY: Medium is not blank"}, false, 1036,
             "3/51/00 ERASE FAILURE+");
-        row("unformatted in words", {"FAILURE: Medium unformatted or format corrupted"}, false, 1030,
-            "5/30/06 CANNOT FORMAT MEDIUM - INCOMPATIBLE MEDIUM+");
+        row("unformatted in words", {"FAILURE: Medium unformatted or format corrupted"}, false,
+            1030, "5/30/06 CANNOT FORMAT MEDIUM - INCOMPATIBLE MEDIUM+");
         row("denied in words", {"FATAL: Cannot open drive: Permission denied"}, false, 1001,
             "B/00/00 NO ADDITIONAL SENSE INFORMATION+");
         row("the step's meaning when nothing is said", {}, true, 1009,
