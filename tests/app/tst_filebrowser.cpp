@@ -33,8 +33,8 @@ class tst_FileBrowser : public QObject {
     Q_OBJECT
 private slots:
     void opensWhereTheOptionsSay_data() {
-        QTest::addColumn<QString>("useLast"); // empty: the key is absent
-        QTest::addColumn<bool>("opensAtStart");
+        // useLast: empty: the key is absent
+        columns<QString, bool>("useLast", "opensAtStart");
         QTest::newRow("last folder by default") << QString() << false;
         QTest::newRow("last folder") << "True" << false;
         QTest::newRow("start folder") << "False" << true;
@@ -155,8 +155,8 @@ private slots:
     }
 
     void chooserOpensTheCompilation_data() {
-        QTest::addColumn<int>("choice"); // data, audio, or audio chosen and cancelled
-        QTest::addColumn<QStringList>("reached");
+        // choice: data, audio, or audio chosen and cancelled
+        columns<int, QStringList>("choice", "reached");
         QTest::newRow("data") << 0 << QStringList({"frmData", "ResetImage"});
         QTest::newRow("audio") << 1 << QStringList({"frmAudio"});
         QTest::newRow("cancelled") << 2 << QStringList();

@@ -51,9 +51,8 @@ private slots:
     // What the box shows of the stored options, and what OK without a change writes back
     // ("Section/Key=Value;..."; the keys left out are not checked, and an empty list not at all).
     void loadShowsAndOkRewrites_data() {
-        QTest::addColumn<QByteArray>("ini");
-        QTest::addColumn<QString>("shown"); // a snapshot of the box as it opens
-        QTest::addColumn<QString>("expected");
+        // shown: a snapshot of the box as it opens
+        columns<QByteArray, QString, QString>("ini", "shown", "expected");
         QTest::newRow("no options file")
             << QByteArray() << "options-default"
             << "General/Transparency Enabled=0;General/Transparency Value=90;"

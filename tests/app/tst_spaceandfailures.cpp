@@ -15,9 +15,8 @@ class tst_SpaceAndFailures : public QObject {
     Q_OBJECT
 private slots:
     void space_data() {
-        QTest::addColumn<int>("sizeFormat");
-        QTest::addColumn<bool>("chosen"); // whether a recorder is chosen
-        QTest::addColumn<double>("free");
+        // chosen: whether a recorder is chosen
+        columns<int, bool, double>("sizeFormat", "chosen", "free");
         // A blank CD-R 80: 360,000 blocks of 2048 bytes, not mounted, so nothing used.
         QTest::newRow("bytes") << 1 << true << 737280000.0;
         QTest::newRow("kilobytes") << 2 << true << 720000.0;

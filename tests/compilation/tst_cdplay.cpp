@@ -133,8 +133,8 @@ private slots:
     }
 
     void badFiles_data() {
-        QTest::addColumn<QByteArray>("wave"); // empty: no file at all
-        QTest::addColumn<QString>("message");
+        // wave: empty: no file at all
+        columns<QByteArray, QString>("wave", "message");
         const QByteArray fmt = fmtChunk(1, 2, 44100, 16);
         const QByteArray data = chunk("data", QByteArray(4000, 2));
         QTest::newRow("missing") << QByteArray() << "Error opening input file, rc = 5";

@@ -32,9 +32,9 @@ private slots:
     }
 
     void installsInItsPlaces_data() {
-        QTest::addColumn<QString>("path");
-        QTest::addColumn<int>("iconSize");        // a PNG of that square size; 0 for other files
-        QTest::addColumn<QStringList>("checker"); // a program that must accept the file
+        // iconSize: a PNG of that square size; 0 for other files; checker: a program that must
+        // accept the file
+        columns<QString, int, QStringList>("path", "iconSize", "checker");
         for (const QString &path :
              {QStringLiteral("bin/tessaly"), QStringLiteral("share/tessaly/help/tessaly.html"),
               "share/icons/hicolor/scalable/apps/" + AppId + ".svg"})

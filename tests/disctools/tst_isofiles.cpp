@@ -123,10 +123,9 @@ private slots:
     }
 
     void saveAsIso_data() {
-        QTest::addColumn<QString>("name"); // as answered in the file box
-        QTest::addColumn<bool>("joliet");
-        QTest::addColumn<QByteArray>("existing"); // what lies there before; kept when asked
-        QTest::addColumn<QString>("box");         // the last box; empty for none
+        // name: as answered in the file box; existing: what lies there before; kept when asked;
+        // box: the last box; empty for none
+        columns<QString, bool, QByteArray, QString>("name", "joliet", "existing", "box");
         const QString done = "ISO File Created successfully!";
         QTest::newRow("Joliet") << "out.iso" << true << QByteArray() << done;
         QTest::newRow("no Joliet, no extension") << "out" << false << QByteArray() << done;
@@ -181,11 +180,9 @@ private slots:
     }
 
     void commandBoxes_data() {
-        QTest::addColumn<QString>("command");
-        QTest::addColumn<int>("tray"); // -1: a disc whose last session is Mode 2
-        QTest::addColumn<bool>("iso"); // WRITEISO: the chosen file is an ISO 9660 image
-        QTest::addColumn<QString>("box");
-        QTest::addColumn<bool>("statusMoved"); // the panel showed the import when the box came
+        // tray: -1: a disc whose last session is Mode 2; iso: WRITEISO: the chosen file is an ISO
+        // 9660 image; statusMoved: the panel showed the import when the box came
+        columns<QString, int, bool, QString, bool>("command", "tray", "iso", "box", "statusMoved");
         using T = WriteRig::Tray;
         const QString info = "Tessaly - Information|";
         QTest::newRow("import, no disc")

@@ -73,9 +73,8 @@ private slots:
     }
 
     void sizesCountTheGaps_data() {
-        QTest::addColumn<QList<int>>("frames"); // audio frames of 4 bytes in each wave
-        QTest::addColumn<QList<int>>("blocks"); // the tracks' blocks as listed
-        QTest::addColumn<int>("imageBlocks");
+        // frames: audio frames of 4 bytes in each wave; blocks: the tracks' blocks as listed
+        columns<QList<int>, QList<int>, int>("frames", "blocks", "imageBlocks");
         // 588 audio frames fill one 2352-byte block; every track has a 150-block gap before it.
         QTest::newRow("whole blocks") << QList<int>{588 * 400} << QList<int>{400} << 550;
         QTest::newRow("a frame into the next block")

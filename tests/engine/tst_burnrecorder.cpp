@@ -237,8 +237,8 @@ private slots:
 
     void precheckOnABlankFile_data() {
         columns<qint32, qint32>("mode", "start");
-        QTest::addColumn<qint32>("driveError"); // 0: the drive takes it
-        QTest::addColumn<QString>("said");
+        // driveError: 0: the drive takes it
+        columns<qint32, QString>("driveError", "said");
         QTest::newRow("data for the first session") << 1 << 32 << 0 << "";
         QTest::newRow("a plain image at block 0") << 1 << 0 << 0 << "";
         QTest::newRow("data laid out elsewhere") << 1 << 100 << 1038 << "laid out for block 100";

@@ -94,8 +94,8 @@ private slots:
     }
 
     void parseLibburnMessages_data() {
-        QTest::addColumn<QString>("message");
-        QTest::addColumn<QString>("sense"); // empty: none
+        // sense: empty: none
+        columns<QString, QString>("message", "sense");
         const auto row = [](const char *name, const char *message, const char *sense) {
             QTest::newRow(name) << QString(message) << QString(sense);
         };
@@ -115,10 +115,9 @@ private slots:
     }
 
     void failureFromMessages_data() {
-        QTest::addColumn<QStringList>("messages");
-        QTest::addColumn<bool>("fallback"); // the step's own sense when the drive says nothing
-        QTest::addColumn<int>("code");
-        QTest::addColumn<QString>("sense"); // "+": followed by the message in brackets
+        // fallback: the step's own sense when the drive says nothing; sense: "+": followed by the
+        // message in brackets
+        columns<QStringList, bool, int, QString>("messages", "fallback", "code", "sense");
         const auto row = [](const char *name, QStringList messages, bool fallback, int code,
                             QString sense) {
             if (sense.endsWith(u'+'))
@@ -204,8 +203,9 @@ private slots:
 
     void feedHandsOutTheTrack_data() {
         columns<int, int>("mode", "blocks");
-        QTest::addColumn<int>("readSize"); // what libburn asks for per call
-        QTest::addColumn<int>("failAt");   // the block at which the source fails; -1 never
+        // readSize: what libburn asks for per call; failAt: the block at which the source fails; -1
+        // never
+        columns<int, int>("readSize", "failAt");
         QTest::newRow("audio, a sector per call") << 0 << 75 << 2352 << -1;
         QTest::newRow("data, a sector per call") << 1 << 70 << 2048 << -1;
         QTest::newRow("data, odd sizes across runs") << 1 << 33 << 1000 << -1;

@@ -32,9 +32,9 @@ private slots:
     void duringWrite_data() {
         QTest::addColumn<QString>("job"); // audio, data or isofile
         columns<QStringList, QStringList>("settings", "events");
-        QTest::addColumn<QString>("text"); // %1 the failed file, where a file failed
-        QTest::addColumn<QString>("statusLine");
-        QTest::addColumn<int>("discStatus"); // after the failure; -1 no disc in the drive
+        // text: %1 the failed file, where a file failed; discStatus: after the failure; -1 no disc
+        // in the drive
+        columns<QString, QString, int>("text", "statusLine", "discStatus");
         const auto row = [](const char *name, const char *job, const QStringList &settings,
                             const QStringList &events, const QString &text, int discStatus) {
             const bool unreadable = text.startsWith("Writing Error: (1)");

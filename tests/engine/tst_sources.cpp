@@ -39,10 +39,9 @@ class tst_Sources : public QObject {
     Q_OBJECT
 private slots:
     void changedAfterAdding_data() {
-        QTest::addColumn<QString>("target"); // iso, disc or audio
-        QTest::addColumn<bool>("cache");
-        QTest::addColumn<QString>("change"); // deleted, pipe, shrunk or grown
-        QTest::addColumn<int>("fileError");  // -1: the job ends well
+        // target: iso, disc or audio; change: deleted, pipe, shrunk or grown; fileError: -1: the
+        // job ends well
+        columns<QString, bool, QString, int>("target", "cache", "change", "fileError");
         for (const char *target : {"iso", "disc"}) {
             QTest::addRow("%s: deleted", target) << target << false << "deleted" << 0;
             QTest::addRow("%s: replaced by a named pipe", target) << target << false << "pipe" << 0;
@@ -152,10 +151,10 @@ private slots:
     }
 
     void namesAndLinks_data() {
-        QTest::addColumn<QList<QByteArray>>("source");
-        QTest::addColumn<QStringList>("disc");        // "path=contents"; "path/" a folder
-        QTest::addColumn<QStringList>("skipped");     // sources told of and left out
-        QTest::addColumn<QStringList>("isoinfoSees"); // when it differs from "disc"
+        // disc: "path=contents"; "path/" a folder; skipped: sources told of and left out;
+        // isoinfoSees: when it differs from "disc"
+        columns<QList<QByteArray>, QStringList, QStringList, QStringList>("source", "disc",
+                                                                          "skipped", "isoinfoSees");
         QTest::newRow("a name that is not UTF-8 is read as Latin-1")
             << QList<QByteArray>{"f caf\xE9.txt bytes", "f ok.txt fine"}
             << QStringList{"café.txt=bytes", "ok.txt=fine"} << QStringList{} << QStringList{};

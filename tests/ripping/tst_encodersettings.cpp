@@ -96,8 +96,8 @@ private slots:
     }
 
     void mp3Apply_data() {
-        QTest::addColumn<QList<int>>("indices"); // VBR min, max, quality; Vorbis nominal, min, max
-        QTest::addColumn<QString>("message");
+        // indices: VBR min, max, quality; Vorbis nominal, min, max
+        columns<QList<int>, QString>("indices", "message");
         QTest::newRow("vbr equal limits")
             << QList<int>{8, 8, 0, 9, 0, 0}
             << "Minimum Bit Rate must be less than the Maximum Bit Rate.";
