@@ -1,5 +1,6 @@
 // What drives and libburn say, in the engine's terms; how a track is handed to libburn; and the
 // session layout of media written at any address.
+#include "engine/writer/recorders/burn/BurnLibrary.h"
 #include "engine/writer/recorders/burn/BurnMedium.h"
 #include "engine/writer/recorders/burn/DriveSense.h"
 #include "engine/writer/recorders/burn/OverwriteSessions.h"
@@ -161,6 +162,34 @@ private slots:
         QCOMPARE(o.driveError, code);
         QCOMPARE(o.errorInfo, QStringLiteral("What failed"));
         QCOMPARE(o.senseInfo, sense);
+    }
+
+    // A drive's speed descriptors (source, loaded profile, kB/s) for a loaded CD-R: the
+    // medium's own win, else the drive's in general; fastest first, each once, none of zero.
+    void writeSpeeds_data() {
+        columns<QList<QList<int>>, QList<qint32>>("descriptors", "speeds");
+        QTest::newRow("the medium's own") << QList<QList<int>>{{1, 9, 8467},
+                                                               {2, 9, 1764},
+                                                               {2, 9, 7056},
+                                                               {2, 9, 7056},
+                                                               {2, 26, 11080}}
+                                          << QList<qint32>{7056, 1764};
+        QTest::newRow("the drive's when the medium has none")
+            << QList<QList<int>>{{1, 0, 5644}, {2, 26, 11080}, {1, 0, 0}, {1, 0, 8467}}
+            << QList<qint32>{11080, 8467, 5644};
+        QTest::newRow("none of any use") << QList<QList<int>>{{2, 9, 0}} << QList<qint32>{};
+    }
+    void writeSpeeds() {
+        auto [descriptors, speeds] =
+            fetch<QList<QList<int>>, QList<qint32>>("descriptors", "speeds");
+        std::vector<burn::burn_speed_descriptor> list(size_t(descriptors.size()));
+        for (size_t i = 0; i < list.size(); ++i) {
+            list[i].source = descriptors[qsizetype(i)][0];
+            list[i].profile_loaded = descriptors[qsizetype(i)][1];
+            list[i].write_speed = descriptors[qsizetype(i)][2];
+            list[i].next = i + 1 < list.size() ? &list[i + 1] : nullptr;
+        }
+        QCOMPARE(BurnMedium::writeSpeeds(list.data(), 9), speeds);
     }
 
     void sessionsOfAMedium_data() {

@@ -33,20 +33,9 @@ QList<qint32> speedList(burn::burn_drive *d, int profile) {
     QList<qint32> speeds;
     burn::burn_speed_descriptor *list = nullptr;
     if (burn::burn_drive_get_speedlist(d, &list) > 0 && list) {
-        // The descriptors of GET PERFORMANCE (source 2) for the loaded profile are the ones
-        // that speak of this medium; the mode page's (source 1) are the drive's in general.
-        for (int pass = 0; pass < 2 && speeds.isEmpty(); ++pass) {
-            for (auto *s = list; s; s = s->next) {
-                const bool forMedium = s->source == 2 && s->profile_loaded == profile;
-                if ((pass == 0 && !forMedium) || s->write_speed <= 0)
-                    continue;
-                if (!speeds.contains(s->write_speed))
-                    speeds.append(s->write_speed);
-            }
-        }
+        speeds = BurnMedium::writeSpeeds(list, profile);
         burn::burn_drive_free_speedlist(&list);
     }
-    std::sort(speeds.begin(), speeds.end(), std::greater<>());
     return speeds;
 }
 
@@ -88,6 +77,23 @@ void readToc(burn::burn_drive *d, MediumState &st, int *completeSessions) {
     burn::burn_disc_free(disc);
 }
 } // namespace
+
+QList<qint32> BurnMedium::writeSpeeds(const burn::burn_speed_descriptor *list, int profile) {
+    QList<qint32> speeds;
+    // The descriptors of GET PERFORMANCE (source 2) for the loaded profile are the ones
+    // that speak of this medium; the mode page's (source 1) are the drive's in general.
+    for (int pass = 0; pass < 2 && speeds.isEmpty(); ++pass) {
+        for (auto *s = list; s; s = s->next) {
+            const bool forMedium = s->source == 2 && s->profile_loaded == profile;
+            if ((pass == 0 && !forMedium) || s->write_speed <= 0)
+                continue;
+            if (!speeds.contains(s->write_speed))
+                speeds.append(s->write_speed);
+        }
+    }
+    std::sort(speeds.begin(), speeds.end(), std::greater<>());
+    return speeds;
+}
 
 qint32 BurnMedium::mediaTypeOf(int profile) {
     switch (profile) {

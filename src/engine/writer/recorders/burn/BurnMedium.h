@@ -6,6 +6,9 @@
 #include <QList>
 
 class BurnDrive;
+namespace burn {
+struct burn_speed_descriptor;
+}
 
 // What a grabbed drive says about its medium and about itself, in the engine's codes. Runs on
 // whichever thread holds the drive.
@@ -27,6 +30,8 @@ qint32 mediaTypeOf(int profile);
 bool isOverwriteable(int profile);
 // Disc type of the text libburn gives for a CD's disc information.
 qint32 discTypeOf(const char *cdDiscType);
+// Write speeds in kB/s, fastest first: the loaded medium's own, else the drive's in general.
+QList<qint32> writeSpeeds(const burn::burn_speed_descriptor *list, int profile);
 
 Assessment assess(BurnDrive &drive);
 // The capability codes of the engine as a bit set (bit n: code n), from the drive's feature
