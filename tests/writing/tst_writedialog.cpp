@@ -9,6 +9,7 @@
 
 #include "app/mdiMain.h"
 #include "app/modDeclarations.h"
+#include "engine/notify/CDNotify.h"
 #include "engine/writer/CDWriterPro.h"
 #include "widgets/AnimationControl.h"
 #include "widgets/KeyedMenu.h"
@@ -217,6 +218,41 @@ private slots:
         QCOMPARE(f->smartStatusBar->Item("CACHING")->Value(), 0);
         QVERIFY(!f->mblnTrackWriteFirst);
         QVERIFY(burn->aniBurn->FileName().endsWith("writecd.gif"));
+    }
+
+    // Each step the engine or the tray reports, after one per cent of a track gave Cancel back:
+    // the snapshot is named after the row.
+    void engineSteps_data() {
+        columns<int, QString>("kind", "step");
+        for (const char *step : {"preparing", "caching", "closing track", "closing session",
+                                 "closing disc", "disc arrived", "disc removed"})
+            QTest::addRow("data, %s", step) << 0 << QString(step);
+        for (const char *step : {"caching", "closing track"})
+            QTest::addRow("audio, %s", step) << 1 << QString(step);
+    }
+
+    void engineSteps() {
+        auto [kind, step] = fetch<int, QString>("kind", "step");
+        WriteRig rig({}, kind);
+        QVERIFY(rig.started());
+        CDWriterPro *cd = rig.frame()->Tessaly;
+        frmBurn *burn = rig.openDialog();
+        gintTracksToWrite = 1;
+        Q_EMIT cd->TrackWriteStatus(1, 10, 1000);
+        const QString drive = cd->DriveLetter(glngCurrentDrive);
+        const QMap<QString, std::function<void()>> steps{
+            {"preparing", [&] { Q_EMIT cd->PreparingToWrite(); }},
+            {"caching", [&] { Q_EMIT cd->CachingStatus(42); }},
+            {"closing track", [&] { Q_EMIT cd->ClosingTrack(3); }},
+            {"closing session", [&] { Q_EMIT cd->ClosingSession(); }},
+            {"closing disc", [&] { Q_EMIT cd->ClosingDisc(); }},
+            {"disc arrived", [&] { Q_EMIT rig.frame()->CDNotify1->Arrival(drive); }},
+            {"disc removed", [&] { Q_EMIT rig.frame()->CDNotify1->RemoveComplete(drive); }},
+        };
+        steps[step]();
+        QString name = QString("writedialog-step-%1-%2").arg(kind ? "audio" : "data", step);
+        QCOMPARE(WidgetSnapshot::differences(burn, name.replace(u' ', u'-')), QString());
+        QVERIFY(rig.answers.errors.isEmpty());
     }
 
     void closingEmptiesThreeLabels() {
