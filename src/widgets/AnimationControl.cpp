@@ -1,5 +1,6 @@
 #include "AnimationControl.h"
 
+#include <QFileInfo>
 #include <QMovie>
 
 AnimationControl::AnimationControl(QWidget *parent)
@@ -19,6 +20,8 @@ bool AnimationControl::Open(const QString &fileName) {
     }
     m_movie = movie;
     m_fileName = fileName;
+    // A screen reader names the step the picture shows ("writecd", "closecd", ...).
+    setAccessibleDescription(QFileInfo(fileName).completeBaseName());
     setMovie(m_movie);
     m_movie->jumpToFrame(0);
     if (m_autoPlay)
