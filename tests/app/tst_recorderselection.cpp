@@ -92,14 +92,14 @@ private slots:
     }
 
     void noWritableDisc_data() {
-        columns<QString, QString>("how", "animation");
-        QTest::newRow("at the start") << "start" << QString("Dat/insertcd.gif");
-        QTest::newRow("ejected") << "eject" << QString("Dat/insertcd.gif");
-        QTest::newRow("a pressed disc laid in") << "closed" << QString("Dat/removecd.gif");
+        columns<QString, QString>("how", "snapshot");
+        QTest::newRow("at the start") << "start" << QString("frame");
+        QTest::newRow("ejected") << "eject" << QString("frame");
+        QTest::newRow("a pressed disc laid in") << "closed" << QString("recorderselection-pressed");
     }
 
     void noWritableDisc() {
-        auto [how, animation] = fetch<QString, QString>("how", "animation");
+        auto [how, snapshot] = fetch<QString, QString>("how", "snapshot");
         TestEnvironment env;
         QVERIFY(env.startProgram());
         mdiMain *f = frameOnImageRecorder();
@@ -115,10 +115,8 @@ private slots:
             QCOMPARE(f->Tessaly->LastSessionStatus(), 3);
         }
         QTRY_COMPARE(f->smartStatusBar->Item("STATUSIMG")->ImageKey(), QStringLiteral("NOMEDIA"));
-        QVERIFY(f->aniRuler->FileName().endsWith(animation));
         QVERIFY(f->aniRuler->isPlaying());
-        QVERIFY(f->linCDSize->isHidden());
-        QCOMPARE(differences("frame", env.appFolder()), QString()); // as at the start
+        QCOMPARE(differences(snapshot, env.appFolder()), QString());
     }
 
     void sessionCheckOnlyWhenShown_data() {
