@@ -115,7 +115,7 @@ private slots:
             QCOMPARE(f->Tessaly->LastSessionStatus(), 3);
         }
         QTRY_COMPARE(f->smartStatusBar->Item("STATUSIMG")->ImageKey(), QStringLiteral("NOMEDIA"));
-        QVERIFY(f->aniRuler->isPlaying());
+        QVERIFY(f->aniRuler->isPlaying() && f->linCDSize->isHidden());
         QCOMPARE(differences(snapshot, env.appFolder()), QString());
     }
 
