@@ -239,8 +239,8 @@ void frmDiscInfo::ShowDiscInfo(CDWriterPro *objCDR, QWidget *frmParent) {
 }
 
 void frmDiscInfo::setLogo(const QString &key) {
-    m_logoKey = key;
     imgLogo->setPixmap(key.isEmpty() ? QPixmap() : MediaLogo::pixmap(key));
+    imgLogo->setAccessibleDescription(key);
 }
 
 void frmDiscInfo::SetStatus() {

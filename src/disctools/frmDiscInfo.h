@@ -57,8 +57,6 @@ public:
     QString chartCaption() const;
     double chartUsed() const;
     double chartFree() const;
-    // The key of the picture imgLogo shows ("CDR", "AUDIO"); empty for none.
-    QString logoKey() const { return m_logoKey; }
 
     bool mblnClosing = false;
 
@@ -89,5 +87,4 @@ private:
     WindowContext m_context;
     QPointer<CDWriterPro> mobjCDR;
     QPieSeries *m_series = nullptr;
-    QString m_logoKey;
 };

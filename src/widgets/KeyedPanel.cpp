@@ -46,6 +46,7 @@ void KeyedPanel::setImageKey(const QString &key) {
     m_imageKey = key;
     const QPixmap pm = PictureList::pixmap(key, 16);
     m_picture->setPixmap(pm);
+    m_picture->setAccessibleDescription(key); // what the picture stands for, to a screen reader
     m_picture->setVisible(!pm.isNull());
 }
 
