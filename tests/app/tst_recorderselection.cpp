@@ -80,10 +80,7 @@ private slots:
         f->runCommand("CLOSETRAY");
         // A blank CD-R of 80 minutes: 360,000 blocks, 703 MB, at most 52 times 176 kB/s.
         QTRY_COMPARE(f->smartStatusBar->Item("STATUSIMG")->ImageKey(), QStringLiteral("MEDIA"));
-        QVERIFY(f->aniRuler->FileName().endsWith("Dat/cdspin.gif"));
-        QVERIFY(!f->linCDSize->isHidden());
-        QCOMPARE(f->linCDSize->X1(), (703 - 5) * 10 + 100);
-        QCOMPARE(f->linCDSize->X2(), f->linCDSize->X1());
+        QCOMPARE(f->linCDSize->X1(), (703 - 5) * 10 + 100); // twips, finer than the snapshot
         // 704 kB/s apart down to 1408, then 352 apart until nothing is left; the session check
         // stays greyed (an unscripted box would fail the test).
         QCOMPARE(differences("recorderselection-blank-cd", env.appFolder()), QString());
@@ -115,7 +112,7 @@ private slots:
             QCOMPARE(f->Tessaly->LastSessionStatus(), 3);
         }
         QTRY_COMPARE(f->smartStatusBar->Item("STATUSIMG")->ImageKey(), QStringLiteral("NOMEDIA"));
-        QVERIFY(f->aniRuler->isPlaying() && f->linCDSize->isHidden());
+        QVERIFY(f->aniRuler->isPlaying());
         QCOMPARE(differences(snapshot, env.appFolder()), QString());
     }
 
@@ -150,7 +147,6 @@ private slots:
                                    : "recorderselection-appendable-unasked",
                              env.appFolder()),
                  QString());
-        QCOMPARE(f->smartStatusBar->Item("STATUSIMG")->ImageKey(), QStringLiteral("MEDIA"));
     }
 };
 

@@ -160,14 +160,17 @@ void control(QStringList &out, const QWidget *w, const QWidget *window, const QS
     items(out, w);
 }
 
-// Controls that are one thing to the user: their parts are Qt's, not the program's.
+// Controls that are one thing to the user: their parts are Qt's, not the program's. A plain
+// scroll area is only a window onto the program's own controls.
 bool whole(const QWidget *w) {
-    return qobject_cast<const QAbstractScrollArea *>(w) || qobject_cast<const QComboBox *>(w) ||
-           qobject_cast<const QAbstractSpinBox *>(w) || qobject_cast<const QTabBar *>(w) ||
-           qobject_cast<const QAbstractButton *>(w) || qobject_cast<const QMenuBar *>(w) ||
-           qobject_cast<const QToolBar *>(w) || qobject_cast<const QLineEdit *>(w) ||
-           qobject_cast<const QAbstractSlider *>(w) || qobject_cast<const QProgressBar *>(w) ||
-           qobject_cast<const QMenu *>(w) || qobject_cast<const QLabel *>(w);
+    return (qobject_cast<const QAbstractScrollArea *>(w) &&
+            !qobject_cast<const QScrollArea *>(w)) ||
+           qobject_cast<const QComboBox *>(w) || qobject_cast<const QAbstractSpinBox *>(w) ||
+           qobject_cast<const QTabBar *>(w) || qobject_cast<const QAbstractButton *>(w) ||
+           qobject_cast<const QMenuBar *>(w) || qobject_cast<const QToolBar *>(w) ||
+           qobject_cast<const QLineEdit *>(w) || qobject_cast<const QAbstractSlider *>(w) ||
+           qobject_cast<const QProgressBar *>(w) || qobject_cast<const QMenu *>(w) ||
+           qobject_cast<const QLabel *>(w);
 }
 
 // Unnamed controls are called by their place: the parent's label, the kind and its number.
