@@ -132,13 +132,15 @@ void control(QStringList &out, const QWidget *w, const QWidget *window, const QS
     const QWidget *fresh = pristine(meta);
     QString line =
         label + QStringLiteral(" (%1)").arg(QString::fromLatin1(meta ? meta->className() : "?"));
-    if (w != window && !w->isVisibleTo(window))
+    // A hidden control keeps wherever it was last put, which nobody sees.
+    const bool hidden = w != window && !w->isVisibleTo(window);
+    if (hidden)
         line += QStringLiteral(" hidden");
     for (int i = 0; meta && fresh && i < meta->propertyCount(); ++i) {
         const QMetaProperty p = meta->property(i);
         const QByteArray name = p.name();
         if (unstable(name) || name == "objectName" ||
-            (name == "geometry" && (w == window || inLayout(w))))
+            (name == "geometry" && (hidden || w == window || inLayout(w))))
             continue;
         // Empty: a value its enum has no name for, as when Qt takes Tab out of a radio button's
         // focus policy once its group has had the focus.
