@@ -120,10 +120,9 @@ private slots:
         QVERIFY(childWindows()[1]->y() > childWindows()[0]->y());
     }
 
+    // option: left out by the program's option, or by the options
     void frameWithoutRecorders_data() {
-        QTest::addColumn<bool>("option"); // left out by the program's option, or by the options
-        QTest::newRow("options file") << false;
-        QTest::newRow("program option") << true;
+        rows<bool>("option", {{"options file", false}, {"program option", true}});
     }
     void frameWithoutRecorders() {
         QFETCH(bool, option);

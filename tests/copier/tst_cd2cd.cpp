@@ -62,11 +62,7 @@ private slots:
         }
     }
 
-    void discToFile_data() {
-        QTest::addColumn<int>("flag");
-        QTest::newRow("ISO") << 0;
-        QTest::newRow("BIN and cue sheet") << 1;
-    }
+    void discToFile_data() { rows<int>("flag", {{"ISO", 0}, {"BIN and cue sheet", 1}}); }
 
     void discToFile() {
         QFETCH(int, flag);

@@ -119,9 +119,7 @@ private slots:
     }
 
     void scriptedReport_data() {
-        QTest::addColumn<bool>("trace");
-        QTest::newRow("without trace") << false;
-        QTest::newRow("with trace") << true;
+        rows<bool>("trace", {{"without trace", false}, {"with trace", true}});
     }
     void scriptedReport() {
         QFETCH(bool, trace);

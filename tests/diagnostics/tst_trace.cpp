@@ -66,9 +66,7 @@ private slots:
     }
 
     void traceSwitch_data() {
-        QTest::addColumn<bool>("trace");
-        QTest::newRow("without /trace") << false;
-        QTest::newRow("with /trace") << true;
+        rows<bool>("trace", {{"without /trace", false}, {"with /trace", true}});
     }
     void traceSwitch() {
         QFETCH(bool, trace);

@@ -146,10 +146,10 @@ private slots:
     }
 
     // The plain Image Recorder is pinned where the window first opens.
+    // withheld: empty: a libburn file drive instead
     void recorderInformation_data() {
-        QTest::addColumn<QString>("withheld"); // empty: a libburn file drive instead
-        QTest::newRow("withheld CD-RW and CD-R reading") << "7, 0";
-        QTest::newRow("libburn file drive") << "";
+        rows<QString>("withheld",
+                      {{"withheld CD-RW and CD-R reading", "7, 0"}, {"libburn file drive", ""}});
     }
 
     void recorderInformation() {

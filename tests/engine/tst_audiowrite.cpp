@@ -43,9 +43,7 @@ class tst_AudioWrite : public QObject {
     Q_OBJECT
 private slots:
     void writeAndRipBack_data() {
-        QTest::addColumn<bool>("cache");
-        QTest::newRow("read while writing") << false;
-        QTest::newRow("cached first") << true;
+        rows<bool>("cache", {{"read while writing", false}, {"cached first", true}});
     }
 
     void writeAndRipBack() {

@@ -185,10 +185,10 @@ private slots:
                  ReadBack::sha256(src.filePath("small.txt")));
     }
 
+    // block: relative to the session's start
     void mismatchAfterWriteIsAWriteError_data() {
-        QTest::addColumn<qint32>("block"); // relative to the session's start
-        QTest::newRow("first block of the volume descriptors") << 16;
-        QTest::newRow("inside the file's data") << 60;
+        rows<qint32>("block", {{"first block of the volume descriptors", 16},
+                               {"inside the file's data", 60}});
     }
 
     void mismatchAfterWriteIsAWriteError() {
@@ -264,11 +264,7 @@ private slots:
             QCOMPARE(o.writeError, 3);
     }
 
-    void eraseMakesTheFileBlank_data() {
-        QTest::addColumn<bool>("quick");
-        QTest::newRow("quick") << true;
-        QTest::newRow("full") << false;
-    }
+    void eraseMakesTheFileBlank_data() { rows<bool>("quick", {{"quick", true}, {"full", false}}); }
 
     void eraseMakesTheFileBlank() {
         QFETCH(bool, quick);

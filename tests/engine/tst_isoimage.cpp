@@ -2,6 +2,7 @@
 #include "EngineRig.h"
 #include "Fixtures.h"
 #include "ReadBack.h"
+#include "Rows.h"
 
 #include <QtTest>
 
@@ -168,13 +169,12 @@ private slots:
     }
 
     void badSources_data() {
-        QTest::addColumn<QString>("kind");
-        QTest::newRow("missing path") << "missing";
-        QTest::newRow("FIFO") << "fifo";
-        QTest::newRow("device") << "device";
-        QTest::newRow("directory as a file") << "directory";
-        QTest::newRow("empty source") << "empty";
-        QTest::newRow("link to itself") << "self link";
+        rows<QString>("kind", {{"missing path", "missing"},
+                               {"FIFO", "fifo"},
+                               {"device", "device"},
+                               {"directory as a file", "directory"},
+                               {"empty source", "empty"},
+                               {"link to itself", "self link"}});
     }
 
     void badSources() {

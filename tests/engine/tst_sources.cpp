@@ -110,10 +110,9 @@ private slots:
         DiscReadBack::expectEverywhere(image, {{"a.bin", first}, {"z.bin", grown}});
     }
 
+    // pipe: else grown
     void changedWhileWriting_data() {
-        QTest::addColumn<bool>("pipe"); // else grown
-        QTest::newRow("swapped for a named pipe") << true;
-        QTest::newRow("grown") << false;
+        rows<bool>("pipe", {{"swapped for a named pipe", true}, {"grown", false}});
     }
 
     void changedWhileWriting() {

@@ -14,6 +14,14 @@ template<class Row> void addRows(std::initializer_list<std::pair<const char *, R
         QTest::newRow(name) << row;
 }
 
+// A table of one column: rows<int>("kind", {{"data", 0}, {"audio", 1}}).
+template<class T>
+void rows(const char *column, std::initializer_list<std::pair<const char *, T>> list) {
+    QTest::addColumn<T>(column);
+    for (const auto &[name, value] : list)
+        QTest::newRow(name) << value;
+}
+
 // A table's columns declared in one line, columns<QString, int>("medium", "blocks"), and the
 // running row's values fetched by name in one: auto [medium, blocks] = fetch<QString, int>(...).
 template<class... T, class... Name> void columns(Name... names) {

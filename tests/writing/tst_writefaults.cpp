@@ -65,9 +65,8 @@ class tst_WriteFaults : public QObject {
     Q_OBJECT
 private slots:
     void realWriteAfterTestCarriesTheShownLabel_data() {
-        QTest::addColumn<bool>("fromDialog");
-        QTest::newRow("disc put back from the dialog") << true;
-        QTest::newRow("dialog closed, tray closed from the frame") << false;
+        rows<bool>("fromDialog", {{"disc put back from the dialog", true},
+                                  {"dialog closed, tray closed from the frame", false}});
     }
 
     void realWriteAfterTestCarriesTheShownLabel() {
@@ -228,9 +227,8 @@ private slots:
     }
 
     void closeWindowsWhenFinished_data() {
-        QTest::addColumn<bool>("powerOff");
-        QTest::newRow("the computer goes off") << true;
-        QTest::newRow("the power-off is refused") << false;
+        rows<bool>("powerOff",
+                   {{"the computer goes off", true}, {"the power-off is refused", false}});
     }
 
     void closeWindowsWhenFinished() {
