@@ -20,6 +20,7 @@ public:
     explicit DataWindowRig(const QByteArray &disc = QByteArray(), qint64 dataBlocks = 0);
     ~DataWindowRig();
     bool started() const { return m_started; }
+    QString appFolder() const { return m_env.appFolder(); }
     mdiMain *frame() const;
     frmData *data() const;
     ScriptedAnswers &answers() { return *m_answers; }
