@@ -209,16 +209,6 @@ QWidget *frmDiscInfo::buildSizeTab() {
     return page;
 }
 
-QString frmDiscInfo::chartCaption() const {
-    return MSChart1->title();
-}
-double frmDiscInfo::chartUsed() const {
-    return m_series->count() == 2 ? m_series->slices().at(0)->value() : 0;
-}
-double frmDiscInfo::chartFree() const {
-    return m_series->count() == 2 ? m_series->slices().at(1)->value() : 0;
-}
-
 void frmDiscInfo::ShowDiscInfo(CDWriterPro *objCDR, QWidget *frmParent) {
     mobjCDR = objCDR;
     if (!objCDR || objCDR->MediaType() == CDWriterPro::MediaNone) {
@@ -283,6 +273,10 @@ void frmDiscInfo::SetStatus() {
     m_series->clear();
     m_series->append(QStringLiteral("Used"), used)->setBrush(UsedColor);
     m_series->append(QStringLiteral("Free"), free)->setBrush(FreeColor);
+    // The pie in words, for a screen reader.
+    if (auto *view = findChild<QChartView *>(QStringLiteral("MSChart1")))
+        view->setAccessibleDescription(caption +
+                                       QStringLiteral(", used %1, free %2").arg(used).arg(free));
 
     lblValueSessions->setText(QString::number(cd->SessionCount()));
     lblValueFreeSpaceBlocks->setText(QString::number(cd->FreeBlocks()) + QStringLiteral(" blocks"));

@@ -52,11 +52,8 @@ public:
     QPushButton *cmdErase = nullptr;
     QPushButton *cmdEjectDisk = nullptr;
     QPushButton *cmdClose = nullptr;
-    // The size chart: its caption and the used and free megabytes it was last handed.
+    // The pie of used and free space.
     QChart *MSChart1 = nullptr;
-    QString chartCaption() const;
-    double chartUsed() const;
-    double chartFree() const;
 
     bool mblnClosing = false;
 

@@ -33,8 +33,7 @@ class tst_FileBrowser : public QObject {
     Q_OBJECT
 private slots:
     void opensWhereTheOptionsSay_data() {
-        // useLast: empty: the key is absent
-        columns<QString, bool>("useLast", "opensAtStart");
+        columns<QString, bool>("useLast", "opensAtStart"); // useLast: empty: the key is absent
         QTest::newRow("last folder by default") << QString() << false;
         QTest::newRow("last folder") << "True" << false;
         QTest::newRow("start folder") << "False" << true;

@@ -20,7 +20,6 @@ private slots:
                                     << "A format is in progress causing operation failure (1055).";
         QTest::newRow("drive 999 below") << GetDriveErrorMessage(999) << " (999).";
         QTest::newRow("drive 1056 above") << GetDriveErrorMessage(1056) << " (1056).";
-        QTest::newRow("drive negative") << GetDriveErrorMessage(-1) << " (-1).";
         const QString wav = QStringLiteral("a.wav");
         QTest::newRow("file opening")
             << GetTrackFileErrorMessage(0, wav) << "Error Opening File: a.wav";
@@ -34,7 +33,6 @@ private slots:
             << GetTrackFileErrorMessage(-7, wav) << "Unknown file error!:a.wav";
         QTest::newRow("help strings of 0") << SetHelpStrings(0) << "";
         QTest::newRow("help strings of 2") << SetHelpStrings(2) << "";
-        QTest::newRow("offscreen screen") << ScreenResolution() << "800 X 800";
     }
     void texts() {
         QFETCH(QString, got);

@@ -133,8 +133,7 @@ private slots:
     }
 
     void badFiles_data() {
-        // wave: empty: no file at all
-        columns<QByteArray, QString>("wave", "message");
+        columns<QByteArray, QString>("wave", "message"); // wave: empty: no file at all
         const QByteArray fmt = fmtChunk(1, 2, 44100, 16);
         const QByteArray data = chunk("data", QByteArray(4000, 2));
         QTest::newRow("missing") << QByteArray() << "Error opening input file, rc = 5";

@@ -237,8 +237,7 @@ private slots:
 
     void precheckOnABlankFile_data() {
         columns<qint32, qint32>("mode", "start");
-        // driveError: 0: the drive takes it
-        columns<qint32, QString>("driveError", "said");
+        columns<qint32, QString>("driveError", "said"); // driveError: 0: the drive takes it
         QTest::newRow("data for the first session") << 1 << 32 << 0 << "";
         QTest::newRow("a plain image at block 0") << 1 << 0 << 0 << "";
         QTest::newRow("data laid out elsewhere") << 1 << 100 << 1038 << "laid out for block 100";

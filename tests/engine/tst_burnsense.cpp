@@ -95,8 +95,7 @@ private slots:
     }
 
     void parseLibburnMessages_data() {
-        // sense: empty: none
-        columns<QString, QString>("message", "sense");
+        columns<QString, QString>("message", "sense"); // sense: empty: none
         const auto row = [](const char *name, const char *message, const char *sense) {
             QTest::newRow(name) << QString(message) << QString(sense);
         };
