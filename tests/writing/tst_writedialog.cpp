@@ -222,16 +222,16 @@ private slots:
     // Each step the engine or the tray reports, after one per cent of a track gave Cancel back:
     // the snapshot is named after the row.
     void engineSteps_data() {
-        columns<int, QString>("kind", "step");
-        for (const char *step : {"preparing", "caching", "closing track", "closing session",
-                                 "closing disc", "disc arrived", "disc removed"})
-            QTest::addRow("data, %s", step) << 0 << QString(step);
-        for (const char *step : {"caching", "closing track"})
-            QTest::addRow("audio, %s", step) << 1 << QString(step);
+        QTest::addColumn<int>("kind");
+        for (const char *step : {"preparing", "caching", "closing-track", "closing-session",
+                                 "closing-disc", "disc-arrived", "disc-removed"})
+            QTest::addRow("data-%s", step) << 0;
+        for (const char *step : {"caching", "closing-track"})
+            QTest::addRow("audio-%s", step) << 1;
     }
 
     void engineSteps() {
-        auto [kind, step] = fetch<int, QString>("kind", "step");
+        QFETCH(int, kind);
         WriteRig rig({}, kind);
         QVERIFY(rig.started());
         CDWriterPro *cd = rig.frame()->Tessaly;
@@ -242,15 +242,15 @@ private slots:
         const QMap<QString, std::function<void()>> steps{
             {"preparing", [&] { Q_EMIT cd->PreparingToWrite(); }},
             {"caching", [&] { Q_EMIT cd->CachingStatus(42); }},
-            {"closing track", [&] { Q_EMIT cd->ClosingTrack(3); }},
-            {"closing session", [&] { Q_EMIT cd->ClosingSession(); }},
-            {"closing disc", [&] { Q_EMIT cd->ClosingDisc(); }},
-            {"disc arrived", [&] { Q_EMIT rig.frame()->CDNotify1->Arrival(drive); }},
-            {"disc removed", [&] { Q_EMIT rig.frame()->CDNotify1->RemoveComplete(drive); }},
+            {"closing-track", [&] { Q_EMIT cd->ClosingTrack(3); }},
+            {"closing-session", [&] { Q_EMIT cd->ClosingSession(); }},
+            {"closing-disc", [&] { Q_EMIT cd->ClosingDisc(); }},
+            {"disc-arrived", [&] { Q_EMIT rig.frame()->CDNotify1->Arrival(drive); }},
+            {"disc-removed", [&] { Q_EMIT rig.frame()->CDNotify1->RemoveComplete(drive); }},
         };
-        steps[step]();
-        QString name = QString("writedialog-step-%1-%2").arg(kind ? "audio" : "data", step);
-        QCOMPARE(WidgetSnapshot::differences(burn, name.replace(u' ', u'-')), QString());
+        const QString tag = QTest::currentDataTag();
+        steps[tag.section(u'-', 1)]();
+        QCOMPARE(WidgetSnapshot::differences(burn, "writedialog-step-" + tag), QString());
         QVERIFY(rig.answers.errors.isEmpty());
     }
 
