@@ -12,7 +12,6 @@ private slots:
         columns<QString, QString>("got", "expected");
         QTest::newRow("two digits of 7") << TwoDigits(7) << "07";
         QTest::newRow("two digits of 123") << TwoDigits(123) << "23";
-        QTest::newRow("two digits of 0") << TwoDigits(0) << "00";
         QTest::newRow("two digits of -5") << TwoDigits(-5) << "-5";
         QTest::newRow("drive 1000")
             << GetDriveErrorMessage(1000) << "No additional error data was reported (1000).";
@@ -29,8 +28,6 @@ private slots:
             << GetTrackFileErrorMessage(2, wav) << "Error Reading file: a.wav";
         QTest::newRow("file unknown, no blank")
             << GetTrackFileErrorMessage(3, wav) << "Unknown file error!:a.wav";
-        QTest::newRow("file negative")
-            << GetTrackFileErrorMessage(-7, wav) << "Unknown file error!:a.wav";
         QTest::newRow("help strings of 0") << SetHelpStrings(0) << "";
         QTest::newRow("help strings of 2") << SetHelpStrings(2) << "";
     }

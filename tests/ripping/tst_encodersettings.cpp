@@ -209,9 +209,11 @@ private slots:
         env.writeFile("Dat/encoder.ini", "[MP3 Options]\nBit Rate=x\n\x01\xff");
         frmMp3Settings::ApplySavedSettings(mp3, vorbis);
         QCOMPARE(mp3.Bitrate(), 128);
-        env.writeFile("Dat/encoder.ini", QByteArray(FreshIni).replace("Bit Rate=8", "Bit Rate=10"));
+        env.writeFile("Dat/encoder.ini", QByteArray(FreshIni)
+                                             .replace("Bit Rate=8", "Bit Rate=10")
+                                             .replace("VBR Quality=0", "VBR Quality=9"));
         frmMp3Settings::ApplySavedSettings(mp3, vorbis);
-        QCOMPARE(mp3.Bitrate(), 192);
+        QCOMPARE(QList<qint32>({mp3.Bitrate(), mp3.VBRQuality()}), QList<qint32>({192, 9}));
     }
 
     // The ripper window hands the ripper the encoder of the chosen output, or waves.
