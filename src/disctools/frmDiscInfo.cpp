@@ -184,10 +184,10 @@ QWidget *frmDiscInfo::buildSizeTab() {
     m_series->setPieSize(0.95);
     MSChart1->setMargins(QMargins(0, 0, 0, 0));
     MSChart1->setBackgroundVisible(false);
-    auto *view = named(new QChartView(MSChart1, frame), "MSChart1");
-    view->setRenderHint(QPainter::Antialiasing);
-    view->setMinimumSize(260, 200);
-    grid->addWidget(view, 0, 0, 1, 4);
+    m_chartView = named(new QChartView(MSChart1, frame), "MSChart1");
+    m_chartView->setRenderHint(QPainter::Antialiasing);
+    m_chartView->setMinimumSize(260, 200);
+    grid->addWidget(m_chartView, 0, 0, 1, 4);
     lblUsedColor = colourKey("lblUsedColor", UsedColor, frame);
     lblFreeColor = colourKey("lblFreeColor", FreeColor, frame);
     grid->addWidget(lblUsedColor, 1, 0);
@@ -274,9 +274,8 @@ void frmDiscInfo::SetStatus() {
     m_series->append(QStringLiteral("Used"), used)->setBrush(UsedColor);
     m_series->append(QStringLiteral("Free"), free)->setBrush(FreeColor);
     // The pie in words, for a screen reader.
-    if (auto *view = findChild<QChartView *>(QStringLiteral("MSChart1")))
-        view->setAccessibleDescription(caption +
-                                       QStringLiteral(", used %1, free %2").arg(used).arg(free));
+    m_chartView->setAccessibleDescription(caption +
+                                          QStringLiteral(", used %1, free %2").arg(used).arg(free));
 
     lblValueSessions->setText(QString::number(cd->SessionCount()));
     lblValueFreeSpaceBlocks->setText(QString::number(cd->FreeBlocks()) + QStringLiteral(" blocks"));

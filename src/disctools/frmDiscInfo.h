@@ -12,6 +12,7 @@ class QChart;
 class QGroupBox;
 class QLabel;
 class QLineEdit;
+class QChartView;
 class QPieSeries;
 class QPushButton;
 class QTabWidget;
@@ -84,4 +85,5 @@ private:
     WindowContext m_context;
     QPointer<CDWriterPro> mobjCDR;
     QPieSeries *m_series = nullptr;
+    QChartView *m_chartView = nullptr;
 };
